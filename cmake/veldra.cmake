@@ -1,0 +1,32 @@
+add_library(veldra_options INTERFACE)
+target_compile_options(veldra_options INTERFACE -Wall -Wextra)
+if(VELDRA_WERROR)
+  target_compile_options(veldra_options INTERFACE -Werror)
+endif()
+if(VELDRA_SANITIZE)
+  target_compile_options(veldra_options INTERFACE -fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+  target_link_options(veldra_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+# One static library per subsystem folder; sources are picked up by glob so that adding a
+# file never means editing a list. DEPS names the lower folders it builds on.
+function(veldra_library name)
+  cmake_parse_arguments(ARG "" "" "DEPS" ${ARGN})
+  file(GLOB_RECURSE srcs CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  add_library(veldra_${name} STATIC ${srcs})
+  target_include_directories(veldra_${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+  target_link_libraries(veldra_${name} PUBLIC veldra_options ${ARG_DEPS})
+endfunction()
+
+# One GoogleTest executable per tests/ folder, mirroring src/.
+function(veldra_test_folder name)
+  cmake_parse_arguments(ARG "" "" "DEPS" ${ARGN})
+  file(GLOB_RECURSE srcs CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  if(NOT srcs)
+    return()
+  endif()
+  add_executable(test_${name} ${srcs})
+  target_link_libraries(test_${name} PRIVATE veldra_${name} ${ARG_DEPS} GTest::gtest GTest::gmock GTest::gtest_main)
+  target_compile_definitions(test_${name} PRIVATE VELDRA_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+  gtest_discover_tests(test_${name} WORKING_DIRECTORY ${CMAKE_BINARY_DIR} DISCOVERY_TIMEOUT 60)
+endfunction()
