@@ -16,7 +16,11 @@ std::size_t detail::next_context_slot_id() {
 Context::Context() = default;
 
 Context::~Context() {
-    while (!owned_.empty()) owned_.pop_back();
+    // A slot's destructor may still ask for slots made before it, never for later ones.
+    while (!owned_.empty()) {
+        slots_[owned_.back()->id] = nullptr;
+        owned_.pop_back();
+    }
 }
 
 Context& ctx() {

@@ -34,6 +34,7 @@ public:
         if (id >= slots_.size()) slots_.resize(id + 1, nullptr);
         if (!slots_[id]) {
             auto owned = std::make_unique<Holder<T>>();
+            owned->id = id;
             slots_[id] = &owned->value;
             owned_.push_back(std::move(owned));
         }
@@ -49,6 +50,7 @@ public:
 private:
     struct HolderBase {
         virtual ~HolderBase() = default;
+        std::size_t id = 0;
     };
     template <class T>
     struct Holder final : HolderBase {

@@ -1,0 +1,165 @@
+#include "runtime/runtime.h"
+
+#include <algorithm>
+#include <cassert>
+
+namespace veldra {
+
+Runtime::Runtime() = default;
+
+// Events need a live context, which may already be going away here: shutdown() is the
+// orderly end, this only frees memory.
+Runtime::~Runtime() = default;
+
+void Runtime::adopt(std::unique_ptr<Instance> owned) {
+    Instance& inst = *owned;
+    inst.id_ = next_id_++;
+    inst.alive_ = true;
+    inst.runtime_ = this;
+    by_id_.emplace(inst.id_, &inst);
+    if (by_type_.size() < object_type_count()) {
+        by_type_.resize(object_type_count());
+        live_count_by_type_.resize(object_type_count(), 0);
+    }
+    for (const ObjectType* t = &inst.object_type(); t; t = t->parent) {
+        by_type_[t->index].push_back(&inst);
+        ++live_count_by_type_[t->index];
+    }
+    instances_.push_back(std::move(owned));
+}
+
+Instance* Runtime::find(InstanceId id) const {
+    auto it = by_id_.find(id);
+    return it != by_id_.end() && it->second->alive_ ? it->second : nullptr;
+}
+
+const std::vector<Instance*>& Runtime::members_of(const ObjectType& type) const {
+    if (by_type_.size() <= type.index) by_type_.resize(object_type_count());
+    return by_type_[type.index];
+}
+
+std::size_t Runtime::instance_number(const ObjectType& type) const {
+    return type.index < live_count_by_type_.size() ? live_count_by_type_[type.index] : 0;
+}
+
+Instance* Runtime::instance_find(const ObjectType& type, std::size_t n) const {
+    for (Instance* inst : members_of(type)) {
+        if (!inst->alive_) continue;
+        if (n == 0) return inst;
+        --n;
+    }
+    return nullptr;
+}
+
+Instance* Runtime::instance_nearest(double x, double y, const ObjectType& type) const {
+    Instance* best = nullptr;
+    double best_distance = std::numeric_limits<double>::infinity();
+    for (Instance* inst : members_of(type)) {
+        if (!inst->alive_) continue;
+        double d = std::hypot(inst->x - x, inst->y - y);
+        if (d < best_distance) {  // strict: the earliest created wins ties
+            best_distance = d;
+            best = inst;
+        }
+    }
+    return best;
+}
+
+void Runtime::end_instance(Instance& inst, bool run_destroy_event) {
+    if (!inst.alive_) return;
+    // Marked dead first so that events raised from the destroy event cannot end it twice.
+    inst.alive_ = false;
+    for (const ObjectType* t = &inst.object_type(); t; t = t->parent) --live_count_by_type_[t->index];
+    has_dead_ = true;
+    if (run_destroy_event) inst.on_destroy();
+    inst.on_clean_up();
+}
+
+void Runtime::instance_destroy(InstanceId id) {
+    auto it = by_id_.find(id);
+    if (it == by_id_.end() || !it->second->alive_) return;
+    end_instance(*it->second, true);
+    if (iteration_depth_ == 0) reclaim_dead();
+}
+
+void Runtime::reclaim_dead() {
+    if (!has_dead_ || iteration_depth_ > 0) return;
+    has_dead_ = false;
+    for (auto& members : by_type_)
+        std::erase_if(members, [](Instance* inst) { return !inst->alive_; });
+    for (auto& owned : instances_)
+        if (!owned->alive_) by_id_.erase(owned->id_);
+    std::erase_if(instances_, [](const std::unique_ptr<Instance>& inst) { return !inst->alive_; });
+}
+
+int Runtime::room_add(RoomDefinition room) {
+    rooms_.push_back(std::move(room));
+    return static_cast<int>(rooms_.size()) - 1;
+}
+
+void Runtime::room_goto(int room) {
+    assert(room >= 0 && room < static_cast<int>(rooms_.size()) && "room_goto to a room that was never added?");
+    pending_room_ = room;
+}
+
+void Runtime::room_restart() { pending_room_ = current_room_; }
+
+double Runtime::layer_depth(const std::string& layer) const {
+    auto it = layer_depths_.find(layer);
+    return it == layer_depths_.end() ? 0.0 : it->second;
+}
+
+void Runtime::start(int first_room) {
+    pending_room_ = first_room;
+    change_room();
+}
+
+void Runtime::raise(void (Instance::*event)()) {
+    IterationGuard guard(*this);
+    // Instances created during the pass receive the event in the same pass, as the list grows.
+    for (std::size_t i = 0; i < instances_.size(); ++i) {
+        Instance* inst = instances_[i].get();
+        if (inst->alive_) (inst->*event)();
+    }
+}
+
+void Runtime::run_frame() {
+    raise(&Instance::on_step_begin);
+    raise(&Instance::on_alarm);
+    raise(&Instance::on_step);
+    raise(&Instance::on_step_end);
+    raise(&Instance::on_draw);
+    raise(&Instance::on_draw_end);
+    raise(&Instance::on_draw_gui);
+    raise(&Instance::on_draw_gui_end);
+    if (pending_room_ >= 0) change_room();
+    reclaim_dead();
+    ++frame_count_;
+}
+
+void Runtime::change_room() {
+    const int target = pending_room_;
+    pending_room_ = -1;
+    {
+        IterationGuard guard(*this);
+        // Leaving a room ends its non-persistent instances with their clean-up event only.
+        for (std::size_t i = 0; i < instances_.size(); ++i) {
+            Instance& inst = *instances_[i];
+            if (inst.alive_ && !inst.persistent) end_instance(inst, false);
+        }
+    }
+    current_room_ = target;
+    const auto& create = rooms_.at(static_cast<std::size_t>(target)).create_instances;
+    if (create) create(*this);
+    raise(&Instance::on_room_start);
+}
+
+void Runtime::shutdown() {
+    {
+        IterationGuard guard(*this);
+        for (std::size_t i = 0; i < instances_.size(); ++i) end_instance(*instances_[i], false);
+    }
+    reclaim_dead();
+}
+
+}  // namespace veldra
