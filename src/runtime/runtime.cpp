@@ -17,11 +17,13 @@ void Runtime::adopt(std::unique_ptr<Instance> owned) {
     inst.alive_ = true;
     inst.runtime_ = this;
     by_id_.emplace(inst.id_, &inst);
+    // Asking for the type first makes sure its descriptor (and its ancestors') has an index.
+    const ObjectType& type = inst.object_type();
     if (by_type_.size() < object_type_count()) {
         by_type_.resize(object_type_count());
         live_count_by_type_.resize(object_type_count(), 0);
     }
-    for (const ObjectType* t = &inst.object_type(); t; t = t->parent) {
+    for (const ObjectType* t = &type; t; t = t->parent) {
         by_type_[t->index].push_back(&inst);
         ++live_count_by_type_[t->index];
     }
@@ -34,7 +36,10 @@ Instance* Runtime::find(InstanceId id) const {
 }
 
 const std::vector<Instance*>& Runtime::members_of(const ObjectType& type) const {
-    if (by_type_.size() <= type.index) by_type_.resize(object_type_count());
+    if (by_type_.size() <= type.index) {
+        by_type_.resize(object_type_count());
+        live_count_by_type_.resize(object_type_count(), 0);
+    }
     return by_type_[type.index];
 }
 

@@ -133,7 +133,7 @@ private:
     std::vector<std::unique_ptr<Instance>> instances_;        // creation order
     std::unordered_map<InstanceId, Instance*> by_id_;          // live and not yet reclaimed
     mutable std::vector<std::vector<Instance*>> by_type_;      // per type index, descendants included
-    std::vector<std::size_t> live_count_by_type_;
+    mutable std::vector<std::size_t> live_count_by_type_;
     std::unordered_map<std::string, double> layer_depths_;
     std::vector<RoomDefinition> rooms_;
     InstanceId next_id_ = 100000;
