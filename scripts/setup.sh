@@ -1,0 +1,25 @@
+#!/usr/bin/env bash
+# Installs what Veldra needs on Debian 12 (run as root) and builds it into build/.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+packages=(
+  cmake ninja-build g++ pkg-config
+  nlohmann-json3-dev libfmt-dev
+  libsdl2-dev libsdl2-mixer-dev libimgui-dev libcurl4-openssl-dev fonts-dejavu-core
+  libgtest-dev libgmock-dev libbenchmark-dev
+  libmuparser-dev libboost-graph-dev
+)
+missing=()
+for p in "${packages[@]}"; do
+  dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
+done
+if [ ${#missing[@]} -gt 0 ]; then
+  echo "Installing: ${missing[*]}"
+  apt-get update -qq
+  DEBIAN_FRONTEND=noninteractive apt-get install -y -qq "${missing[@]}" >/dev/null
+fi
+
+build_dir=${BUILD_DIR:-build}
+cmake -S . -B "$build_dir" -G Ninja -DCMAKE_BUILD_TYPE=${BUILD_TYPE:-RelWithDebInfo} ${CMAKE_EXTRA_ARGS:-} >/dev/null
+cmake --build "$build_dir" -j "$(nproc)"

@@ -1,0 +1,13 @@
+#!/usr/bin/env bash
+# Sets up, builds and runs every test: the normal build, then the sanitizer build.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+CMAKE_EXTRA_ARGS="-DVELDRA_WERROR=ON" bash scripts/setup.sh
+ctest --test-dir build --output-on-failure -j "$(nproc)"
+
+echo "== address and undefined-behaviour sanitizers =="
+BUILD_DIR=build-sanitize BUILD_TYPE=Debug CMAKE_EXTRA_ARGS="-DVELDRA_SANITIZE=ON -DVELDRA_WERROR=ON -DVELDRA_BUILD_BENCH=OFF" \
+  bash scripts/setup.sh
+ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
+  ctest --test-dir build-sanitize --output-on-failure -j "$(nproc)"

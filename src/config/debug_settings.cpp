@@ -1,0 +1,87 @@
+#include "config/debug_settings.h"
+
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "runtime/context.h"
+#include "runtime/log.h"
+#include "runtime/paths.h"
+
+namespace veldra {
+
+namespace {
+
+// Each field with the name it has in the file; one list serves loading and saving.
+template <class Visitor>
+void visit_fields(DebugSettings& s, Visitor&& visit) {
+    visit("show_pathfinding", s.show_pathfinding);
+    visit("show_sight_ranges", s.show_sight_ranges);
+    visit("show_exploration_ranges", s.show_exploration_ranges);
+    visit("show_attack_ranges", s.show_attack_ranges);
+    visit("show_player_actions", s.show_player_actions);
+    visit("show_human_actions", s.show_human_actions);
+    visit("show_ids", s.show_ids);
+    visit("show_energies", s.show_energies);
+    visit("show_log", s.show_log);
+    visit("show_trait_data", s.show_trait_data);
+    visit("custom_config", s.custom_config);
+    visit("lang", s.lang);
+    visit("dev_session_user_id", s.dev_session_user_id);
+}
+
+// A value of another type is taken only where the default is a bool: numbers are true above
+// 0.5, as the runtime converts them; anything else keeps the default.
+void take(const nlohmann::json& value, bool& field) {
+    if (value.is_boolean())
+        field = value.get<bool>();
+    else if (value.is_number())
+        field = value.get<double>() > 0.5;
+}
+
+void take(const nlohmann::json& value, std::string& field) {
+    if (value.is_string()) field = value.get<std::string>();
+}
+
+struct DebugSettingsSlot {
+    DebugSettings settings;
+};
+
+}  // namespace
+
+std::optional<DebugSettings> _load_debug_settings_from_file(const std::string& path) {
+    if (!file_exists(path)) return std::nullopt;
+    std::ifstream in(path, std::ios::binary);
+    nlohmann::json root = nlohmann::json::parse(in, nullptr, /*allow_exceptions=*/false);
+    if (root.is_discarded() || !root.is_object()) return std::nullopt;
+    DebugSettings settings;
+    visit_fields(settings, [&](const char* name, auto& field) {
+        if (auto it = root.find(name); it != root.end()) take(*it, field);
+    });
+    return settings;
+}
+
+bool _save_debug_settings_to_file(const DebugSettings& settings, const std::string& path) {
+    nlohmann::ordered_json root = nlohmann::ordered_json::object();
+    DebugSettings copy = settings;
+    visit_fields(copy, [&](const char* name, auto& field) { root[name] = field; });
+    std::error_code error;
+    auto parent = std::filesystem::path(path).parent_path();
+    if (!parent.empty()) std::filesystem::create_directories(parent, error);
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    if (!out) {
+        log_warning("Failed to save debug settings to \"" + path + "\".");
+        return false;
+    }
+    out << root.dump(4) << "\n";
+    return static_cast<bool>(out);
+}
+
+DebugSettings& debugs() { return ctx().slot<DebugSettingsSlot>().settings; }
+
+void load_active_debug_settings() { debugs() = _load_debug_settings_from_file(DEBUG_SETTINGS_PATH).value_or(DebugSettings{}); }
+
+void save_active_debug_settings() { _save_debug_settings_to_file(debugs(), DEBUG_SETTINGS_PATH); }
+
+}  // namespace veldra

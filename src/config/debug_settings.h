@@ -1,0 +1,38 @@
+#pragma once
+// The developer's persistent preferences, kept in debug/debug_settings.json under the working
+// directory. A missing or malformed file is not an error: the defaults apply silently.
+
+#include <optional>
+#include <string>
+
+namespace veldra {
+
+struct DebugSettings {
+    bool show_pathfinding = true;
+    bool show_sight_ranges = true;
+    bool show_exploration_ranges = true;
+    bool show_attack_ranges = true;
+    bool show_player_actions = true;
+    bool show_human_actions = true;
+    bool show_ids = true;
+    bool show_energies = true;
+    bool show_log = true;
+    bool show_trait_data = true;
+    std::string custom_config;
+    std::string lang = "en";
+    std::string dev_session_user_id = "test_user";
+};
+
+inline constexpr const char* DEBUG_SETTINGS_PATH = "debug/debug_settings.json";
+
+std::optional<DebugSettings> _load_debug_settings_from_file(const std::string& path);
+bool _save_debug_settings_to_file(const DebugSettings& settings, const std::string& path);
+
+// Sets Debugs from DEBUG_SETTINGS_PATH, or to the defaults.
+void load_active_debug_settings();
+void save_active_debug_settings();
+
+// The Debugs global of the current context.
+DebugSettings& debugs();
+
+}  // namespace veldra

@@ -1,0 +1,37 @@
+#pragma once
+// Every text a player reads is looked up by an LID in the active language, one INI file per
+// language code under localization/ in the data directory (section [localization],
+// `LID=text`). Placeholders are numbered from {0}: the first argument after the LID fills {0}.
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace veldra {
+
+struct Language {
+    std::map<std::string, std::string, std::less<>> lines;
+
+    // The text of `lid` with {0}, {1}, ... replaced by the arguments; nullopt (and a warning)
+    // for an LID the language lacks. A placeholder without an argument stays as it is.
+    std::optional<std::string> get(std::string_view lid, const std::vector<std::string>& args = {}) const;
+};
+
+// Once-only; leaves the game without an active language until one is loaded.
+void initialize_localization();
+
+// Loads localization/{code}.ini and makes it active; on failure logs and keeps the old one.
+bool load_and_set_localization(std::string_view code);
+
+// Asks the developer for a language code; nullopt for an empty answer or a cancel.
+std::optional<std::string> _debug_ask_localization();
+
+// The ActiveLanguage global: nullptr when none is loaded.
+const Language* active_language();
+
+// Builds a language from the text of an INI file; nullopt when it is not INI.
+std::optional<Language> parse_language(std::string_view ini_text);
+
+}  // namespace veldra

@@ -1,0 +1,52 @@
+#pragma once
+// The logger entity: stamps every line with the local date and time, prints it with its colour
+// markup on the developer terminal, and copies it without markup into the file named by
+// log_output_file. File output is batched: one write-out every 60 steps, and one at clean-up,
+// so logging inside the frame loop costs no file access per line.
+
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "runtime/instance.h"
+#include "runtime/log.h"
+#include "runtime/services.h"
+
+namespace veldra {
+
+inline constexpr const char* LOG_WARNING_PREFIX = "[#dddd55]Warning:[/c] ";
+inline constexpr const char* LOG_ERROR_PREFIX = "[#dd5555]Error:[/c] ";
+inline constexpr int LOG_DUMP_INTERVAL_STEPS = 60;
+
+class obj_logger : public Instance, public LogSink {
+    VELDRA_OBJECT(obj_logger, Instance)
+public:
+    ~obj_logger() override;
+
+    void on_create() override;
+    void on_step() override;
+    void on_clean_up() override;
+    void write(LogLevel level, std::string_view message) override;
+
+    std::string _make_timestamp() const;
+    void _dump();
+
+    std::optional<std::string> output_filename;
+    std::vector<std::string> output_file_log_buffer;
+    int dump_timer = LOG_DUMP_INTERVAL_STEPS;
+
+private:
+    std::FILE* output_file = nullptr;
+};
+
+// "2024_03_07_09_05_41": one-digit parts get a leading zero, the year stays as it is.
+std::string make_log_timestamp(const LocalDateTime& when);
+
+// Creates the persistent logger and makes it the log's sink. Once-only.
+void initialize_log();
+
+// When true, warnings and errors also open a modal message with the plain text.
+bool& scream_log_errors();
+
+}  // namespace veldra

@@ -1,0 +1,46 @@
+#pragma once
+// What the command line says: `key=value` arguments, split at "=". Unknown keys and arguments
+// without "=" are ignored without a message, so a launcher may pass extra arguments safely.
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace veldra {
+
+// One row per parameter: name, one-line meaning for --help. Adding a parameter is one line.
+#define VELDRA_PROGRAM_PARAMETERS(X)                                                                 \
+    X(user_id, "user ID for a session against the research server")                                 \
+    X(config, "custom configuration file laid over configurations.json (\".json\" may be left out)") \
+    X(lang, "language code of the texts, e.g. en or de (file localization/<code>.ini)")              \
+    X(auto_run_config, "auto-run file (JSON: levels, num_runs_per_permutation); starts an auto run") \
+    X(auto_run_seed, "seed of the auto run (a number); random when left out")                        \
+    X(auto_run_output, "CSV file the auto run writes")                                               \
+    X(log_output_file, "file that receives a copy of the log")                                       \
+    X(headless, "1 runs with no window, no sound and no dialogs")                                    \
+    X(frames, "stop after this many frames")                                                         \
+    X(verbose, "1 also prints information lines of the log on stderr in headless runs")
+
+struct ProgramParameters {
+#define VELDRA_DECLARE_PARAMETER(name, help) std::optional<std::string> name;
+    VELDRA_PROGRAM_PARAMETERS(VELDRA_DECLARE_PARAMETER)
+#undef VELDRA_DECLARE_PARAMETER
+
+    // By name, for code that takes the key from data; nullptr for an unknown name.
+    std::optional<std::string>* field(std::string_view name);
+};
+
+struct ProgramParameterInfo {
+    std::string_view name;
+    std::string_view help;
+};
+const std::vector<ProgramParameterInfo>& program_parameter_table();
+
+// Reads every argument from index 0 (the program's own path) to the last.
+ProgramParameters get_program_parameters(const std::vector<std::string>& arguments);
+
+// The ProgramParams global of the current context.
+ProgramParameters& program_params();
+
+}  // namespace veldra

@@ -1,0 +1,26 @@
+#include "runtime/random_source.h"
+
+#include <chrono>
+#include <random>
+
+#include "runtime/context.h"
+
+namespace veldra {
+
+namespace {
+struct RandomSourceSlot {
+    std::mt19937_64 engine{0};
+};
+}  // namespace
+
+void randomize() {
+    auto ticks = std::chrono::high_resolution_clock::now().time_since_epoch().count();
+    ctx().slot<RandomSourceSlot>().engine.seed(static_cast<std::uint64_t>(ticks));
+}
+
+double random_seed_value() {
+    std::uniform_int_distribution<std::uint64_t> range(0, std::uint64_t{1} << 32);
+    return static_cast<double>(range(ctx().slot<RandomSourceSlot>().engine));
+}
+
+}  // namespace veldra

@@ -1,0 +1,86 @@
+#include "startup/program.h"
+
+#include <charconv>
+#include <cstdio>
+#include <filesystem>
+#include <system_error>
+
+#include "config/program_parameters.h"
+#include "runtime/context.h"
+#include "runtime/paths.h"
+#include "runtime/runtime.h"
+#include "runtime/services.h"
+#include "startup/obj_init.h"
+#include "startup/rooms.h"
+
+namespace veldra {
+
+namespace {
+
+void print_help() {
+    std::printf("Usage: veldra [key=value ...]\n\nParameters:\n");
+    for (const auto& info : program_parameter_table())
+        std::printf("  %-18s %.*s\n", std::string(info.name).c_str(), static_cast<int>(info.help.size()), info.help.data());
+    std::printf("\nOther options:\n  --help             print this text\n  --version          print the version\n");
+    std::printf("\nEnvironment:\n  VeldraProjectDir   data directory override: <dir>/datafiles/\n");
+}
+
+std::filesystem::path program_directory(const char* argv0) {
+    std::error_code error;
+    auto self = std::filesystem::read_symlink("/proc/self/exe", error);
+    if (!error) return self.parent_path();
+    return std::filesystem::absolute(argv0, error).parent_path();
+}
+
+std::optional<long long> parse_frames(const std::optional<std::string>& text) {
+    if (!text) return std::nullopt;
+    long long frames = 0;
+    auto [end, error] = std::from_chars(text->data(), text->data() + text->size(), frames);
+    if (error != std::errc() || end != text->data() + text->size() || frames < 0) return -1;
+    return frames;
+}
+
+}  // namespace
+
+void end_program(int status) {
+    ctx().slot<ProgramExit>().status = status;
+    rt().game_end();
+}
+
+int run_program(int argc, char** argv) {
+    std::vector<std::string> arguments(argv, argv + argc);
+    for (const auto& argument : arguments) {
+        if (argument == "--help" || argument == "-h") {
+            print_help();
+            return 0;
+        }
+        if (argument == "--version") {
+            std::printf("%s\n", BUILD_VERSION);
+            return 0;
+        }
+    }
+    const ProgramParameters early = get_program_parameters(arguments);
+    const auto frames = parse_frames(early.frames);
+    if (frames && *frames < 0) {
+        std::fprintf(stderr, "frames=%s is not a whole number of frames.\n", early.frames->c_str());
+        return 2;
+    }
+
+    Context context;
+    ContextScope scope(context);
+    context.slot<ProgramArguments>().arguments = arguments;
+    context.slot<Paths>().program_directory = program_directory(argv[0]);
+    // No windowed backend is built yet, so every run is headless whatever `headless` says.
+    services().headless = true;
+
+    Runtime& runtime = rt();
+    runtime.start(add_rooms(runtime));
+    while (!runtime.end_requested() && (!frames || runtime.frame_count() < *frames)) {
+        runtime.run_frame();
+        services().clock->frame_done();
+    }
+    runtime.shutdown();
+    return context.slot<ProgramExit>().status;
+}
+
+}  // namespace veldra

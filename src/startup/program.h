@@ -1,0 +1,25 @@
+#pragma once
+// The program from main() to exit: reads the command line, makes the context and the services,
+// starts the first room (which holds obj_init) and runs frames until the game ends.
+
+#include <string>
+#include <vector>
+
+namespace veldra {
+
+inline constexpr const char* BUILD_VERSION = "1.0.0.0";
+
+int run_program(int argc, char** argv);
+
+// What the program was started with; obj_init reads its parameters from here.
+struct ProgramArguments {
+    std::vector<std::string> arguments;
+};
+
+// The exit status a mode asks for when it ends the game.
+struct ProgramExit {
+    int status = 0;
+};
+void end_program(int status);
+
+}  // namespace veldra

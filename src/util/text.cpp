@@ -1,0 +1,44 @@
+#include "util/text.h"
+
+namespace veldra {
+
+std::string string_trim(std::string_view text) {
+    constexpr std::string_view space = " \t\r\n\v\f";
+    auto first = text.find_first_not_of(space);
+    if (first == std::string_view::npos) return {};
+    auto last = text.find_last_not_of(space);
+    return std::string(text.substr(first, last - first + 1));
+}
+
+std::string string_replace_all(std::string_view text, std::string_view from, std::string_view to) {
+    if (from.empty()) return std::string(text);
+    std::string out;
+    out.reserve(text.size());
+    std::size_t pos = 0;
+    while (true) {
+        auto hit = text.find(from, pos);
+        if (hit == std::string_view::npos) break;
+        out.append(text.substr(pos, hit - pos));
+        out.append(to);
+        pos = hit + from.size();
+    }
+    out.append(text.substr(pos));
+    return out;
+}
+
+std::vector<std::string> string_split(std::string_view text, char delimiter) {
+    std::vector<std::string> parts;
+    std::size_t start = 0;
+    while (true) {
+        auto hit = text.find(delimiter, start);
+        parts.emplace_back(text.substr(start, hit == std::string_view::npos ? std::string_view::npos : hit - start));
+        if (hit == std::string_view::npos) break;
+        start = hit + 1;
+    }
+    return parts;
+}
+
+bool string_starts_with(std::string_view text, std::string_view prefix) { return text.starts_with(prefix); }
+bool string_ends_with(std::string_view text, std::string_view suffix) { return text.ends_with(suffix); }
+
+}  // namespace veldra

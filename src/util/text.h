@@ -1,0 +1,16 @@
+#pragma once
+// Small string helpers shared by the whole game.
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace veldra {
+
+std::string string_trim(std::string_view text);
+std::string string_replace_all(std::string_view text, std::string_view from, std::string_view to);
+std::vector<std::string> string_split(std::string_view text, char delimiter);
+bool string_starts_with(std::string_view text, std::string_view prefix);
+bool string_ends_with(std::string_view text, std::string_view suffix);
+
+}  // namespace veldra

@@ -1,0 +1,83 @@
+#include "config/localization.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "runtime/context.h"
+#include "runtime/log.h"
+#include "runtime/paths.h"
+
+namespace veldra {
+namespace {
+
+class LocalizationTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        std::filesystem::create_directories(root / "datafiles" / "localization");
+        ctx().slot<Paths>().program_directory = root;
+        initialize_localization();
+    }
+    void TearDown() override { std::filesystem::remove_all(root); }
+    void write_language(const std::string& code, const std::string& text) {
+        std::ofstream(root / "datafiles" / "localization" / (code + ".ini")) << text;
+    }
+    Context context;
+    ContextScope scope{context};
+    LogCapture capture;
+    std::filesystem::path root = std::filesystem::temp_directory_path() / "veldra_localization_test";
+};
+
+TEST_F(LocalizationTest, LoadsTheSectionTurnsBackslashNIntoLineBreaksAndFillsPlaceholders) {
+    write_language("t", "; comment\r\n[other]\r\nHud_TotalScore=wrong\r\n[localization]\r\n"
+                        "Hud_TotalScore=Total\r\nTwo=Line one\\nLine two\r\nFill={0} and {0}, then {1} {2}\r\n");
+    ASSERT_TRUE(load_and_set_localization("t"));
+    const Language* language = active_language();
+    ASSERT_NE(language, nullptr);
+    EXPECT_EQ(language->get("Hud_TotalScore"), "Total");
+    EXPECT_EQ(language->get("Two"), "Line one\nLine two");
+    EXPECT_EQ(language->get("Fill", {"a", "b"}), "a and a, then b {2}");
+    EXPECT_TRUE(capture.lines.empty());
+}
+
+TEST_F(LocalizationTest, MissingLidWarnsOnEveryLookup) {
+    write_language("t", "[localization]\nA=1\n");
+    ASSERT_TRUE(load_and_set_localization("t"));
+    EXPECT_FALSE(active_language()->get("B"));
+    EXPECT_FALSE(active_language()->get("B"));
+    EXPECT_EQ(capture.count("Language doesn't have LID \"B\"."), 2u);
+}
+
+TEST_F(LocalizationTest, MissingFileIsLoggedAndKeepsTheActiveLanguage) {
+    EXPECT_FALSE(load_and_set_localization("xx"));
+    EXPECT_EQ(active_language(), nullptr);
+    ASSERT_EQ(capture.lines.size(), 1u);
+    EXPECT_EQ(capture.lines[0].level, LogLevel::error);
+    EXPECT_EQ(capture.lines[0].message,
+              "Failed to load localization file \"" + (root / "datafiles" / "localization" / "xx.ini").string() + "\".");
+
+    write_language("t", "[localization]\nA=1\n");
+    ASSERT_TRUE(load_and_set_localization("t"));
+    EXPECT_FALSE(load_and_set_localization("xx"));
+    EXPECT_EQ(active_language()->get("A"), "1");
+}
+
+TEST(ShippedLanguages, EnglishAndGermanDefineTheSameLids) {
+    auto read = [](const std::string& code) {
+        std::ifstream in(std::string(VELDRA_SOURCE_DIR) + "/datafiles/localization/" + code + ".ini");
+        std::stringstream text;
+        text << in.rdbuf();
+        return parse_language(text.str());
+    };
+    auto en = read("en");
+    auto de = read("de");
+    ASSERT_TRUE(en && de);
+    EXPECT_GE(en->lines.size(), 20u);
+    for (const auto& [lid, text] : en->lines) EXPECT_TRUE(de->lines.count(lid)) << lid;
+    EXPECT_EQ(en->lines.size(), de->lines.size());
+}
+
+}  // namespace
+}  // namespace veldra

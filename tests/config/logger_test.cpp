@@ -1,0 +1,99 @@
+#include "config/logger.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "config/program_parameters.h"
+#include "runtime/context.h"
+#include "runtime/runtime.h"
+
+namespace veldra {
+namespace {
+
+std::string read_file(const std::string& path) {
+    std::ifstream in(path);
+    std::stringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+class CollectingTerminal final : public Terminal {
+public:
+    void println(LogLevel, std::string_view line) override { lines.emplace_back(line); }
+    std::vector<std::string> lines;
+};
+
+class LoggerTest : public ::testing::Test {
+protected:
+    LoggerTest() {
+        auto clock = std::make_unique<ManualClock>();
+        services().clock = std::move(clock);
+        auto terminal_owned = std::make_unique<CollectingTerminal>();
+        terminal = terminal_owned.get();
+        services().terminal = std::move(terminal_owned);
+    }
+    ~LoggerTest() override { std::filesystem::remove(path); }
+    Context context;
+    ContextScope scope{context};
+    CollectingTerminal* terminal = nullptr;
+    std::string path = (std::filesystem::temp_directory_path() / "veldra_logger_test.log").string();
+};
+
+TEST(LogTimestamp, PadsEveryPartButTheYear) {
+    EXPECT_EQ(make_log_timestamp({2024, 3, 7, 9, 5, 41}), "2024_03_07_09_05_41");
+    EXPECT_EQ(make_log_timestamp({999, 12, 31, 23, 59, 0}), "999_12_31_23_59_00");
+}
+
+TEST_F(LoggerTest, TerminalKeepsMarkupAndFileGetsPlainLinesInBatches) {
+    program_params().log_output_file = path;
+    initialize_log();
+    log("hello");
+    log_warning("careful");
+    log_error("[#ff0000]broken[/c]");
+    ASSERT_EQ(terminal->lines.size(), 3u);
+    EXPECT_EQ(terminal->lines[0], "2024_03_07_09_05_41 hello");
+    EXPECT_EQ(terminal->lines[1], "2024_03_07_09_05_41 [#dddd55]Warning:[/c] careful");
+    EXPECT_EQ(terminal->lines[2], "2024_03_07_09_05_41 [#dd5555]Error:[/c] [#ff0000]broken[/c]");
+
+    for (int i = 0; i < LOG_DUMP_INTERVAL_STEPS - 1; ++i) rt().run_frame();
+    EXPECT_EQ(read_file(path), "");  // not yet: one write-out per 60 steps
+    rt().run_frame();
+    EXPECT_EQ(read_file(path),
+              "2024_03_07_09_05_41 hello\n2024_03_07_09_05_41 Warning: careful\n2024_03_07_09_05_41 Error: broken\n");
+
+    log("last words");
+    rt().shutdown();  // the clean-up event writes what is left
+    EXPECT_NE(read_file(path).find("last words\n"), std::string::npos);
+}
+
+TEST_F(LoggerTest, WithoutOutputFileNoFileIsMadeAndScreamingShowsMessages) {
+    initialize_log();
+    scream_log_errors() = true;
+    log_error("[#dd5555]bad[/c]");
+    log("calm");
+    auto& dialogs = static_cast<ScriptedDialogs&>(*services().dialogs);
+    ASSERT_EQ(dialogs.messages_shown.size(), 1u);
+    EXPECT_EQ(dialogs.messages_shown[0], "2024_03_07_09_05_41 Error: bad");
+    EXPECT_FALSE(std::filesystem::exists(path));
+}
+
+TEST_F(LoggerTest, UnwritableFileLeavesTheTerminalWorking) {
+    program_params().log_output_file = "/nonexistent-dir/x.log";
+    initialize_log();
+    log("still here");
+    EXPECT_EQ(terminal->lines.back(), "2024_03_07_09_05_41 still here");
+    rt().shutdown();
+}
+
+TEST_F(LoggerTest, SecondInitializationIsReportedAndMakesNoSecondLogger) {
+    initialize_log();
+    initialize_log();
+    EXPECT_EQ(rt().instance_number<obj_logger>(), 1u);
+    EXPECT_NE(terminal->lines.back().find("called more than once"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace veldra

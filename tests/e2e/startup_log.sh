@@ -1,0 +1,33 @@
+#!/usr/bin/env bash
+# The start-up sequence writes its lines to the log file and exits 0; bad input never crashes.
+set -euo pipefail
+veldra=$1
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cd "$work"
+
+"$veldra" headless=1 frames=3 log_output_file=run.log lang=de
+for line in "Program started." "Build version: 1.0.0.0" "Build configuration: " "Debug mode: true" "os_type: " "os_browser: "; do
+  grep -qF "$line" run.log || { echo "missing log line: $line"; cat run.log; exit 1; }
+done
+# Timestamps lead every line: 2024_03_07_09_05_41
+grep -qE '^[0-9]{4}_[0-9]{2}_[0-9]{2}_[0-9]{2}_[0-9]{2}_[0-9]{2} Program started\.$' run.log
+! grep -q "Failed to load localization" run.log
+
+# A language without a file is reported, the program still ends normally.
+"$veldra" headless=1 frames=2 log_output_file=xx.log lang=xx
+grep -q 'Error: Failed to load localization file ".*localization/xx.ini"\.' xx.log
+
+# An unwritable log file leaves the program running; unknown parameters are ignored.
+"$veldra" headless=1 frames=2 log_output_file=/nonexistent/dir/x.log bogus=1 stray 2> err.txt
+grep -q "Failed to open log output file" err.txt
+
+# A malformed debug settings file is no error.
+mkdir -p debug && echo '{ broken' > debug/debug_settings.json
+"$veldra" headless=1 frames=1 log_output_file=d.log lang=en
+grep -q "Program started." d.log
+
+"$veldra" --version | grep -qx "1.0.0.0"
+"$veldra" --help | grep -q "log_output_file"
+if "$veldra" frames=abc 2>/dev/null; then echo "frames=abc should fail"; exit 1; fi
+echo "startup log: ok"
