@@ -48,7 +48,9 @@ std::size_t Runtime::instance_number(const ObjectType& type) const {
 }
 
 Instance* Runtime::instance_find(const ObjectType& type, std::size_t n) const {
-    for (Instance* inst : members_of(type)) {
+    const auto& members = members_of(type);
+    if (!type_lists_dirty_) return n < members.size() ? members[n] : nullptr;
+    for (Instance* inst : members) {
         if (!inst->alive_) continue;
         if (n == 0) return inst;
         --n;
@@ -76,6 +78,8 @@ void Runtime::end_instance(Instance& inst, bool run_destroy_event) {
     inst.alive_ = false;
     for (const ObjectType* t = &inst.object_type(); t; t = t->parent) --live_count_by_type_[t->index];
     has_dead_ = true;
+    type_lists_dirty_ = true;
+    if (type_list_walks_ == 0) compact_type_lists();
     if (run_destroy_event) inst.on_destroy();
     inst.on_clean_up();
 }
@@ -87,11 +91,17 @@ void Runtime::instance_destroy(InstanceId id) {
     if (iteration_depth_ == 0) reclaim_dead();
 }
 
+void Runtime::compact_type_lists() {
+    if (!type_lists_dirty_) return;
+    type_lists_dirty_ = false;
+    for (auto& members : by_type_)
+        std::erase_if(members, [](Instance* inst) { return !inst->alive_; });
+}
+
 void Runtime::reclaim_dead() {
     if (!has_dead_ || iteration_depth_ > 0) return;
     has_dead_ = false;
-    for (auto& members : by_type_)
-        std::erase_if(members, [](Instance* inst) { return !inst->alive_; });
+    compact_type_lists();
     for (auto& owned : instances_)
         if (!owned->alive_) by_id_.erase(owned->id_);
     std::erase_if(instances_, [](const std::unique_ptr<Instance>& inst) { return !inst->alive_; });

@@ -84,6 +84,7 @@ public:
     template <class T, class Fn>
     void for_each(Fn&& fn) {
         IterationGuard guard(*this);
+        TypeListGuard list_guard(*this);
         const auto& members = members_of(T::object_type_static());
         const std::size_t count = members.size();
         for (std::size_t i = 0; i < count; ++i) {
@@ -123,7 +124,18 @@ private:
         Runtime& runtime;
     };
 
+    // Type lists are only walked by for_each; outside it a destroyed instance leaves them at
+    // once, so finding the n-th instance is a plain index.
+    struct TypeListGuard {
+        explicit TypeListGuard(Runtime& r) : runtime(r) { ++runtime.type_list_walks_; }
+        ~TypeListGuard() {
+            if (--runtime.type_list_walks_ == 0) runtime.compact_type_lists();
+        }
+        Runtime& runtime;
+    };
+
     void adopt(std::unique_ptr<Instance> inst);
+    void compact_type_lists();
     const std::vector<Instance*>& members_of(const ObjectType& type) const;
     void raise(void (Instance::*event)());
     void end_instance(Instance& inst, bool run_destroy_event);
@@ -140,6 +152,8 @@ private:
     int current_room_ = -1;
     int pending_room_ = -1;
     int iteration_depth_ = 0;
+    int type_list_walks_ = 0;
+    bool type_lists_dirty_ = false;
     bool has_dead_ = false;
     bool end_requested_ = false;
     std::int64_t frame_count_ = 0;
