@@ -1,0 +1,46 @@
+#pragma once
+// A level: the abstract description of where holes, rocks, sand, humans, the player, monsters
+// and food are. Dumping it makes it real for one trial: a Terrain plus the entities its cells
+// stand for. Dumping never changes the level, so a trial can be rerun from the same level.
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include "world/level_cell_types.h"
+#include "world/terrain.h"
+
+namespace veldra {
+
+struct LevelCell {
+    int cx = 0;
+    int cy = 0;
+    const LevelCellType* type = nullptr;  // shared record of the cell-type table, not owned
+};
+
+struct Level {
+    Level() = default;
+    // Rows shorter than the longest are padded with LCT_empty cells, so afterwards every row
+    // has `width` cells.
+    Level(std::string name, std::vector<std::vector<LevelCell>> cells);
+
+    const LevelCell& cell_at(int cx, int cy) const { return cells[cy][cx]; }
+
+    std::string name;  // file stem for a loaded level; empty for a generated one
+    std::vector<std::vector<LevelCell>> cells;  // cells[cy][cx]
+    int width = 0;
+    int height = 0;
+};
+
+int level_get_num_cells_of_type(const Level& level, const LevelCellType* type);
+int level_get_num_cells_of_types(const Level& level, std::span<const LevelCellType* const> types);
+
+// The terrain for a trial. Visits the cells row by row, left to right, so entities are spawned
+// in that order. An automatic run skips the rock and foliage entities but still marks the
+// terrain cells as rock or sand.
+Terrain level_dump(const Level& level, bool is_auto_run);
+
+// The terrain cell for one level cell, after its type's dump behaviour has run.
+TerrainCell level_cell_dump(const Level& level, const LevelCell& cell, bool is_auto_run);
+
+}  // namespace veldra

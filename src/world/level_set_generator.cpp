@@ -1,0 +1,208 @@
+#include "world/level_set_generator.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+#include <iterator>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "runtime/log.h"
+#include "util/rng.h"
+#include "world/level_file.h"
+#include "world/level_generator.h"
+
+namespace veldra {
+
+namespace {
+
+// Larger levels would only make the generator slow and the game unplayable.
+constexpr int MAX_LEVEL_SIDE = 1000;
+constexpr int MAX_LEVEL_COUNT = 99999;
+constexpr int MAX_AMOUNT = 1000000;
+
+struct LevelSetRequest {
+    int width = 0;
+    int height = 0;
+    int count = 0;
+    std::vector<int> monster_amounts;
+    std::vector<int> food_amounts;
+    std::vector<int> human_amounts;
+    std::vector<int> sand_amounts;
+    std::optional<double> seed;
+};
+
+// Collects the first problem of a file; later checks are skipped once one is found.
+class RequestReader {
+public:
+    RequestReader(const nlohmann::json& root, const std::filesystem::path& path)
+        : root_(root), path_(path) {}
+
+    const std::optional<std::string>& problem() const { return problem_; }
+
+    int whole_number(const char* key, int low, int high) {
+        const double value = number(key).value_or(low);
+        if (!problem_ && (value != std::floor(value) || value < low || value > high)) {
+            fail(fmt::format("\"{}\" must be a whole number from {} to {}.", key, low, high));
+        }
+        return static_cast<int>(value);
+    }
+
+    std::vector<int> amounts(const char* key) {
+        std::vector<int> values;
+        if (problem_)
+            return values;
+        const auto found = root_.find(key);
+        const auto is_amount = [](const nlohmann::json& item) {
+            if (!item.is_number())
+                return false;
+            const double value = item.get<double>();
+            return value >= 0 && value <= MAX_AMOUNT && value == std::floor(value);
+        };
+        if (found == root_.end() || !found->is_array() || found->empty() ||
+            !std::all_of(found->begin(), found->end(), is_amount)) {
+            fail(fmt::format("\"{}\" must be a non-empty array of whole numbers from 0 to {}.", key,
+                             MAX_AMOUNT));
+            return values;
+        }
+        for (const auto& item : *found)
+            values.push_back(static_cast<int>(item.get<double>()));
+        return values;
+    }
+
+    std::optional<double> optional_seed() {
+        if (problem_ || !root_.contains("seed"))
+            return std::nullopt;
+        const auto value = number("seed");
+        if (value && !(*value >= 0))
+            fail("\"seed\" must be a number of at least 0.");
+        return value;
+    }
+
+    void fail(const std::string& message) {
+        if (!problem_)
+            problem_ = fmt::format("Generator file \"{}\": {}", path_.string(), message);
+    }
+
+private:
+    std::optional<double> number(const char* key) {
+        if (problem_)
+            return std::nullopt;
+        const auto found = root_.find(key);
+        if (found == root_.end() || !found->is_number()) {
+            fail(fmt::format("\"{}\" must be a number.", key));
+            return std::nullopt;
+        }
+        return found->get<double>();
+    }
+
+    const nlohmann::json& root_;
+    const std::filesystem::path& path_;
+    std::optional<std::string> problem_;
+};
+
+void report_bad_file(const std::string& detail) {
+    log_error("Failed to read generator configurations.");
+    log_error(detail);
+}
+
+std::optional<nlohmann::json> read_json(const std::filesystem::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) {
+        report_bad_file(fmt::format("Generator file \"{}\" could not be opened.", path.string()));
+        return std::nullopt;
+    }
+    const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    nlohmann::json root;
+    try {
+        root = nlohmann::json::parse(text, nullptr, true, true);
+    } catch (const nlohmann::json::parse_error& error) {
+        report_bad_file(fmt::format("Generator file \"{}\" is not valid JSON ({}).", path.string(),
+                                    error.what()));
+        return std::nullopt;
+    }
+    if (!root.is_object()) {
+        report_bad_file(
+            fmt::format("Generator file \"{}\" must hold a JSON object.", path.string()));
+        return std::nullopt;
+    }
+    return root;
+}
+
+std::optional<LevelSetRequest> read_request(const std::filesystem::path& path) {
+    const std::optional<nlohmann::json> root = read_json(path);
+    if (!root)
+        return std::nullopt;
+    RequestReader reader(*root, path);
+    LevelSetRequest request;
+    request.width = reader.whole_number("width", 3, MAX_LEVEL_SIDE);
+    request.height = reader.whole_number("height", 3, MAX_LEVEL_SIDE);
+    request.count = reader.whole_number("count", 1, MAX_LEVEL_COUNT);
+    request.monster_amounts = reader.amounts("monster_amounts");
+    request.food_amounts = reader.amounts("food_amounts");
+    request.human_amounts = reader.amounts("human_amounts");
+    request.sand_amounts = reader.amounts("sand_amounts");
+    request.seed = reader.optional_seed();
+    if (reader.problem()) {
+        report_bad_file(*reader.problem());
+        return std::nullopt;
+    }
+    return request;
+}
+
+bool write_levels(const LevelSetRequest& request, const std::filesystem::path& output_dir,
+                  double seed) {
+    Rng rng(seed);
+    for (int number = 1; number <= request.count; ++number) {
+        const int monsters = rng.rng_array_get_random(request.monster_amounts);
+        const int food = rng.rng_array_get_random(request.food_amounts);
+        const int humans = rng.rng_array_get_random(request.human_amounts);
+        const int sand = rng.rng_array_get_random(request.sand_amounts);
+        const std::optional<Level> level =
+            generate_level(request.width, request.height, monsters, food, humans, sand, rng);
+        if (!level) {
+            log_error(fmt::format(
+                "Failed to generate level {} of {}: no playable {} x {} level in {} attempts.",
+                number, request.count, request.width, request.height,
+                LEVEL_GENERATOR_MAX_ATTEMPTS));
+            return false;
+        }
+        if (!level_write_to_file(*level, output_dir / fmt::format("level_{:03}.txt", number))) {
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
+bool generate_level_set(const std::filesystem::path& json_path,
+                        const std::filesystem::path& output_dir,
+                        std::optional<double> seed_override) {
+    const std::optional<LevelSetRequest> request = read_request(json_path);
+    if (!request)
+        return false;
+    const std::optional<double> seed = seed_override ? seed_override : request->seed;
+    if (!seed) {
+        report_bad_file(fmt::format(
+            "Generator file \"{}\": \"seed\" must be given in the file or on the command line.",
+            json_path.string()));
+        return false;
+    }
+    std::error_code error;
+    std::filesystem::create_directories(output_dir, error);
+    if (error) {
+        log_error(fmt::format("Failed to create the output directory \"{}\": {}.",
+                              output_dir.string(), error.message()));
+        return false;
+    }
+    if (!write_levels(*request, output_dir, *seed))
+        return false;
+    log(fmt::format("Generated {} levels into \"{}\".", request->count, output_dir.string()));
+    return true;
+}
+
+}  // namespace veldra

@@ -1,0 +1,90 @@
+#include "world/terrain.h"
+
+#include <algorithm>
+#include <cassert>
+#include <utility>
+
+#include "util/geometry.h"
+
+namespace veldra {
+
+namespace {
+
+struct Segment {
+    double x1;
+    double y1;
+    double x2;
+    double y2;
+};
+
+}  // namespace
+
+TerrainCell::TerrainCell(int cx, int cy, bool is_traversable)
+    : cx(cx),
+      cy(cy),
+      is_traversable(is_traversable),
+      room_rect{double(cx) * TERRAIN_CELL_SIZE, double(cy) * TERRAIN_CELL_SIZE,
+                double(cx + 1) * TERRAIN_CELL_SIZE, double(cy + 1) * TERRAIN_CELL_SIZE} {}
+
+Terrain::Terrain(int width, int height, std::vector<TerrainCell> cells)
+    : width(width), height(height), cells(std::move(cells)) {
+    assert(width >= 0 && height >= 0 && this->cells.size() == std::size_t(width) * height &&
+           "Terrain given a cell vector that is not height rows of width cells");
+}
+
+const TerrainCell* Terrain::cell_at(int cx, int cy) const {
+    if (cx < 0 || cy < 0 || cx >= width || cy >= height)
+        return nullptr;
+    return &cells[std::size_t(cy) * width + cx];
+}
+
+const TerrainCell* Terrain::cell_at_room(double x, double y) const {
+    const double qx = x / TERRAIN_CELL_SIZE;
+    const double qy = y / TERRAIN_CELL_SIZE;
+    // Written so that NaN fails the test as well.
+    if (!(qx >= 0.0 && qy >= 0.0 && qx < width && qy < height))
+        return nullptr;
+    return cell_at(static_cast<int>(qx), static_cast<int>(qy));
+}
+
+double euclidean_distance_between_terrain_cells(const TerrainCell& cell_a,
+                                                const TerrainCell& cell_b) {
+    return point_distance(cell_a.cx, cell_a.cy, cell_b.cx, cell_b.cy);
+}
+
+int terrain_cells_colliding_between_cells(const Terrain& terrain, const TerrainCell& cell_a,
+                                          const TerrainCell& cell_b) {
+    // The same corner of both squares joined, for all four corners: the whole square sweeps
+    // along, not only its centre. Offsets are 63 so a corner stays inside its own cell.
+    constexpr double far = TERRAIN_CELL_SIZE - 1;
+    const double ax = double(cell_a.cx) * TERRAIN_CELL_SIZE;
+    const double ay = double(cell_a.cy) * TERRAIN_CELL_SIZE;
+    const double bx = double(cell_b.cx) * TERRAIN_CELL_SIZE;
+    const double by = double(cell_b.cy) * TERRAIN_CELL_SIZE;
+    const Segment segments[4] = {{ax, ay, bx, by},
+                                 {ax + far, ay, bx + far, by},
+                                 {ax, ay + far, bx, by + far},
+                                 {ax + far, ay + far, bx + far, by + far}};
+    const int cx1 = std::max(0, std::min(cell_a.cx, cell_b.cx));
+    const int cx2 = std::min(terrain.width - 1, std::max(cell_a.cx, cell_b.cx));
+    const int cy1 = std::max(0, std::min(cell_a.cy, cell_b.cy));
+    const int cy2 = std::min(terrain.height - 1, std::max(cell_a.cy, cell_b.cy));
+    int count = 0;
+    for (int cy = cy1; cy <= cy2; ++cy) {
+        for (int cx = cx1; cx <= cx2; ++cx) {
+            const TerrainCell& cell = terrain.cells[std::size_t(cy) * terrain.width + cx];
+            if (cell.is_traversable)
+                continue;
+            const Rect& r = cell.room_rect;
+            for (const Segment& s : segments) {
+                if (line_on_rectangle(s.x1, s.y1, s.x2, s.y2, r.x1, r.y1, r.x2, r.y2)) {
+                    ++count;
+                    break;
+                }
+            }
+        }
+    }
+    return count;
+}
+
+}  // namespace veldra

@@ -1,0 +1,56 @@
+#pragma once
+// What a trial plays on: the grid of cells made when a level is dumped, each knowing whether it
+// can be walked, whether it is sand or rock, and its square in room pixels. Creatures look cells
+// up every tick, so the grid is one flat row-major vector and lookups never allocate.
+
+#include <vector>
+
+#include "util/rect.h"
+
+namespace veldra {
+
+// Room pixels per cell side.
+inline constexpr int TERRAIN_CELL_SIZE = 64;
+
+struct TerrainCell {
+    TerrainCell() = default;
+    TerrainCell(int cx, int cy, bool is_traversable);
+
+    int cx = 0;
+    int cy = 0;
+    bool is_traversable = true;
+    bool is_sand = false;
+    bool is_rock = false;
+    // The full 64 x 64 square: (cx * 64, cy * 64) to (cx * 64 + 64, cy * 64 + 64). Neighbouring
+    // rectangles share their edges; the centre falls on the half-pixel (cx * 64 + 32).
+    Rect room_rect;
+};
+
+class Terrain {
+public:
+    Terrain() = default;
+    // `cells` holds height rows of width cells, row after row.
+    Terrain(int width, int height, std::vector<TerrainCell> cells);
+
+    // nullptr outside the grid.
+    const TerrainCell* cell_at(int cx, int cy) const;
+    // By room position: real division by 64, then the whole parts. Any negative position is
+    // outside, even one that would truncate to 0.
+    const TerrainCell* cell_at_room(double x, double y) const;
+
+    int width = 0;
+    int height = 0;
+    std::vector<TerrainCell> cells;  // row-major: cells[cy * width + cx]
+};
+
+// Straight-line distance between the two cells, in cells.
+double euclidean_distance_between_terrain_cells(const TerrainCell& cell_a,
+                                                const TerrainCell& cell_b);
+
+// How many untraversable cells block the straight passage of a whole cell from `cell_a` to
+// `cell_b`; 0 means the way is clear. Both cells must belong to `terrain`. Only the bounding box
+// of the two cells is examined, so the cost grows with its area.
+int terrain_cells_colliding_between_cells(const Terrain& terrain, const TerrainCell& cell_a,
+                                          const TerrainCell& cell_b);
+
+}  // namespace veldra

@@ -1,0 +1,96 @@
+#include "world/level_set_generator.h"
+
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "runtime/log.h"
+#include "world/level_file.h"
+#include "world_test_support.h"
+
+namespace veldra {
+namespace {
+
+class LevelSetGenerator : public testing::WorldTest {
+protected:
+    std::filesystem::path config(const std::string& text) {
+        const auto path = scratch() / "generator.json";
+        std::ofstream(path) << text;
+        return path;
+    }
+
+    static std::string read_text(const std::filesystem::path& path) {
+        std::ifstream in(path, std::ios::binary);
+        return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    }
+
+    static constexpr const char* VALID = R"({
+        // sizes in cells
+        "width": 14, "height": 12, "count": 3, "seed": 77,
+        "monster_amounts": [1, 2], "food_amounts": [2], "human_amounts": [0, 3],
+        "sand_amounts": [0, 6]
+    })";
+};
+
+TEST_F(LevelSetGenerator, SameSeedSameFiles) {
+    const auto path = config(VALID);
+    ASSERT_TRUE(generate_level_set(path, scratch() / "a", std::nullopt));
+    ASSERT_TRUE(generate_level_set(path, scratch() / "b" / "nested", std::nullopt));
+    ASSERT_TRUE(generate_level_set(path, scratch() / "c", 78.0));
+    for (const char* name : {"level_001.txt", "level_002.txt", "level_003.txt"}) {
+        const std::string text = read_text(scratch() / "a" / name);
+        EXPECT_EQ(text, read_text(scratch() / "b" / "nested" / name));
+        EXPECT_NE(text, read_text(scratch() / "c" / name));
+        const auto level = level_load_from_file(scratch() / "a" / name);
+        ASSERT_TRUE(level);
+        EXPECT_EQ(level->width, 14);
+        EXPECT_EQ(level->height, 12);
+        EXPECT_EQ(level_get_num_cells_of_type(*level, lct().LCT_player), 1);
+    }
+    EXPECT_FALSE(std::filesystem::exists(scratch() / "a" / "level_004.txt"));
+    ASSERT_TRUE(generate_level_set(path, scratch() / "d", 77.0));
+    EXPECT_EQ(read_text(scratch() / "a" / "level_002.txt"),
+              read_text(scratch() / "d" / "level_002.txt"));
+}
+
+TEST_F(LevelSetGenerator, BadFilesFailWithClearMessages) {
+    const auto expect_failure = [&](const std::string& text, const std::string& detail) {
+        LogCapture capture;
+        EXPECT_FALSE(generate_level_set(config(text), scratch() / "out", std::nullopt)) << text;
+        ASSERT_EQ(capture.lines.size(), 2u) << text;
+        EXPECT_EQ(capture.lines[0].message, "Failed to read generator configurations.");
+        EXPECT_NE(capture.lines[1].message.find(detail), std::string::npos)
+            << capture.lines[1].message;
+        EXPECT_NE(capture.lines[1].message.find("generator.json"), std::string::npos);
+    };
+    expect_failure("{ \"width\": 14, ", "is not valid JSON");
+    expect_failure("[1, 2]", "must hold a JSON object");
+    std::string two_by_two = VALID;
+    two_by_two.replace(two_by_two.find("\"width\": 14"), 11, "\"width\": 2");
+    expect_failure(two_by_two, "\"width\" must be a whole number from 3 to");
+    std::string no_food = VALID;
+    no_food.replace(no_food.find("[2]"), 3, "[]");
+    expect_failure(no_food, "\"food_amounts\" must be a non-empty array");
+    std::string negative = VALID;
+    negative.replace(negative.find("[0, 3]"), 6, "[0, -3]");
+    expect_failure(negative, "\"human_amounts\" must be a non-empty array");
+    std::string no_seed = VALID;
+    no_seed.replace(no_seed.find("\"seed\": 77,"), 11, "");
+    expect_failure(no_seed, "\"seed\" must be given");
+
+    LogCapture capture;
+    EXPECT_FALSE(generate_level_set(scratch() / "absent.json", scratch() / "out", std::nullopt));
+    EXPECT_TRUE(capture.contains("absent.json\" could not be opened."));
+}
+
+TEST_F(LevelSetGenerator, UnplayableSizeFailsAfterAllAttempts) {
+    std::string tiny = VALID;
+    const std::string size = "\"width\": 14, \"height\": 12";
+    tiny.replace(tiny.find(size), size.size(), "\"width\": 3, \"height\": 3");
+    LogCapture capture;
+    EXPECT_FALSE(generate_level_set(config(tiny), scratch() / "out", std::nullopt));
+    EXPECT_TRUE(capture.contains("Failed to generate level 1 of 3"));
+}
+
+}  // namespace
+}  // namespace veldra

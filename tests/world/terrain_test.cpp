@@ -1,0 +1,71 @@
+#include "world/terrain.h"
+
+#include <cmath>
+#include <limits>
+
+#include "world_test_support.h"
+
+namespace veldra {
+namespace {
+
+class TerrainTest : public testing::WorldTest {
+protected:
+    static Terrain terrain_of(const std::vector<std::string>& rows) {
+        return level_dump(level_from_rows(rows), true);
+    }
+
+    static int colliding(const Terrain& terrain, int ax, int ay, int bx, int by) {
+        return terrain_cells_colliding_between_cells(terrain, *terrain.cell_at(ax, ay),
+                                                     *terrain.cell_at(bx, by));
+    }
+};
+
+TEST_F(TerrainTest, CellLookupEdges) {
+    const Terrain terrain = terrain_of({"    ", "    ", "    "});
+    EXPECT_EQ(terrain.cell_at(-1, 0), nullptr);
+    EXPECT_EQ(terrain.cell_at(4, 0), nullptr);
+    EXPECT_EQ(terrain.cell_at(0, 3), nullptr);
+    EXPECT_EQ(terrain.cell_at(3, 2)->cx, 3);
+    EXPECT_EQ(terrain.cell_at(3, 2)->cy, 2);
+
+    EXPECT_EQ(terrain.cell_at_room(-0.5, 10), nullptr);
+    EXPECT_EQ(terrain.cell_at_room(10, -0.5), nullptr);
+    EXPECT_EQ(terrain.cell_at_room(63.9, 0), terrain.cell_at(0, 0));
+    EXPECT_EQ(terrain.cell_at_room(64, 64), terrain.cell_at(1, 1));
+    EXPECT_EQ(terrain.cell_at_room(64 * 4, 0), nullptr);
+    EXPECT_EQ(terrain.cell_at_room(64 * 4 - 0.01, 64 * 3 - 0.01), terrain.cell_at(3, 2));
+    EXPECT_EQ(terrain.cell_at_room(std::numeric_limits<double>::quiet_NaN(), 0), nullptr);
+}
+
+TEST_F(TerrainTest, RoomRectIsTheFullSquare) {
+    const TerrainCell cell(2, 3, true);
+    EXPECT_EQ(cell.room_rect.x1, 128);
+    EXPECT_EQ(cell.room_rect.y1, 192);
+    EXPECT_EQ(cell.room_rect.x2, 192);
+    EXPECT_EQ(cell.room_rect.y2, 256);
+    EXPECT_EQ(cell.room_rect.get_center_x(), 160);
+    EXPECT_FALSE(cell.is_sand || cell.is_rock);
+    EXPECT_EQ(euclidean_distance_between_terrain_cells(cell, TerrainCell(5, 7, true)), 5.0);
+}
+
+TEST_F(TerrainTest, CollidingCellsInARow) {
+    const Terrain terrain = terrain_of({"      ", "  r   ", " r x  ", "r     "});
+    EXPECT_EQ(colliding(terrain, 0, 0, 5, 0), 0);  // clear row
+    EXPECT_EQ(colliding(terrain, 0, 1, 5, 1), 1);  // one rock between
+    EXPECT_EQ(colliding(terrain, 0, 2, 5, 2), 2);  // a rock and a hole
+    EXPECT_EQ(colliding(terrain, 0, 3, 5, 3), 1);  // the start itself blocks
+    EXPECT_EQ(colliding(terrain, 5, 3, 0, 3), 1);  // and the same from the other end
+}
+
+TEST_F(TerrainTest, CollidingCellsOnDiagonals) {
+    const Terrain terrain = terrain_of({"    r", " r   ", "     ", "     "});
+    EXPECT_EQ(colliding(terrain, 0, 0, 1, 1), 1);  // the end itself
+    EXPECT_EQ(colliding(terrain, 2, 0, 1, 1), 1);
+    EXPECT_EQ(colliding(terrain, 0, 1, 1, 0), 1);  // past the corner of (1, 1)
+    EXPECT_EQ(colliding(terrain, 2, 2, 0, 0), 1);  // straight over (1, 1)
+    EXPECT_EQ(colliding(terrain, 2, 0, 4, 2), 0);  // (4, 0) is in the box but beside the sweep
+    EXPECT_EQ(colliding(terrain, 0, 3, 4, 0), 2);  // over (1, 1) onto the rock (4, 0)
+}
+
+}  // namespace
+}  // namespace veldra

@@ -1,0 +1,69 @@
+#pragma once
+// Shared by the world tests: a fresh context with the cell-type table built, levels written as
+// rows of characters, and a scratch directory removed afterwards.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "runtime/context.h"
+#include "world/level.h"
+#include "world/level_cell_types.h"
+
+namespace veldra::testing {
+
+class WorldTest : public ::testing::Test {
+protected:
+    WorldTest() : scope_(context_) { initialize_level_cell_types(); }
+
+    ~WorldTest() override {
+        if (!scratch_.empty())
+            std::filesystem::remove_all(scratch_);
+    }
+
+    // A directory of this test's own, made on first use.
+    const std::filesystem::path& scratch() {
+        if (scratch_.empty()) {
+            const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
+            scratch_ =
+                std::filesystem::temp_directory_path() /
+                (std::string("veldra_world_") + info->test_suite_name() + "_" + info->name());
+            std::filesystem::remove_all(scratch_);
+            std::filesystem::create_directories(scratch_);
+        }
+        return scratch_;
+    }
+
+    // Each string a row, each character a cell; unknown characters are a test mistake.
+    static Level level_from_rows(const std::vector<std::string>& rows) {
+        std::vector<std::vector<LevelCell>> cells(rows.size());
+        for (std::size_t cy = 0; cy < rows.size(); ++cy) {
+            for (std::size_t cx = 0; cx < rows[cy].size(); ++cx) {
+                const LevelCellType* type = level_cell_type_from_char(rows[cy][cx]);
+                EXPECT_NE(type, nullptr) << "no cell type for '" << rows[cy][cx] << "'";
+                cells[cy].push_back(LevelCell{int(cx), int(cy), type});
+            }
+        }
+        return Level("test", std::move(cells));
+    }
+
+    static std::vector<std::string> rows_of(const Level& level) {
+        std::vector<std::string> rows;
+        for (const auto& row : level.cells) {
+            std::string text;
+            for (const LevelCell& cell : row)
+                text.push_back(cell.type->character);
+            rows.push_back(text);
+        }
+        return rows;
+    }
+
+private:
+    Context context_;
+    ContextScope scope_;
+    std::filesystem::path scratch_;
+};
+
+}  // namespace veldra::testing
