@@ -2,6 +2,7 @@
 // INI text: `[section]` headers and `key=value` lines. Lines starting with ";" or "#" are
 // comments; white space around keys and values is trimmed and a trailing "\r" dropped. Values
 // are kept otherwise verbatim (escape sequences are the reader's business).
+// A UTF-8 byte order mark at the start is skipped.
 
 #include <optional>
 #include <string>

@@ -1,0 +1,163 @@
+#include "serial/json.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <vector>
+
+#include "runtime/log.h"
+
+namespace veldra {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// Deeper documents are refused rather than risking the stack in the recursive conversions.
+constexpr int MAX_DEPTH = 512;
+// Every integer up to this magnitude is exact in a double.
+constexpr double MAX_EXACT_INTEGER = 9007199254740992.0;
+
+std::optional<Value> from_json(const Json& json, int depth) {
+    if (depth > MAX_DEPTH)
+        return std::nullopt;
+    switch (json.type()) {
+        case Json::value_t::boolean:
+            return Value(json.get<bool>());
+        case Json::value_t::number_integer:
+            return Value(json.get<std::int64_t>());
+        case Json::value_t::number_unsigned:
+            return Value(json.get<std::uint64_t>());
+        case Json::value_t::number_float:
+            return Value(json.get<double>());
+        case Json::value_t::string:
+            return Value(json.get_ref<const std::string&>());
+        case Json::value_t::array: {
+            std::vector<Value> items;
+            items.reserve(json.size());
+            for (const auto& element : json) {
+                auto item = from_json(element, depth + 1);
+                if (!item)
+                    return std::nullopt;
+                items.push_back(std::move(*item));
+            }
+            return Value::array(std::move(items));
+        }
+        case Json::value_t::object: {
+            Value object = Value::make_struct();
+            for (const auto& [key, element] : json.items()) {
+                auto field = from_json(element, depth + 1);
+                if (!field)
+                    return std::nullopt;
+                object.set(key, std::move(*field));
+            }
+            return object;
+        }
+        default:  // null, and the binary and discarded kinds JSON text never produces
+            return Value();
+    }
+}
+
+Json number_to_json(double number) {
+    if (!std::isfinite(number))
+        return nullptr;
+    if (number == std::trunc(number) && std::fabs(number) <= MAX_EXACT_INTEGER)
+        return static_cast<std::int64_t>(number);
+    return number;
+}
+
+class JsonWriter {
+public:
+    // False with error() set when the value cannot be written.
+    bool write(const Value& value, Json& out, int depth) {
+        if (depth > MAX_DEPTH)
+            return fail("Value is nested too deeply to be serialised");
+        switch (value.kind()) {
+            case ValueKind::number:
+            case ValueKind::instance:
+                out = number_to_json(value.as_number());
+                return true;
+            case ValueKind::boolean:
+                out = value.as_bool();
+                return true;
+            case ValueKind::string:
+                out = value.as_string();
+                return true;
+            case ValueKind::array:
+                return write_array(value, out, depth);
+            case ValueKind::structure:
+                return write_struct(value, out, depth);
+            case ValueKind::method:
+                return fail("Functions/methods cannot be serialised");
+            default:
+                out = nullptr;
+                return true;
+        }
+    }
+    const std::string& error() const { return error_; }
+
+private:
+    bool fail(const char* message) {
+        error_ = message;
+        return false;
+    }
+    bool write_array(const Value& array, Json& out, int depth) {
+        out = Json::array();
+        for (const Value& item : array.items()) {
+            Json element;
+            if (!write(item, element, depth + 1))
+                return false;
+            out.push_back(std::move(element));
+        }
+        return true;
+    }
+    bool write_struct(const Value& object, Json& out, int depth) {
+        if (std::find(path_.begin(), path_.end(), object.identity()) != path_.end())
+            return fail("Struct refers to itself and cannot be serialised");
+        path_.push_back(object.identity());
+        out = Json::object();
+        for (const StructField& field : object.fields()) {
+            Json element;
+            if (!write(field.value, element, depth + 1))
+                return false;
+            out[field.name] = std::move(element);
+        }
+        path_.pop_back();
+        return true;
+    }
+
+    std::vector<const void*> path_;  // structs being written, outermost first
+    std::string error_;
+};
+
+}  // namespace
+
+Value json_to_value(const nlohmann::ordered_json& json) {
+    auto value = from_json(json, 0);
+    return value ? std::move(*value) : Value();
+}
+
+nlohmann::ordered_json value_to_json(const Value& value) {
+    JsonWriter writer;
+    Json out;
+    if (writer.write(value, out, 0))
+        return out;
+    log_error(writer.error());
+    return Json(Json::value_t::discarded);
+}
+
+std::optional<Value> json_parse(std::string_view text) {
+    const Json json = Json::parse(text.begin(), text.end(), nullptr, /*allow_exceptions=*/false);
+    if (json.is_discarded())
+        return std::nullopt;
+    return from_json(json, 0);
+}
+
+std::string json_stringify(const Value& value, bool pretty) {
+    const Json json = value_to_json(value);
+    if (json.is_discarded())
+        return {};
+    return json.dump(pretty ? 4 : -1, ' ', false, Json::error_handler_t::replace);
+}
+
+}  // namespace veldra
