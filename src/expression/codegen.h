@@ -1,0 +1,15 @@
+#pragma once
+// Turns a (folded) Ast into the instruction array of program.h.
+
+#include <optional>
+#include <vector>
+
+#include "expression/ast.h"
+#include "expression/program.h"
+
+namespace veldra::detail {
+
+// Empty when the program would need more than STACK_CAPACITY stack slots.
+std::optional<std::vector<Instr>> generate_code(const Ast& ast, NodeId root);
+
+}  // namespace veldra::detail

@@ -1,0 +1,59 @@
+#include "expression/expression.h"
+
+#include <limits>
+#include <utility>
+
+#include "expression/codegen.h"
+#include "expression/parser.h"
+#include "expression/program.h"
+
+namespace veldra {
+namespace {
+
+// What a default-constructed expression runs: a constant NaN, the language's "undefined".
+constexpr detail::Instr UNDEFINED_CODE[] = {
+    {detail::opcode(detail::Fixed::load_const), 0, 0, std::numeric_limits<double>::quiet_NaN()},
+    {detail::opcode(detail::Fixed::ret), 0, 0, 0.0},
+};
+
+}  // namespace
+
+CompiledExpression::CompiledExpression() noexcept : code_(UNDEFINED_CODE) {}
+
+CompiledExpression::CompiledExpression(std::shared_ptr<const detail::Program> program) noexcept
+    : program_(std::move(program)), code_(program_->code.data()) {}
+
+CompiledExpression::CompiledExpression(CompiledExpression&& other) noexcept
+    : program_(std::move(other.program_)), code_(std::exchange(other.code_, UNDEFINED_CODE)) {}
+
+CompiledExpression& CompiledExpression::operator=(CompiledExpression&& other) noexcept {
+    program_ = std::move(other.program_);
+    code_ = std::exchange(other.code_, UNDEFINED_CODE);
+    return *this;
+}
+
+std::string_view CompiledExpression::source() const noexcept {
+    return program_ ? std::string_view(program_->source) : std::string_view();
+}
+
+std::size_t CompiledExpression::instruction_count() const noexcept {
+    return program_ ? program_->code.size() : 0;
+}
+
+std::variant<CompiledExpression, ExpressionError>
+ExpressionCompiler::compile_expression_from_string(std::string_view source) const {
+    auto parsed = detail::parse_expression(source);
+    if (auto* error = std::get_if<ExpressionError>(&parsed)) {
+        return std::move(*error);
+    }
+    const auto& [ast, root] = std::get<detail::ParsedExpression>(parsed);
+    auto code = detail::generate_code(ast, root);
+    if (!code) {
+        return ExpressionError{1, "expression nested too deeply"};
+    }
+    auto program =
+        std::make_shared<detail::Program>(detail::Program{std::string(source), std::move(*code)});
+    return CompiledExpression(std::move(program));
+}
+
+}  // namespace veldra

@@ -1,0 +1,69 @@
+#pragma once
+// Behaviour formulas ("clamp(1 + 2*C*(1 - ENERGY_LEVEL), 0, 5)") compiled once when a
+// configuration loads and then evaluated many times per tick. The language is described for
+// researchers in docs/expressions.md.
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace veldra {
+
+// The nine names a formula can read, in the order of the array passed to evaluate().
+enum class ExprVar : std::uint8_t { O, C, E, A, N, ENERGY_LEVEL, WEIGHT, TIME, DISTANCE };
+inline constexpr int EXPR_VAR_COUNT = 9;
+
+namespace detail {
+struct Instr;
+struct Program;
+double run_program(const Instr* code, const double* variables) noexcept;
+}  // namespace detail
+
+// A compiled formula. Copies share one immutable program, so holding one in a configuration
+// struct and copying that struct is cheap. A default-constructed expression evaluates to NaN.
+class CompiledExpression {
+public:
+    CompiledExpression() noexcept;
+    CompiledExpression(const CompiledExpression& other) noexcept = default;
+    CompiledExpression& operator=(const CompiledExpression& other) noexcept = default;
+    // A moved-from expression is left default-constructed.
+    CompiledExpression(CompiledExpression&& other) noexcept;
+    CompiledExpression& operator=(CompiledExpression&& other) noexcept;
+    ~CompiledExpression() = default;
+
+    // `variables` points to EXPR_VAR_COUNT values in ExprVar order. Never allocates or
+    // throws; division by zero and domain errors give IEEE infinities and NaN.
+    double evaluate(const double* variables) const noexcept {
+        return detail::run_program(code_, variables);
+    }
+
+    // The formula as written in the configuration.
+    std::string_view source() const noexcept;
+    // Length of the compiled program, in instructions; the developer tools show it as a cost.
+    std::size_t instruction_count() const noexcept;
+
+private:
+    friend class ExpressionCompiler;
+    explicit CompiledExpression(std::shared_ptr<const detail::Program> program) noexcept;
+
+    std::shared_ptr<const detail::Program> program_;
+    // program_'s first instruction, kept here so evaluate() skips one indirection.
+    const detail::Instr* code_;
+};
+
+struct ExpressionError {
+    std::size_t column;   // 1-based byte position in the source where the problem was found
+    std::string message;  // e.g. "expected ')'", "unknown name \"foo\""
+};
+
+// Stateless; one compiler can serve a whole configuration file.
+class ExpressionCompiler {
+public:
+    std::variant<CompiledExpression, ExpressionError> compile_expression_from_string(
+        std::string_view source) const;
+};
+
+}  // namespace veldra

@@ -1,0 +1,88 @@
+#pragma once
+// The compiled form of a formula: a flat array of instructions for a small accumulator machine.
+// The accumulator holds the value being built; an operand stack holds values waiting for their
+// partner. Most operations come in several forms that read a variable or an inline constant
+// directly, so a formula like "0.5*A" is one instruction instead of three.
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "expression/ops.h"
+
+namespace veldra::detail {
+
+// acc = f(acc); acc = f(var x); push acc, then acc = f(var x).
+enum class UnaryForm : std::uint8_t { acc, var, push_var };
+inline constexpr int UNARY_FORM_COUNT = 3;
+
+// Operand order is left, right: var_acc means acc = (var x) op acc. stack_acc pops the left
+// operand; the push_ forms push acc before loading, which starts a right operand that needs
+// the stack.
+enum class BinaryForm : std::uint8_t {
+    stack_acc,
+    acc_var,
+    acc_const,
+    var_acc,
+    const_acc,
+    var_var,
+    var_const,
+    const_var,
+    push_var_var,
+    push_var_const,
+    push_const_var,
+};
+inline constexpr int BINARY_FORM_COUNT = 11;
+
+// Opcode numbering: the fixed instructions, then UNARY_FORM_COUNT opcodes per unary operation,
+// BINARY_FORM_COUNT per binary operation and one per ternary operation (operands: two popped,
+// then acc), each group in the order of the operation lists.
+enum class Fixed : std::uint16_t {
+    load_var,
+    load_const,
+    push_load_var,
+    push_load_const,
+    clamp_const_const,  // acc = clamp(acc, k, next instruction's k); two instructions long
+    ret,
+};
+inline constexpr int FIXED_OPCODE_COUNT = 6;
+inline constexpr int UNARY_OPCODE_BASE = FIXED_OPCODE_COUNT;
+inline constexpr int BINARY_OPCODE_BASE = UNARY_OPCODE_BASE + FIRST_BINARY_OP * UNARY_FORM_COUNT;
+inline constexpr int TERNARY_OPCODE_BASE =
+    BINARY_OPCODE_BASE + (FIRST_TERNARY_OP - FIRST_BINARY_OP) * BINARY_FORM_COUNT;
+inline constexpr int OPCODE_COUNT = TERNARY_OPCODE_BASE + (OP_COUNT - FIRST_TERNARY_OP);
+
+constexpr std::uint16_t opcode(Fixed fixed) {
+    return static_cast<std::uint16_t>(fixed);
+}
+constexpr std::uint16_t opcode(Op op, UnaryForm form) {
+    return static_cast<std::uint16_t>(UNARY_OPCODE_BASE + static_cast<int>(op) * UNARY_FORM_COUNT +
+                                      static_cast<int>(form));
+}
+constexpr std::uint16_t opcode(Op op, BinaryForm form) {
+    return static_cast<std::uint16_t>(BINARY_OPCODE_BASE +
+                                      (static_cast<int>(op) - FIRST_BINARY_OP) * BINARY_FORM_COUNT +
+                                      static_cast<int>(form));
+}
+constexpr std::uint16_t ternary_opcode(Op op) {
+    return static_cast<std::uint16_t>(TERNARY_OPCODE_BASE + static_cast<int>(op) -
+                                      FIRST_TERNARY_OP);
+}
+
+struct Instr {
+    std::uint16_t opcode = 0;
+    std::uint8_t x = 0;  // index of the first variable operand
+    std::uint8_t y = 0;  // index of the second variable operand (var_var forms)
+    double k = 0.0;      // constant operand
+};
+
+// Deepest operand stack a program may use. Values wait on the stack only inside nested
+// operands, so real formulas need a handful; the compiler refuses programs that need more.
+inline constexpr int STACK_CAPACITY = 256;
+
+struct Program {
+    std::string source;
+    std::vector<Instr> code;  // ends with Fixed::ret
+};
+
+}  // namespace veldra::detail
