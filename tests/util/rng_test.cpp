@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 #include <set>
 #include <vector>
@@ -14,6 +15,17 @@ TEST(Rng, SeedZeroFirstValue) {
     Rng rng(0);
     EXPECT_EQ(rng.rng_random(1), 0.23606797284446657);
     EXPECT_EQ(rng.seed, 1013904223.0);
+}
+
+TEST(Rng, StepMatchesTheCongruenceOnDoubles) {
+    for (const double start : {0.0, 1.0, 123456789.0, 4294967295.0}) {
+        Rng rng(start);
+        double reference = start;
+        for (int i = 0; i < 10000; ++i) {
+            reference = std::fmod(Rng::a * reference + Rng::c, Rng::m);
+            ASSERT_EQ(rng.rng_random(2.0), reference / Rng::m * 2.0);
+        }
+    }
 }
 
 TEST(Rng, SameSeedSameStreamAndSeedsReducedModulo2To32) {
