@@ -3,6 +3,7 @@
 #include <sys/utsname.h>
 
 #include "config/debug_settings.h"
+#include "config/game_configurations.h"
 #include "config/localization.h"
 #include "config/logger.h"
 #include "config/program_parameters.h"
@@ -59,6 +60,8 @@ void obj_init::on_create() {
     log_start_up_lines();
     load_active_debug_settings();
     choose_language();
+    initialize_configs();
+    reload_game_configurations();
     choose_run_mode();
 }
 

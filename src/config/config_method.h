@@ -1,0 +1,62 @@
+#pragma once
+// A behaviour formula of the configuration, compiled once at load time. It is called with a
+// human's traits, its energy as a fraction of its maximum and, for three kinds of key, a third
+// argument: the running action's weight, the elapsed fraction of the trial, or a candidate's
+// relative distance.
+
+#include <cmath>
+#include <limits>
+#include <optional>
+
+#include "config/personality_traits.h"
+#include "expression/expression.h"
+
+namespace veldra {
+
+// Which variable the third call argument binds.
+enum class ConfigMethodKind { plain, weight, time, distance };
+
+// The nine names the formulas read. They are set before every evaluation and keep their values
+// afterwards; one block per context, shared by every formula.
+struct ExpressionGlobals {
+    double values[EXPR_VAR_COUNT] = {};
+};
+
+inline constexpr double UNDEFINED_NUMBER = std::numeric_limits<double>::quiet_NaN();
+
+class ConfigMethod {
+public:
+    ConfigMethod() = default;
+    ConfigMethod(CompiledExpression expression, ConfigMethodKind kind, ExpressionGlobals* globals)
+        : expression_(std::move(expression)), kind_(kind), globals_(globals) {}
+
+    // A variable the call does not bind is undefined, which reads as NaN in a formula.
+    double operator()(const PersonalityTraits& traits, double energy_level = UNDEFINED_NUMBER,
+                      double third = UNDEFINED_NUMBER) const {
+        double* v = globals_->values;
+        v[static_cast<int>(ExprVar::O)] = traits.openness;
+        v[static_cast<int>(ExprVar::C)] = traits.conscientiousness;
+        v[static_cast<int>(ExprVar::E)] = traits.extraversion;
+        v[static_cast<int>(ExprVar::A)] = traits.agreeableness;
+        v[static_cast<int>(ExprVar::N)] = traits.neuroticism;
+        v[static_cast<int>(ExprVar::ENERGY_LEVEL)] = energy_level;
+        v[static_cast<int>(ExprVar::WEIGHT)] = kind_ == ConfigMethodKind::weight ? third : UNDEFINED_NUMBER;
+        v[static_cast<int>(ExprVar::TIME)] = kind_ == ConfigMethodKind::time ? third : UNDEFINED_NUMBER;
+        v[static_cast<int>(ExprVar::DISTANCE)] = kind_ == ConfigMethodKind::distance ? third : UNDEFINED_NUMBER;
+        return expression_->evaluate(v);
+    }
+
+    bool is_set() const { return expression_.has_value(); }
+    ConfigMethodKind kind() const { return kind_; }
+    std::string_view source() const { return expression_ ? expression_->source() : std::string_view{}; }
+
+private:
+    std::optional<CompiledExpression> expression_;
+    ConfigMethodKind kind_ = ConfigMethodKind::plain;
+    ExpressionGlobals* globals_ = nullptr;
+};
+
+// The kind a method key gets, tested in this order.
+ConfigMethodKind config_method_kind_of(std::string_view key);
+
+}  // namespace veldra

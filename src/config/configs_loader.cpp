@@ -1,0 +1,227 @@
+#include "config/configs_loader.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "config/debug_settings.h"
+#include "config/json_comments.h"
+#include "config/program_parameters.h"
+#include "runtime/context.h"
+#include "runtime/log.h"
+#include "runtime/once.h"
+#include "runtime/paths.h"
+#include "runtime/services.h"
+#include "serial/json.h"
+#include "util/text.h"
+
+namespace veldra {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// The runtime's type name of a parsed JSON value.
+std::string json_type_name(const Json& value) {
+    switch (value.type()) {
+        case Json::value_t::object: return "struct";
+        case Json::value_t::array: return "array";
+        case Json::value_t::string: return "string";
+        case Json::value_t::boolean: return "bool";
+        case Json::value_t::number_integer:
+        case Json::value_t::number_unsigned:
+        case Json::value_t::number_float: return "number";
+        default: return "undefined";
+    }
+}
+
+// Reads one key into its typed field. Returns false (after logging) when the value does not fit.
+class FieldReader {
+public:
+    FieldReader(const std::string& path, ExpressionGlobals& globals) : path_(path), globals_(globals) {}
+
+    bool read(std::string_view key, std::string_view expected, const Json& value, double& field) {
+        if (!value.is_number()) return wrong_type(key, expected, value);
+        field = value.get<double>();
+        return true;
+    }
+    bool read(std::string_view key, std::string_view expected, const Json& value, bool& field) {
+        if (!value.is_boolean()) return wrong_type(key, expected, value);
+        field = value.get<bool>();
+        return true;
+    }
+    bool read(std::string_view key, std::string_view expected, const Json& value, std::string& field) {
+        if (!value.is_string()) return wrong_type(key, expected, value);
+        field = value.get<std::string>();
+        return true;
+    }
+    bool read(std::string_view key, std::string_view expected, const Json& value, Value& field) {
+        if (!value.is_array()) return wrong_type(key, expected, value);
+        field = json_to_value(value);
+        return true;
+    }
+    // A formula is written as a string; a plain number is taken as the constant formula.
+    bool read(std::string_view key, std::string_view, const Json& value, ConfigMethod& field) {
+        std::string source;
+        if (value.is_string())
+            source = value.get<std::string>();
+        else if (value.is_number())
+            source = value.dump();
+        else
+            return wrong_type(key, "string", value);
+        auto compiled = ExpressionCompiler().compile_expression_from_string(source);
+        if (auto* error = std::get_if<ExpressionError>(&compiled)) {
+            log_error("Configuration file \"" + path_ + "\" variable \"" + std::string(key) +
+                      "\" has an expression that does not compile: " + error->message + " at column " +
+                      std::to_string(error->column) + ".\n    " + source + "\n    " +
+                      std::string(error->column > 0 ? error->column - 1 : 0, ' ') + "^");
+            return false;
+        }
+        field = ConfigMethod(std::move(std::get<CompiledExpression>(compiled)), config_method_kind_of(key), &globals_);
+        return true;
+    }
+
+private:
+    bool wrong_type(std::string_view key, std::string_view expected, const Json& value) {
+        log_error("Configuration file \"" + path_ + "\" variable \"" + std::string(key) +
+                  "\" is of an unexpected type \"" + json_type_name(value) + "\". Expected \"" + std::string(expected) +
+                  "\".");
+        return false;
+    }
+    const std::string& path_;
+    ExpressionGlobals& globals_;
+};
+
+std::optional<std::string> read_text_file(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) return std::nullopt;
+    std::stringstream text;
+    text << in.rdbuf();
+    if (in.bad()) return std::nullopt;
+    return text.str();
+}
+
+ConfigsSlot& slot() { return ctx().slot<ConfigsSlot>(); }
+
+}  // namespace
+
+ConfigMethodKind config_method_kind_of(std::string_view key) {
+    if (key == "current_action_weight_modifier") return ConfigMethodKind::weight;
+    if (key == "trial_score") return ConfigMethodKind::time;
+    if (key.starts_with("target_weight_")) return ConfigMethodKind::distance;
+    return ConfigMethodKind::plain;
+}
+
+std::optional<GameConfigurations> _load_game_configurations_from_file(const std::string& path, bool require_all) {
+    if (!file_exists(path)) {
+        log_error("Configuration file doesn't exist (" + path + ").");
+        return std::nullopt;
+    }
+    auto text = read_text_file(path);
+    if (!text) {
+        log_error("Failed to read configuration file \"" + path + "\".");
+        return std::nullopt;
+    }
+    Json root = Json::parse(_json_remove_comments(*text), nullptr, /*allow_exceptions=*/false);
+    if (root.is_discarded()) {
+        log_error("Failed to read the configuration file \"" + path + "\".");
+        return std::nullopt;
+    }
+    if (!root.is_object()) {
+        log_error("Configuration file \"" + path + "\" is in an unexpected format: " + json_type_name(root) + ".");
+        return std::nullopt;
+    }
+
+    GameConfigurations loaded;
+    loaded.by_name = json_to_value(root);
+    FieldReader reader(path, slot().expression_globals);
+    bool ok = true;
+    visit_config_fields(loaded, [&](std::string_view key, std::string_view expected, auto& field) {
+        if (!ok) return;
+        auto it = root.find(std::string(key));
+        if (it == root.end()) {
+            if (require_all) {
+                log_error("Configuration file \"" + path + "\" doesn't define the variable \"" + std::string(key) + "\".");
+                ok = false;
+            }
+            return;
+        }
+        ok = reader.read(key, expected, *it, field);
+    });
+    if (!ok) return std::nullopt;
+    return loaded;
+}
+
+void merge_game_configurations(GameConfigurations& base, const GameConfigurations& custom) {
+#define VELDRA_MERGE_CONFIG_FIELD(key, type, meaning) \
+    if (custom.by_name.has(#key)) base.key = custom.key;
+    VELDRA_GAME_CONFIGURATION_KEYS(VELDRA_MERGE_CONFIG_FIELD)
+#undef VELDRA_MERGE_CONFIG_FIELD
+    for (const std::string& name : custom.by_name.field_names()) base.by_name.set(name, custom.by_name.get(name));
+}
+
+std::string _debug_ask_custom_config_filename() {
+    auto answer = services().dialogs->get_string(
+        "Enter custom configuration's relative filename. You can leave out the file extension (e.g. .json)."
+        "\n\nThese custom will partially or fully overwrite the default configurations."
+        "\n\nLeave blank or cancel to use default configurations as is.",
+        debugs().custom_config);
+    // A cancelled question (always, in headless runs) keeps the stored answer.
+    if (!answer) return "";
+    std::string name = string_trim(*answer);
+    debugs().custom_config = name;
+    save_active_debug_settings();
+    return name;
+}
+
+void initialize_configs() {
+    if (!once_only_first_call(slot().initialized)) return;
+    slot().configs.reset();
+}
+
+bool configs_loaded() { return slot().configs.has_value(); }
+
+const GameConfigurations& configs() {
+    auto& loaded = slot().configs;
+    if (!loaded) {
+        log_error("The configurations were used before they were loaded.");
+        std::abort();
+    }
+    return *loaded;
+}
+
+Value config_value(std::string_view name) { return configs_loaded() ? configs().by_name.get(name) : Value(); }
+
+bool reload_game_configurations() {
+    const std::string base_path = make_included_file_filename("configurations.json");
+    auto base = _load_game_configurations_from_file(base_path, true);
+    if (!base) {
+        log_error("Failed to load main configs from \"" + base_path + "\".");
+        return false;
+    }
+    slot().configs = std::move(base);
+    log("Loaded base configurations from \"" + base_path + "\"");
+
+    std::optional<std::string> name = program_params().config;
+    if (!name) name = _debug_ask_custom_config_filename();
+    std::string custom_name = string_trim(*name);
+    if (custom_name.empty()) {
+        log("No custom configurations were loaded, because none were specified. Only the base configurations will "
+            "be in effect.");
+        return true;
+    }
+    if (!custom_name.ends_with(".json")) custom_name += ".json";
+    const std::string custom_path = resolve_user_path(custom_name);
+    auto custom = _load_game_configurations_from_file(custom_path, false);
+    if (!custom) {
+        log_error("Failed to load custom configs from \"" + custom_path + "\".");
+        return true;
+    }
+    merge_game_configurations(*slot().configs, *custom);
+    log("Loaded custom configurations from \"" + custom_path +
+        "\". All fields that are defined in this configuration were overwritten over the base configurations.");
+    return true;
+}
+
+}  // namespace veldra

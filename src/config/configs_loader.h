@@ -1,0 +1,22 @@
+#pragma once
+// Reading configuration files: the internals of reload_game_configurations, public for tests.
+
+#include <optional>
+#include <string>
+
+#include "config/game_configurations.h"
+
+namespace veldra {
+
+// Reads, cleans, parses, checks and compiles one file. With require_all every schema key must
+// be there (the base file); without, absent keys are skipped (a custom file). Failures are
+// logged with their texts and give nullopt.
+std::optional<GameConfigurations> _load_game_configurations_from_file(const std::string& path, bool require_all);
+
+// Copies every key that `custom` defines over `base`.
+void merge_game_configurations(GameConfigurations& base, const GameConfigurations& custom);
+
+// Asks the developer for a custom file name; "" for none.
+std::string _debug_ask_custom_config_filename();
+
+}  // namespace veldra

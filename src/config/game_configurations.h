@@ -1,0 +1,82 @@
+#pragma once
+// `Configs`: the loaded configuration. Hot paths read typed fields (`configs().trial_time`,
+// `configs().weight_explore(traits, energy)`); keys added by a custom file and the arrays are
+// also reachable by name through `config_value(name)`.
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "config/config_method.h"
+#include "config/game_configuration_keys.h"
+#include "runtime/value.h"
+
+namespace veldra {
+
+namespace detail {
+using ConfigNumber = double;
+using ConfigBool = bool;
+using ConfigString = std::string;
+using ConfigArray = Value;
+using ConfigMethodField = ConfigMethod;
+}  // namespace detail
+
+#define VELDRA_CONFIG_FIELD_TYPE_NUMBER detail::ConfigNumber
+#define VELDRA_CONFIG_FIELD_TYPE_BOOL detail::ConfigBool
+#define VELDRA_CONFIG_FIELD_TYPE_STRING detail::ConfigString
+#define VELDRA_CONFIG_FIELD_TYPE_ARRAY detail::ConfigArray
+#define VELDRA_CONFIG_FIELD_TYPE_METHOD detail::ConfigMethodField
+
+struct GameConfigurations {
+#define VELDRA_DECLARE_CONFIG_FIELD(key, type, meaning) VELDRA_CONFIG_FIELD_TYPE_##type key{};
+    VELDRA_GAME_CONFIGURATION_KEYS(VELDRA_DECLARE_CONFIG_FIELD)
+#undef VELDRA_DECLARE_CONFIG_FIELD
+
+    // Every key read from the files, by name: numbers, bools, strings and arrays as read, method
+    // keys as their expression text, plus any keys the files add beyond the schema.
+    Value by_name = Value::make_struct();
+};
+
+namespace detail {
+inline constexpr std::string_view config_type_name_NUMBER = "number";
+inline constexpr std::string_view config_type_name_BOOL = "bool";
+inline constexpr std::string_view config_type_name_STRING = "string";
+inline constexpr std::string_view config_type_name_ARRAY = "array";
+inline constexpr std::string_view config_type_name_METHOD = "method";
+}  // namespace detail
+
+// Calls visit(name, type_name, field) for every schema key in table order; type_name is the
+// runtime's type name the file's value must have ("number", "bool", "string", "array", "method").
+template <class Visitor>
+void visit_config_fields(GameConfigurations& configs, Visitor&& visit) {
+#define VELDRA_VISIT_CONFIG_FIELD(key, type, meaning) visit(#key, detail::config_type_name_##type, configs.key);
+    VELDRA_GAME_CONFIGURATION_KEYS(VELDRA_VISIT_CONFIG_FIELD)
+#undef VELDRA_VISIT_CONFIG_FIELD
+}
+
+inline constexpr int GAME_CONFIGURATION_KEY_COUNT = 0
+#define VELDRA_COUNT_CONFIG_FIELD(key, type, meaning) +1
+    VELDRA_GAME_CONFIGURATION_KEYS(VELDRA_COUNT_CONFIG_FIELD)
+#undef VELDRA_COUNT_CONFIG_FIELD
+    ;
+
+// The Configs global. Asking before the first successful load is a programming fault.
+const GameConfigurations& configs();
+bool configs_loaded();
+// A key by name (schema or added by a file); undefined when no file defines it.
+Value config_value(std::string_view name);
+
+// Once-only: leaves Configs undefined until the first reload.
+void initialize_configs();
+// Loads the base file and the optional custom file. Returns false when the base file failed
+// (Configs then keeps what it had).
+bool reload_game_configurations();
+
+// Per context: the loaded configuration and the block of variables the formulas read.
+struct ConfigsSlot {
+    bool initialized = false;
+    std::optional<GameConfigurations> configs;
+    ExpressionGlobals expression_globals;
+};
+
+}  // namespace veldra
