@@ -1,0 +1,145 @@
+#pragma once
+// Node maps: where a Pathfinder keeps g_score, came_from and the "in open set" flag per node.
+// Included through world/pathfinder.h.
+//
+// A node map policy offers:
+//   Entry* find(const Node&)       the node's entry in this search, nullptr when unreached
+//   Entry& insert(const Node&)     a fresh entry; only for a node find() reports unreached
+//   void clear()                   forget every entry (start of a search)
+//   for_each_entry(f)              f(const Entry&) for every entry, in insertion order
+//   std::size_t size()             entries in this search
+//   void release()                 give back all memory (Pathfinder::free)
+// Entries must keep their address until the next insert or clear. Iterating in insertion order
+// (not hash order) is what makes the substitute target of a failed search the same in both
+// policies and on every platform.
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <unordered_map>
+#include <vector>
+
+#include "world/pathfinder_records.h"
+
+namespace veldra {
+
+// For any hashable node type. Costs a hash lookup per access and an allocation per reached node,
+// and clearing is proportional to the previous search; use it for sparse or unbounded graphs.
+template <class Node, class Data = int, class Hash = std::hash<Node>>
+class PfHashNodeMap {
+public:
+    using Entry = PfNodeEntry<Node, Data>;
+
+    Entry* find(const Node& node) {
+        auto it = entries_.find(node);
+        return it == entries_.end() ? nullptr : &it->second;
+    }
+
+    Entry& insert(const Node& node) {
+        // unordered_map never moves its elements, so the order list may point into it.
+        Entry& entry = entries_.try_emplace(node).first->second;
+        order_.push_back(&entry);
+        return entry;
+    }
+
+    void clear() {
+        entries_.clear();
+        order_.clear();
+    }
+
+    template <class F>
+    void for_each_entry(F&& f) const {
+        for (const Entry* entry : order_)
+            f(*entry);
+    }
+
+    std::size_t size() const { return order_.size(); }
+
+    void release() {
+        entries_ = {};
+        order_ = {};
+    }
+
+private:
+    std::unordered_map<Node, Entry, Hash> entries_;
+    std::vector<const Entry*> order_;
+};
+
+// Index of an integral node (a cell index, say) in a dense node map.
+struct PfIdentityIndex {
+    template <class Node>
+    std::size_t operator()(const Node& node) const {
+        return static_cast<std::size_t>(node);
+    }
+};
+
+// For nodes that map one-to-one onto 0..N-1 (a grid cell: cy * width + cx). Flat per-index
+// slots stamped with the search generation: a slot whose stamp is not the current generation is
+// empty, so clear() is O(1) and a creature can replan every tick without paying for the whole
+// grid. IndexOf maps a node to its index; Stamp is the generation counter's type (when it wraps,
+// every stamp is reset once; a narrow type trades memory for more frequent resets).
+template <class Node, class Data = int, class IndexOf = PfIdentityIndex,
+          class Stamp = std::uint32_t>
+class PfDenseNodeMap {
+public:
+    using Entry = PfNodeEntry<Node, Data>;
+
+    // node_count: how many slots to make up front; the map grows on demand past it.
+    explicit PfDenseNodeMap(IndexOf index_of = {}, std::size_t node_count = 0)
+        : index_of_(index_of), slots_(node_count) {}
+
+    Entry* find(const Node& node) {
+        const std::size_t index = index_of_(node);
+        if (index >= slots_.size() || slots_[index].stamp != generation_)
+            return nullptr;
+        return &slots_[index].entry;
+    }
+
+    Entry& insert(const Node& node) {
+        const std::size_t index = index_of_(node);
+        if (index >= slots_.size())
+            slots_.resize(std::max(index + 1, slots_.size() * 2));
+        Slot& slot = slots_[index];
+        slot.entry = Entry{};
+        slot.stamp = generation_;
+        touched_.push_back(index);
+        return slot.entry;
+    }
+
+    void clear() {
+        touched_.clear();
+        if (++generation_ == 0) {
+            for (Slot& slot : slots_) {
+                slot.stamp = 0;
+            }
+            generation_ = 1;
+        }
+    }
+
+    template <class F>
+    void for_each_entry(F&& f) const {
+        for (std::size_t index : touched_)
+            f(slots_[index].entry);
+    }
+
+    std::size_t size() const { return touched_.size(); }
+
+    void release() {
+        slots_ = {};
+        touched_ = {};
+    }
+
+private:
+    struct Slot {
+        Entry entry;
+        Stamp stamp = 0;  // never equal to generation_ before the slot's first insert
+    };
+
+    IndexOf index_of_;
+    std::vector<Slot> slots_;
+    std::vector<std::size_t> touched_;  // indices in insertion order
+    Stamp generation_ = 1;
+};
+
+}  // namespace veldra

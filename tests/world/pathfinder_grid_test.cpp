@@ -1,0 +1,224 @@
+// Searches on random grids: both node-map policies must give identical results, paths must
+// chain from the start, and with an admissible estimate on a 4-connected grid the cost must be
+// the true shortest distance.
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <functional>
+#include <queue>
+#include <random>
+#include <vector>
+
+#include "world/pathfinder.h"
+
+namespace veldra {
+namespace {
+
+struct RandomGrid {
+    RandomGrid(int width_, int height_, int blocked_percent, std::uint32_t seed)
+        : width(width_), height(height_), rng(seed) {
+        open.resize(width * height);
+        for (auto& cell : open)
+            cell = rng() % 100 >= static_cast<unsigned>(blocked_percent);
+    }
+
+    int random_open_cell() {
+        for (;;) {
+            const int cell = static_cast<int>(rng() % open.size());
+            if (open[cell])
+                return cell;
+        }
+    }
+
+    int width;
+    int height;
+    std::mt19937 rng;
+    std::vector<std::uint8_t> open;
+};
+
+// Callbacks read the grid through a pointer so one long-lived pathfinder can serve many grids.
+using Passable = std::function<bool(int)>;
+using Neighbors = PfGridNeighbors<Passable>;
+
+Passable passable_in(const RandomGrid* const* grid) {
+    return [grid](int cell) { return (*grid)->open[cell] != 0; };
+}
+
+std::function<double(const int&, const int&)> euclidean_in(const RandomGrid* const* grid) {
+    return [grid](const int& a, const int& b) { return pf_grid_euclidean((*grid)->width, a, b); };
+}
+
+double step_cost(int data) {
+    return data >= 4 ? std::numbers::sqrt2 : 1.0;
+}
+
+// The path runs from the first step out of `start`, each element starting where the previous
+// one ended, each step being the grid step its data names.
+template <class Path>
+double expect_chain_and_sum_cost(const Path& path, int start, int width) {
+    double cost = 0;
+    int previous = start;
+    for (const auto* element : path) {
+        EXPECT_EQ(element->previous_node, previous);
+        const PfGridStep step = pf_grid_steps.at(element->data);
+        EXPECT_EQ(element->node, previous + step.dy * width + step.dx);
+        cost += step_cost(element->data);
+        previous = element->node;
+    }
+    return cost;
+}
+
+// Plain Dijkstra over the same neighbour function; -1 when unreachable.
+double dijkstra_distance(const Neighbors& neighbors, int cell_count, int start, int goal) {
+    std::vector<double> distance(cell_count, -1);
+    using Item = std::pair<double, int>;
+    std::priority_queue<Item, std::vector<Item>, std::greater<>> queue;
+    std::vector<PfNeighbor<int, int>*> out;
+    StructPool<PfNeighbor<int, int>> pool;
+    distance[start] = 0;
+    queue.push({0, start});
+    while (!queue.empty()) {
+        auto [d, cell] = queue.top();
+        queue.pop();
+        if (d > distance[cell])
+            continue;
+        if (cell == goal)
+            return d;
+        pool.expire_all();
+        const int count = neighbors(cell, out, pool);
+        for (int i = 0; i < count; ++i) {
+            const double nd = d + out[i]->cost;
+            if (distance[out[i]->node] < 0 || nd < distance[out[i]->node]) {
+                distance[out[i]->node] = nd;
+                queue.push({nd, out[i]->node});
+            }
+        }
+    }
+    return -1;
+}
+
+struct Outcome {
+    bool found;
+    int steps;
+    std::vector<PfPathElement<int, int>> path;
+};
+
+template <class Finder>
+Outcome search(Finder& finder, int start, int goal, double bound) {
+    finder.options().max_estimation = bound;
+    Outcome outcome{};
+    for (const auto* element : *finder.find_path(start, goal, false)) {
+        outcome.path.push_back(*element);
+    }
+    outcome.found = finder.path_is_found();
+    outcome.steps = finder.num_steps_performed();
+    return outcome;
+}
+
+void expect_same(const Outcome& a, const Outcome& b) {
+    EXPECT_EQ(a.found, b.found);
+    EXPECT_EQ(a.steps, b.steps);
+    ASSERT_EQ(a.path.size(), b.path.size());
+    for (std::size_t i = 0; i < a.path.size(); ++i) {
+        EXPECT_EQ(a.path[i].node, b.path[i].node);
+        EXPECT_EQ(a.path[i].previous_node, b.path[i].previous_node);
+        EXPECT_EQ(a.path[i].data, b.path[i].data);
+    }
+}
+
+TEST(PathfinderGridTest, HashAndDensePoliciesAgreeOnRandomGrids) {
+    constexpr int size = 24;
+    const RandomGrid* grid = nullptr;
+    const Neighbors neighbors(size, size, PfGridMoves::with_diagonals, passable_in(&grid));
+    // The dense pathfinders live across all grids, as a creature's would; the narrow stamps wrap
+    // every 255 searches, which must be invisible.
+    Pathfinder<int, int, PfDenseNodeMap<int, int>> dense(euclidean_in(&grid), neighbors);
+    using NarrowMap = PfDenseNodeMap<int, int, PfIdentityIndex, std::uint8_t>;
+    Pathfinder<int, int, NarrowMap> narrow(euclidean_in(&grid), neighbors);
+    int found = 0;
+    int partial = 0;
+    for (std::uint32_t seed = 1; seed <= 40; ++seed) {
+        RandomGrid current(size, size, 30, seed);
+        grid = &current;
+        for (int pair = 0; pair < 10; ++pair) {
+            const int start = current.random_open_cell();
+            const int goal = current.random_open_cell();
+            // Unbounded, then a bound that often stops the search short of the goal.
+            for (double bound : {-1.0, 1.1 * pf_grid_euclidean(size, start, goal)}) {
+                SCOPED_TRACE(testing::Message() << "seed " << seed << " pair " << pair);
+                Pathfinder<int, int> hash(euclidean_in(&grid), neighbors);
+                const Outcome expected = search(hash, start, goal, bound);
+                expect_same(search(dense, start, goal, bound), expected);
+                expect_same(search(narrow, start, goal, bound), expected);
+
+                int end = start;
+                expect_chain_and_sum_cost(hash.get_path(), start, size);
+                if (!expected.path.empty())
+                    end = expected.path.back().node;
+                if (expected.found) {
+                    EXPECT_EQ(end, goal);
+                    ++found;
+                } else if (end != start) {
+                    ++partial;
+                }
+            }
+        }
+    }
+    // Both outcomes must have been exercised for the comparison to mean anything.
+    EXPECT_GT(found, 100);
+    EXPECT_GT(partial, 50);
+}
+
+TEST(PathfinderGridTest, CostOnFourConnectedGridsIsTheShortestDistance) {
+    constexpr int size = 32;
+    const RandomGrid* grid = nullptr;
+    const Neighbors neighbors(size, size, PfGridMoves::orthogonal, passable_in(&grid));
+    Pathfinder<int, int, PfDenseNodeMap<int, int>> finder(euclidean_in(&grid), neighbors);
+    int reachable = 0;
+    for (std::uint32_t seed = 100; seed < 130; ++seed) {
+        RandomGrid current(size, size, 25, seed);
+        grid = &current;
+        for (int pair = 0; pair < 20; ++pair) {
+            SCOPED_TRACE(testing::Message() << "seed " << seed << " pair " << pair);
+            const int start = current.random_open_cell();
+            const int goal = current.random_open_cell();
+            const double shortest = dijkstra_distance(neighbors, size * size, start, goal);
+            ASSERT_EQ(finder.find_path(start, goal, true) != nullptr, shortest >= 0);
+            if (shortest < 0)
+                continue;
+            ++reachable;
+            EXPECT_DOUBLE_EQ(expect_chain_and_sum_cost(finder.get_path(), start, size), shortest);
+        }
+    }
+    EXPECT_GT(reachable, 300);
+}
+
+TEST(PathfinderGridTest, DiagonalsNeverCutABlockedCorner) {
+    // . # .
+    // . . .
+    // . . #
+    RandomGrid current(3, 3, 0, 1);
+    current.open[1] = 0;
+    current.open[8] = 0;
+    const RandomGrid* grid = &current;
+    const Neighbors neighbors(3, 3, PfGridMoves::with_diagonals, passable_in(&grid));
+    std::vector<PfNeighbor<int, int>*> out;
+    StructPool<PfNeighbor<int, int>> pool;
+    auto listed = [&](int cell) {
+        std::vector<int> cells;
+        const int count = neighbors(cell, out, pool);
+        for (int i = 0; i < count; ++i)
+            cells.push_back(out[i]->node);
+        return cells;
+    };
+    EXPECT_EQ(listed(4), (std::vector<int>{5, 7, 3, 6}));  // 0 and 2 touch 1; 8 is blocked
+    EXPECT_EQ(listed(0), (std::vector<int>{3}));           // 4 would cut past 1
+    EXPECT_EQ(listed(5), (std::vector<int>{4, 2}));        // 8 blocked; 7 and 1 cut corners
+    EXPECT_EQ(out[1]->cost, 1.0);
+    EXPECT_EQ(listed(3), (std::vector<int>{4, 6, 0, 7}));
+    EXPECT_DOUBLE_EQ(out[3]->cost, std::numbers::sqrt2);
+}
+
+}  // namespace
+}  // namespace veldra
