@@ -34,7 +34,9 @@ protected:
 
 TEST_F(LevelSetGenerator, SameSeedSameFiles) {
     const auto path = config(VALID);
+    LogCapture capture;
     ASSERT_TRUE(generate_level_set(path, scratch() / "a", std::nullopt));
+    EXPECT_TRUE(capture.contains("Generated 3 levels into"));
     ASSERT_TRUE(generate_level_set(path, scratch() / "b" / "nested", std::nullopt));
     ASSERT_TRUE(generate_level_set(path, scratch() / "c", 78.0));
     for (const char* name : {"level_001.txt", "level_002.txt", "level_003.txt"}) {
