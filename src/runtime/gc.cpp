@@ -224,11 +224,11 @@ void gc_untrack(GcNode& node) {
 }  // namespace detail
 
 std::size_t gc_collect() {
-    return ctx().slot<detail::Collector>().collect();
+    return has_ctx() ? ctx().slot<detail::Collector>().collect() : 0;
 }
 
 std::size_t gc_object_count() {
-    return ctx().slot<detail::Collector>().count();
+    return has_ctx() ? ctx().slot<detail::Collector>().count() : 0;
 }
 
 }  // namespace veldra

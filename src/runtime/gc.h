@@ -21,7 +21,8 @@ namespace veldra {
 
 // Frees every struct and method of the current context's collector that no Value outside the
 // tracked objects can reach. Returns how many were freed. A call made while a collection is
-// running (from a destructor it triggered) does nothing and returns 0.
+// running (from a destructor it triggered), or with no current context, does nothing and
+// returns 0.
 std::size_t gc_collect();
 
 // Structs and methods the current context's collector tracks: live ones and unreachable cycles

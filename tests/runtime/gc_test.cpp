@@ -167,6 +167,7 @@ TEST(GcContextTest, StructsMadeWithoutAContextAreFreedByCount) {
     int freed = 0;
     Value s = Value::make_struct();
     s.set("m", counted_method(freed));
+    EXPECT_EQ(gc_collect(), 0u);
     s = Value();
     EXPECT_EQ(freed, 1);
 }
