@@ -20,7 +20,10 @@ namespace veldra {
     X(log_output_file, "file that receives a copy of the log")                                       \
     X(headless, "1 runs with no window, no sound and no dialogs")                                    \
     X(frames, "stop after this many frames")                                                         \
-    X(verbose, "1 also prints information lines of the log on stderr in headless runs")
+    X(verbose, "1 also prints information lines of the log on stderr in headless runs")              \
+    X(generate_levels, "level-set generator file (JSON); writes a set of levels into output_dir")       \
+    X(output_dir, "directory the level-set generator writes into")                                     \
+    X(seed, "seed that replaces the generator file's seed (a number)")
 
 struct ProgramParameters {
 #define VELDRA_DECLARE_PARAMETER(name, help) std::optional<std::string> name;

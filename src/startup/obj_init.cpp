@@ -7,6 +7,7 @@
 #include "config/localization.h"
 #include "config/logger.h"
 #include "config/program_parameters.h"
+#include "world/level_cell_types.h"
 #include "runtime/callstack.h"
 #include "runtime/context.h"
 #include "runtime/log.h"
@@ -61,6 +62,7 @@ void obj_init::on_create() {
     load_active_debug_settings();
     choose_language();
     initialize_configs();
+    initialize_level_cell_types();
     reload_game_configurations();
     choose_run_mode();
 }

@@ -1,5 +1,7 @@
 #include "util/text.h"
 
+#include <charconv>
+
 namespace veldra {
 
 std::string string_trim(std::string_view text) {
@@ -36,6 +38,17 @@ std::vector<std::string> string_split(std::string_view text, char delimiter) {
         start = hit + 1;
     }
     return parts;
+}
+
+std::optional<double> try_string_to_real(std::string_view text) {
+    const std::string trimmed = string_trim(text);
+    if (trimmed.empty()) return std::nullopt;
+    double value = 0;
+    const char* begin = trimmed.data();
+    if (*begin == '+') ++begin;  // from_chars takes no plus sign
+    auto [end, error] = std::from_chars(begin, trimmed.data() + trimmed.size(), value);
+    if (error != std::errc() || end != trimmed.data() + trimmed.size()) return std::nullopt;
+    return value;
 }
 
 bool string_starts_with(std::string_view text, std::string_view prefix) { return text.starts_with(prefix); }

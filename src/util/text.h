@@ -1,6 +1,7 @@
 #pragma once
 // Small string helpers shared by the whole game.
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,6 +11,8 @@ namespace veldra {
 std::string string_trim(std::string_view text);
 std::string string_replace_all(std::string_view text, std::string_view from, std::string_view to);
 std::vector<std::string> string_split(std::string_view text, char delimiter);
+// The whole text as a number (surrounding white space allowed); nullopt when it is not one.
+std::optional<double> try_string_to_real(std::string_view text);
 bool string_starts_with(std::string_view text, std::string_view prefix);
 bool string_ends_with(std::string_view text, std::string_view suffix);
 
