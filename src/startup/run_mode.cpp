@@ -30,7 +30,6 @@ void run_level_set_generator(const ProgramParameters& params) {
         }
     }
     const bool ok = generate_level_set(resolve_user_path(*params.generate_levels), *params.output_dir, seed);
-    if (ok) log("Generated the level set into \"" + *params.output_dir + "\".");
     end_program(ok ? 0 : 1);
 }
 
