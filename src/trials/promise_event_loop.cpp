@@ -1,0 +1,39 @@
+#include "trials/promise_event_loop.h"
+
+#include <utility>
+
+#include "runtime/runtime.h"
+#include "trials/promise_state.h"
+
+namespace veldra {
+
+// Promise chains outlive rooms: a room change is itself awaited through a promise.
+void obj_promise_event_loop::on_create() {
+    persistent = true;
+}
+
+void obj_promise_event_loop::on_step() {
+    while (!queue.empty()) {
+        std::shared_ptr<detail::PromiseState> state = std::move(queue.front());
+        queue.pop_front();
+        detail::execute(state);
+    }
+    std::vector<std::shared_ptr<detail::PromiseState>> checks = std::move(uncaught_checks);
+    uncaught_checks.clear();
+    for (const auto& state : checks)
+        detail::report_if_uncaught(state);
+}
+
+void obj_promise_event_loop::on_clean_up() {
+    queue.clear();
+    uncaught_checks.clear();
+}
+
+obj_promise_event_loop& get_promise_event_loop() {
+    Runtime& runtime = rt();
+    if (auto* loop = runtime.instance_find<obj_promise_event_loop>(0))
+        return *loop;
+    return runtime.instance_create_depth<obj_promise_event_loop>(0, 0, 0);
+}
+
+}  // namespace veldra

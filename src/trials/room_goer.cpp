@@ -1,0 +1,37 @@
+#include "trials/room_goer.h"
+
+#include "runtime/runtime.h"
+#include "runtime/services.h"
+
+namespace veldra {
+
+Promise room_goto_or_restart(int room) {
+    return Promise([room](const Resolve& resolve, const Reject&) {
+        Runtime& runtime = rt();
+        runtime.instance_create_depth<obj_room_goer>(0, 0, 0).callback = resolve;
+        if (room == runtime.room())
+            runtime.room_restart();
+        else
+            runtime.room_goto(room);
+    });
+}
+
+void obj_room_goer::on_create() {
+    persistent = true;
+    current_time_at_create = current_time();
+    room_start_event_called = false;
+}
+
+void obj_room_goer::on_room_start() {
+    room_start_event_called = true;
+}
+
+void obj_room_goer::on_step() {
+    if (current_time() <= current_time_at_create || !room_start_event_called)
+        return;
+    if (callback)
+        callback();
+    runtime().instance_destroy(id());
+}
+
+}  // namespace veldra

@@ -1,0 +1,57 @@
+#pragma once
+// One record per finished trial: who played, with which configuration and program version, on
+// which level with what in it, with which traits, and how it ended. Written as CSV (one header
+// line, one line per record, ";" between cells, columns in sorted order of their field paths)
+// and as JSON for the research server.
+
+#include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "config/personality_traits.h"
+#include "runtime/value.h"
+#include "trials/trial_result.h"
+
+namespace veldra {
+
+struct TrialLevelInfo {
+    std::string filename;
+    double play_order = 0;
+    double num_monsters = 0;
+    double num_food = 0;
+    double num_humans = 0;    // random humans plus every typed one
+    double num_humans_h = 0;  // cells of random humans ("h")
+    std::array<double, 10> num_humans_per_type{};  // cells "0" to "9"
+    double num_sand = 0;
+};
+
+struct TrialData {
+    std::optional<std::string> user_id;  // automatic runs have none
+    std::string config_version;
+    std::string game_version;
+    double seed = 0;
+    TrialLevelInfo level_info;
+    PersonalityTraits traits;
+    TrialResult result;
+};
+
+// The record as a nested struct, fields in record order (the JSON form).
+Value trial_data_to_value(const TrialData& data);
+
+// The 33 column names: leaf field paths joined by ".", sorted by character code.
+const std::vector<std::string>& trial_data_get_flattened_names();
+
+// The header line and one data line, each ending in "\n".
+std::string trial_data_as_csv_headers();
+std::string trial_data_as_csv(const TrialData& data);
+
+// "num_food_remaining" -> "numFoodRemaining"; empty parts are dropped ("a__b" -> "aB").
+std::string _snake_to_camel_case(std::string_view text);
+
+// Helpers of the flattening, on any struct.
+void _struct_get_names_recursively(const Value& structure, const std::string& prefix, std::vector<std::string>& out_names);
+Value _struct_get_value_recursively(const Value& structure, std::string_view path);
+
+}  // namespace veldra

@@ -1,0 +1,233 @@
+#include "trials/promise.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "runtime/context.h"
+#include "runtime/log.h"
+#include "runtime/runtime.h"
+#include "trials/promise_event_loop.h"
+
+namespace veldra {
+namespace {
+
+// A promise settled from outside, later, the way a waiter or an HTTP event settles one.
+struct Deferred {
+    Resolve resolve;
+    Reject reject;
+    Promise promise{[this](const Resolve& res, const Reject& rej) {
+        resolve = res;
+        reject = rej;
+    }};
+};
+
+class PromiseTest : public ::testing::Test {
+protected:
+    PromiseTest() {
+        promises_set_uncaught_handler([this](const Promise& p) { uncaught.push_back(p.reason()); });
+    }
+    void step_event_loop() { rt().run_frame(); }
+
+    Context context;
+    ContextScope scope{context};
+    std::vector<Value> uncaught;
+};
+
+TEST_F(PromiseTest, SettlesOnceAndIgnoresLaterResolveAndReject) {
+    Deferred d;
+    EXPECT_TRUE(d.promise.is_pending());
+    d.resolve(1);
+    d.reject("late");
+    d.resolve(2);
+    EXPECT_TRUE(d.promise.is_fulfilled());
+    EXPECT_EQ(d.promise.value(), Value(1));
+    EXPECT_TRUE(d.promise.reason().is_undefined());
+
+    Deferred r;
+    r.reject("first");
+    r.resolve(3);
+    EXPECT_TRUE(r.promise.is_rejected());
+    EXPECT_EQ(r.promise.reason(), Value("first"));
+    EXPECT_TRUE(r.promise.value().is_undefined());
+}
+
+TEST_F(PromiseTest, HandlersOnAPendingPromiseRunAtSettlementInTheOrderAdded) {
+    Deferred d;
+    std::vector<std::string> order;
+    d.promise.and_then([&](const Value& v) { order.push_back("a" + v.as_string()); });
+    d.promise.and_then([&](const Value& v) { order.push_back("b" + v.as_string()); });
+    EXPECT_TRUE(order.empty());
+    d.resolve("!");
+    EXPECT_EQ(order, (std::vector<std::string>{"a!", "b!"}));
+}
+
+TEST_F(PromiseTest, HandlerOnASettledPromiseRunsInsideAndThen) {
+    bool ran = false;
+    Promise next = promise_resolve(5).and_then([&](const Value& v) {
+        ran = true;
+        return v.as_number() * 2;
+    });
+    EXPECT_TRUE(ran);
+    EXPECT_TRUE(next.is_fulfilled());
+    EXPECT_EQ(next.value(), Value(10));
+}
+
+TEST_F(PromiseTest, HandlerReturningAPromiseHoldsTheChainUntilThatOneSettles) {
+    Deferred inner;
+    std::vector<std::string> order;
+    Promise last = promise_resolve()
+                       .and_then([&] {
+                           order.push_back("a");
+                           return inner.promise;
+                       })
+                       .and_then([&](const Value& v) { order.push_back("b" + v.as_string()); });
+    EXPECT_EQ(order, std::vector<std::string>{"a"});
+    EXPECT_TRUE(last.is_pending());
+    inner.resolve("x");
+    EXPECT_EQ(order, (std::vector<std::string>{"a", "bx"}));
+    EXPECT_TRUE(last.is_fulfilled());
+
+    Deferred failing;
+    Promise followed = promise_resolve().and_then([&] { return failing.promise; });
+    Value caught;
+    followed.and_catch([&](const Value& reason) { caught = reason; });
+    failing.reject("no");
+    EXPECT_EQ(caught, Value("no"));
+    EXPECT_TRUE(uncaught.empty());
+}
+
+TEST_F(PromiseTest, RejectionSkipsFulfilHandlersUntilACatchWhichRecovers) {
+    Deferred d;
+    bool skipped_ran = false;
+    Value caught;
+    Promise recovered =
+        d.promise.and_then([&] { skipped_ran = true; }).and_catch([&](const Value& reason) {
+            caught = reason;
+            return 7;
+        });
+    Promise after = recovered.and_then([](const Value& v) { return v.as_number() + 1; });
+    d.reject("broken");
+    EXPECT_FALSE(skipped_ran);
+    EXPECT_EQ(caught, Value("broken"));
+    EXPECT_TRUE(recovered.is_fulfilled());
+    EXPECT_EQ(after.value(), Value(8));
+    EXPECT_TRUE(uncaught.empty());
+}
+
+TEST_F(PromiseTest, ThrownExceptionsBecomeRejectionsWithTheirText) {
+    Promise thrown_in_executor(
+        [](const Resolve&, const Reject&) { throw std::runtime_error("executor failed"); });
+    EXPECT_TRUE(thrown_in_executor.is_rejected());
+    EXPECT_EQ(thrown_in_executor.reason(), Value("executor failed"));
+
+    Deferred d;
+    Promise thrown_in_handler = d.promise.and_then(
+        [](const Value&) -> Value { throw std::invalid_argument("handler failed"); });
+    d.resolve();
+    EXPECT_TRUE(thrown_in_handler.is_rejected());
+    EXPECT_EQ(thrown_in_handler.reason(), Value("handler failed"));
+}
+
+TEST_F(PromiseTest, AndFinallyFailsWithNotImplementedYet) {
+    Promise result = promise_resolve(1).and_finally([] {});
+    EXPECT_TRUE(result.is_rejected());
+    EXPECT_EQ(result.reason(), Value("Not implemented yet."));
+    EXPECT_EQ(uncaught, std::vector<Value>{Value("Not implemented yet.")});
+}
+
+TEST_F(PromiseTest, DelayedExecutionRunsExecutorsAtTheEventLoopsNextStep) {
+    promises_enable_delayed_execution(true);
+    std::vector<std::string> order;
+    Promise outer([&](const Resolve& resolve, const Reject&) {
+        order.push_back("outer");
+        // Queued while the loop runs: still executed in the same step.
+        Promise([&](const Resolve&, const Reject&) { order.push_back("inner"); });
+        resolve(1);
+    });
+    Promise rejected = promise_reject("handled in time");
+    rejected.and_catch([] {});
+    EXPECT_TRUE(order.empty());
+    EXPECT_TRUE(outer.is_pending());
+    step_event_loop();
+    EXPECT_EQ(order, (std::vector<std::string>{"outer", "inner"}));
+    EXPECT_TRUE(outer.is_fulfilled());
+    EXPECT_TRUE(rejected.is_rejected());
+    EXPECT_TRUE(uncaught.empty());
+
+    promise_reject("nobody listens");
+    step_event_loop();
+    EXPECT_EQ(uncaught, std::vector<Value>{Value("nobody listens")});
+}
+
+TEST_F(PromiseTest, UncaughtHandlerSeesEachUnhandledRejectionOnce) {
+    Promise immediate([](const Resolve&, const Reject& reject) { reject("at once"); });
+    EXPECT_EQ(uncaught, std::vector<Value>{Value("at once")});
+
+    Deferred handled;
+    handled.promise.and_catch([] {});
+    handled.reject("caught");
+
+    Deferred unhandled;
+    unhandled.reject("later");
+
+    // Only the end of the chain is unhandled.
+    Deferred chained;
+    chained.promise.and_then([] {});
+    chained.reject("down the chain");
+
+    step_event_loop();
+    EXPECT_EQ(uncaught, (std::vector<Value>{"at once", "later", "down the chain"}));
+    EXPECT_EQ(handled.promise.reason(), Value("caught"));
+}
+
+TEST_F(PromiseTest, FailureWhileChainingOnASettledPromiseIsJudgedAtTheNextStep) {
+    auto fail = []() -> Value { throw std::runtime_error("sync failure"); };
+    Value caught;
+    promise_resolve().and_then(fail).and_catch([&](const Value& r) { caught = r; });
+    Promise left_alone = promise_resolve().and_then(fail);
+    EXPECT_EQ(caught, Value("sync failure"));
+    EXPECT_TRUE(left_alone.is_rejected());
+    EXPECT_TRUE(uncaught.empty());
+    step_event_loop();
+    EXPECT_EQ(uncaught, std::vector<Value>{Value("sync failure")});
+}
+
+TEST_F(PromiseTest, DebugKeepsTheConstructionCallStack) {
+    Promise plain = promise_resolve();
+    EXPECT_TRUE(plain.debug_callstack().empty());
+    promises_enable_debug(true);
+    Promise kept([](const Resolve&, const Reject&) {});
+    ASSERT_FALSE(kept.debug_callstack().empty());
+    EXPECT_NE(kept.debug_callstack().front().find("promise_test.cpp"), std::string::npos);
+}
+
+TEST_F(PromiseTest, UncaughtRejectionTextIsExact) {
+    LogCapture capture;
+    Deferred d;
+    d.reject("Request failed.");
+    log_uncaught_rejection(d.promise);
+    ASSERT_EQ(capture.lines.size(), 1u);
+    EXPECT_EQ(capture.lines[0].level, LogLevel::error);
+    EXPECT_EQ(capture.lines[0].message,
+              "A promise was rejected but not caught:\n[#ff5555]|[/c]\n[#ff5555]| [/c]\"Request "
+              "failed.\"\n[#ff5555]|[/c]\n[#ff5555]| [/c]At:\n[#ff5555]|__________[/c]");
+
+    promises_enable_debug(true);
+    Deferred with_stack;
+    with_stack.reject(12.5);
+    log_uncaught_rejection(with_stack.promise);
+    std::string expected =
+        "A promise was rejected but not caught:\n[#ff5555]|[/c]\n[#ff5555]| [/c]\"12.5\"\n"
+        "[#ff5555]|[/c]\n[#ff5555]| [/c]At:";
+    for (const std::string& entry : with_stack.promise.debug_callstack())
+        expected += "\n[#ff5555]| [/c]" + entry;
+    expected += "\n[#ff5555]|__________[/c]";
+    ASSERT_EQ(capture.lines.size(), 2u);
+    EXPECT_EQ(capture.lines[1].message, expected);
+}
+
+}  // namespace
+}  // namespace veldra

@@ -1,0 +1,75 @@
+#include "trials/trial_data.h"
+
+#include <gtest/gtest.h>
+
+#include "runtime/context.h"
+#include "util/text.h"
+
+namespace veldra {
+namespace {
+
+class TrialDataTest : public ::testing::Test {
+protected:
+    Context context;
+    ContextScope scope{context};
+};
+
+TEST_F(TrialDataTest, HeaderHasTheThirtyThreeSortedColumns) {
+    const std::string expected =
+        "config_version;game_version;level_info.filename;level_info.num_food;level_info.num_humans;"
+        "level_info.num_humans_0;level_info.num_humans_1;level_info.num_humans_2;level_info.num_humans_3;"
+        "level_info.num_humans_4;level_info.num_humans_5;level_info.num_humans_6;level_info.num_humans_7;"
+        "level_info.num_humans_8;level_info.num_humans_9;level_info.num_humans_h;level_info.num_monsters;"
+        "level_info.num_sand;level_info.play_order;result.energy_remaining;result.num_food_remaining;"
+        "result.num_humans_remaining;result.num_monsters_remaining;result.time_left;result.trial_score;"
+        "result.type;seed;traits.agreeableness;traits.conscientiousness;traits.extraversion;"
+        "traits.neuroticism;traits.openness;user_id\n";
+    EXPECT_EQ(trial_data_as_csv_headers(), expected);
+    EXPECT_EQ(trial_data_get_flattened_names().size(), 33u);
+}
+
+TEST_F(TrialDataTest, DataLineFollowsTheColumnsAndQuotesDelimiters) {
+    TrialData data;
+    data.config_version = "v1";
+    data.game_version = "1.0.0.0";
+    data.seed = 4294967296.0;
+    data.level_info.filename = "levels/a;b.txt";
+    data.level_info.play_order = 3;
+    data.level_info.num_monsters = 2;
+    data.level_info.num_humans_per_type[9] = 1;
+    data.traits = {0.5, -1, 0, 1, 0.25};
+    data.result = {TRES_PERISHED, 120, 1, 2, 3, 0.125, 12.345};
+    const auto cells = string_split(trial_data_as_csv(data), ';');
+    ASSERT_EQ(cells.size(), 35u);  // 33 cells, one holding a ";", the last one empty
+    EXPECT_EQ(cells[0], "v1");
+    EXPECT_EQ(cells[2] + ";" + cells[3], "\"levels/a;b.txt\"");
+    EXPECT_EQ(cells[15], "1");  // num_humans_9
+    EXPECT_EQ(cells[20], "0.13");
+    EXPECT_EQ(cells[26], "12.35");
+    EXPECT_EQ(cells[27], TRES_PERISHED);
+    EXPECT_EQ(cells[28], "4294967296");
+    EXPECT_EQ(cells[29], "1");    // agreeableness
+    EXPECT_EQ(cells[32], "0.25");  // neuroticism
+    EXPECT_EQ(cells[33], "0.5");  // openness
+    EXPECT_EQ(cells[34], "\n");   // no user id
+}
+
+TEST_F(TrialDataTest, MissingUserIdKeepsTheRowOneCellWide) {
+    TrialData data;
+    std::string line = trial_data_as_csv(data);
+    EXPECT_EQ(std::count(line.begin(), line.end(), ';'), 32);
+    EXPECT_TRUE(line.ends_with(";\n"));
+    data.user_id = "u7";
+    EXPECT_TRUE(trial_data_as_csv(data).ends_with(";u7\n"));
+}
+
+TEST(SnakeToCamelCase, SplitsAtUnderscores) {
+    EXPECT_EQ(_snake_to_camel_case(""), "");
+    EXPECT_EQ(_snake_to_camel_case("seed"), "seed");
+    EXPECT_EQ(_snake_to_camel_case("num_humans_h"), "numHumansH");
+    EXPECT_EQ(_snake_to_camel_case("num_food_remaining"), "numFoodRemaining");
+    EXPECT_EQ(_snake_to_camel_case("a__b"), "aB");
+}
+
+}  // namespace
+}  // namespace veldra
