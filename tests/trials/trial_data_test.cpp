@@ -40,18 +40,18 @@ TEST_F(TrialDataTest, DataLineFollowsTheColumnsAndQuotesDelimiters) {
     data.traits = {0.5, -1, 0, 1, 0.25};
     data.result = {TRES_PERISHED, 120, 1, 2, 3, 0.125, 12.345};
     const auto cells = string_split(trial_data_as_csv(data), ';');
-    ASSERT_EQ(cells.size(), 35u);  // 33 cells, one holding a ";", the last one empty
+    ASSERT_EQ(cells.size(), 34u);  // 33 cells, one of them holding a ";"
     EXPECT_EQ(cells[0], "v1");
     EXPECT_EQ(cells[2] + ";" + cells[3], "\"levels/a;b.txt\"");
     EXPECT_EQ(cells[15], "1");  // num_humans_9
     EXPECT_EQ(cells[20], "0.13");
-    EXPECT_EQ(cells[26], "12.35");
-    EXPECT_EQ(cells[27], TRES_PERISHED);
-    EXPECT_EQ(cells[28], "4294967296");
-    EXPECT_EQ(cells[29], "1");    // agreeableness
-    EXPECT_EQ(cells[32], "0.25");  // neuroticism
-    EXPECT_EQ(cells[33], "0.5");  // openness
-    EXPECT_EQ(cells[34], "\n");   // no user id
+    EXPECT_EQ(cells[25], "12.35");
+    EXPECT_EQ(cells[26], TRES_PERISHED);
+    EXPECT_EQ(cells[27], "4294967296");
+    EXPECT_EQ(cells[28], "1");     // agreeableness
+    EXPECT_EQ(cells[31], "0.25");  // neuroticism
+    EXPECT_EQ(cells[32], "0.5");   // openness
+    EXPECT_EQ(cells[33], "\n");    // no user id
 }
 
 TEST_F(TrialDataTest, MissingUserIdKeepsTheRowOneCellWide) {
