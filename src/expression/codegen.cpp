@@ -6,6 +6,17 @@
 namespace veldra::detail {
 namespace {
 
+// How a binary node is computed: the operand named first runs first and leaves its value in
+// acc; the other is then read directly (leaf or pair) or from the stack.
+enum class BinaryPlan {
+    single,    // both operands are leaves: one instruction
+    acc_leaf,  // a first, then acc op leaf b
+    leaf_acc,  // b first, then leaf a op acc
+    acc_pair,  // a first, then acc op pair b
+    pair_acc,  // b first, then pair a op acc
+    stack,     // a first, push, b, then pop op acc
+};
+
 class CodeGenerator {
 public:
     explicit CodeGenerator(const Ast& ast) : ast_(ast) {}
@@ -13,16 +24,25 @@ public:
 
 private:
     void generate(NodeId id, bool push);
+    BinaryPlan plan(const Node& node) const;
     NodeId first_operand(const Node& node) const;
     void emit_single(const Node& node, bool push);
     void emit_rest(const Node& node);
+    void emit_binary_rest(const Node& node);
+    void emit_leaf_operand(Op op, NodeId leaf, BinaryForm var_form, BinaryForm const_form);
+    void emit_pair_operand(Op op1, NodeId pair, bool pair_first);
     void emit(std::uint16_t opcode, std::uint8_t x, std::uint8_t y, double k, int stack_change);
 
     std::uint8_t var_index(NodeId id) const { return static_cast<std::uint8_t>(ast_[id].var); }
     double value(NodeId id) const { return ast_[id].value; }
     bool is_var(NodeId id) const { return ast_[id].kind == Node::Kind::variable; }
-    bool is_leaf(NodeId id) const { return ast_[id].is_leaf(); }
     bool is_const(NodeId id) const { return ast_[id].kind == Node::Kind::constant; }
+    bool is_leaf(NodeId id) const { return ast_[id].is_leaf(); }
+    bool is_pair(NodeId id) const {
+        const Node& node = ast_[id];
+        return !node.is_leaf() && is_arith(node.op) && is_leaf(node.args[0]) &&
+               is_leaf(node.args[1]);
+    }
 
     const Ast& ast_;
     std::vector<Instr> code_;
@@ -47,22 +67,42 @@ void CodeGenerator::emit(std::uint16_t op, std::uint8_t x, std::uint8_t y, doubl
     max_depth_ = std::max(max_depth_, depth_);
 }
 
+BinaryPlan CodeGenerator::plan(const Node& node) const {
+    const NodeId a = node.args[0];
+    const NodeId b = node.args[1];
+    if (is_leaf(a) && is_leaf(b))
+        return BinaryPlan::single;
+    if (is_leaf(b))
+        return BinaryPlan::acc_leaf;
+    if (is_leaf(a))
+        return BinaryPlan::leaf_acc;
+    if (is_arith(node.op) && is_pair(b))
+        return BinaryPlan::acc_pair;
+    if (is_arith(node.op) && is_pair(a))
+        return BinaryPlan::pair_acc;
+    return BinaryPlan::stack;
+}
+
 // The operand whose code runs first, or NO_NODE when the whole node is one instruction.
 NodeId CodeGenerator::first_operand(const Node& node) const {
     if (node.is_leaf()) {
         return NO_NODE;
     }
-    const NodeId* args = node.args;
     switch (op_arity(node.op)) {
         case 1:
-            return is_var(args[0]) ? NO_NODE : args[0];
+            return is_var(node.args[0]) ? NO_NODE : node.args[0];
         case 2:
-            if (is_leaf(args[0])) {
-                return is_leaf(args[1]) ? NO_NODE : args[1];
+            switch (plan(node)) {
+                case BinaryPlan::single:
+                    return NO_NODE;
+                case BinaryPlan::leaf_acc:
+                case BinaryPlan::pair_acc:
+                    return node.args[1];
+                default:
+                    return node.args[0];
             }
-            return args[0];
         default:
-            return args[0];
+            return node.args[0];
     }
 }
 
@@ -79,15 +119,15 @@ void CodeGenerator::generate(NodeId id, bool push) {
     }
 }
 
+// A node computed by one instruction: a leaf, a unary operation of a variable, or a binary
+// operation of two leaves (never two constants: those were folded).
 void CodeGenerator::emit_single(const Node& node, bool push) {
     const int pushed = push ? 1 : 0;
-    if (node.kind == Node::Kind::constant) {
-        emit(opcode(push ? Fixed::push_load_const : Fixed::load_const), 0, 0, node.value, pushed);
-        return;
-    }
-    if (node.kind == Node::Kind::variable) {
-        emit(opcode(push ? Fixed::push_load_var : Fixed::load_var),
-             static_cast<std::uint8_t>(node.var), 0, 0.0, pushed);
+    if (node.is_leaf()) {
+        const bool var = node.kind == Node::Kind::variable;
+        const Fixed load = var ? (push ? Fixed::push_load_var : Fixed::load_var)
+                               : (push ? Fixed::push_load_const : Fixed::load_const);
+        emit(opcode(load), static_cast<std::uint8_t>(node.var), 0, var ? 0.0 : node.value, pushed);
         return;
     }
     const NodeId a = node.args[0];
@@ -118,18 +158,7 @@ void CodeGenerator::emit_rest(const Node& node) {
             emit(opcode(node.op, UnaryForm::acc), 0, 0, 0.0, 0);
             return;
         case 2:
-            if (is_leaf(args[1])) {
-                const bool var = is_var(args[1]);
-                emit(opcode(node.op, var ? BinaryForm::acc_var : BinaryForm::acc_const),
-                     var ? var_index(args[1]) : 0, 0, var ? 0.0 : value(args[1]), 0);
-            } else if (is_leaf(args[0])) {
-                const bool var = is_var(args[0]);
-                emit(opcode(node.op, var ? BinaryForm::var_acc : BinaryForm::const_acc),
-                     var ? var_index(args[0]) : 0, 0, var ? 0.0 : value(args[0]), 0);
-            } else {
-                generate(args[1], true);
-                emit(opcode(node.op, BinaryForm::stack_acc), 0, 0, 0.0, -1);
-            }
+            emit_binary_rest(node);
             return;
         default:
             if (node.op == Op::Clamp && is_const(args[1]) && is_const(args[2])) {
@@ -141,6 +170,57 @@ void CodeGenerator::emit_rest(const Node& node) {
             generate(args[2], true);
             emit(ternary_opcode(node.op), 0, 0, 0.0, -2);
             return;
+    }
+}
+
+void CodeGenerator::emit_binary_rest(const Node& node) {
+    const NodeId a = node.args[0];
+    const NodeId b = node.args[1];
+    switch (plan(node)) {
+        case BinaryPlan::acc_leaf:
+            emit_leaf_operand(node.op, b, BinaryForm::acc_var, BinaryForm::acc_const);
+            return;
+        case BinaryPlan::leaf_acc:
+            emit_leaf_operand(node.op, a, BinaryForm::var_acc, BinaryForm::const_acc);
+            return;
+        case BinaryPlan::acc_pair:
+            emit_pair_operand(node.op, b, false);
+            return;
+        case BinaryPlan::pair_acc:
+            emit_pair_operand(node.op, a, true);
+            return;
+        case BinaryPlan::stack:
+            generate(b, true);
+            emit(opcode(node.op, BinaryForm::stack_acc), 0, 0, 0.0, -1);
+            return;
+        case BinaryPlan::single:
+            assert(false && "CodeGenerator: a single-instruction node has no rest");
+            return;
+    }
+}
+
+void CodeGenerator::emit_leaf_operand(Op op, NodeId leaf, BinaryForm var_form,
+                                      BinaryForm const_form) {
+    if (is_var(leaf)) {
+        emit(opcode(op, var_form), var_index(leaf), 0, 0.0, 0);
+    } else {
+        emit(opcode(op, const_form), 0, 0, value(leaf), 0);
+    }
+}
+
+void CodeGenerator::emit_pair_operand(Op op1, NodeId pair, bool pair_first) {
+    const Node& node = ast_[pair];
+    const NodeId x = node.args[0];
+    const NodeId y = node.args[1];
+    if (is_var(x) && is_var(y)) {
+        emit(pair_opcode(op1, node.op, PairShape::var_var, pair_first), var_index(x), var_index(y),
+             0.0, 0);
+    } else if (is_var(x)) {
+        emit(pair_opcode(op1, node.op, PairShape::var_const, pair_first), var_index(x), 0, value(y),
+             0);
+    } else {
+        emit(pair_opcode(op1, node.op, PairShape::const_var, pair_first), var_index(y), 0, value(x),
+             0);
     }
 }
 

@@ -34,9 +34,26 @@ enum class BinaryForm : std::uint8_t {
 };
 inline constexpr int BINARY_FORM_COUNT = 11;
 
+// Pair forms fuse an arithmetic operation with an operand that is itself an arithmetic
+// operation on two leaves: acc = acc op1 (x op2 y), or acc = (x op2 y) op1 acc with pair_first.
+// "2*C*(1 - ENERGY_LEVEL)" or "... - 0.5*N" then need no operand stack.
+enum class PairShape : std::uint8_t { var_var, var_const, const_var };
+inline constexpr int PAIR_SHAPE_COUNT = 3;
+inline constexpr int ARITH_OP_COUNT = 4;  // Add, Sub, Mul, Div: the first binary operations
+
+#define VELDRA_EXPR_ARITH_OPS(X) X(Add) X(Sub) X(Mul) X(Div)
+static_assert(static_cast<int>(Op::Add) == FIRST_BINARY_OP &&
+                  static_cast<int>(Op::Div) == FIRST_BINARY_OP + 3,
+              "pair opcodes assume Add, Sub, Mul, Div lead the binary operations");
+
+constexpr bool is_arith(Op op) {
+    return op == Op::Add || op == Op::Sub || op == Op::Mul || op == Op::Div;
+}
+
 // Opcode numbering: the fixed instructions, then UNARY_FORM_COUNT opcodes per unary operation,
-// BINARY_FORM_COUNT per binary operation and one per ternary operation (operands: two popped,
-// then acc), each group in the order of the operation lists.
+// BINARY_FORM_COUNT per binary operation, one per ternary operation (operands: two popped,
+// then acc), each group in the order of the operation lists; then the pair forms, ordered by
+// op1, op2, shape, and acc-first before pair-first.
 enum class Fixed : std::uint16_t {
     load_var,
     load_const,
@@ -50,7 +67,9 @@ inline constexpr int UNARY_OPCODE_BASE = FIXED_OPCODE_COUNT;
 inline constexpr int BINARY_OPCODE_BASE = UNARY_OPCODE_BASE + FIRST_BINARY_OP * UNARY_FORM_COUNT;
 inline constexpr int TERNARY_OPCODE_BASE =
     BINARY_OPCODE_BASE + (FIRST_TERNARY_OP - FIRST_BINARY_OP) * BINARY_FORM_COUNT;
-inline constexpr int OPCODE_COUNT = TERNARY_OPCODE_BASE + (OP_COUNT - FIRST_TERNARY_OP);
+inline constexpr int PAIR_OPCODE_BASE = TERNARY_OPCODE_BASE + (OP_COUNT - FIRST_TERNARY_OP);
+inline constexpr int OPCODE_COUNT =
+    PAIR_OPCODE_BASE + ARITH_OP_COUNT * ARITH_OP_COUNT * PAIR_SHAPE_COUNT * 2;
 
 constexpr std::uint16_t opcode(Fixed fixed) {
     return static_cast<std::uint16_t>(fixed);
@@ -67,6 +86,15 @@ constexpr std::uint16_t opcode(Op op, BinaryForm form) {
 constexpr std::uint16_t ternary_opcode(Op op) {
     return static_cast<std::uint16_t>(TERNARY_OPCODE_BASE + static_cast<int>(op) -
                                       FIRST_TERNARY_OP);
+}
+
+constexpr std::uint16_t pair_opcode(Op op1, Op op2, PairShape shape, bool pair_first) {
+    const int arith1 = static_cast<int>(op1) - FIRST_BINARY_OP;
+    const int arith2 = static_cast<int>(op2) - FIRST_BINARY_OP;
+    return static_cast<std::uint16_t>(
+        PAIR_OPCODE_BASE +
+        ((arith1 * ARITH_OP_COUNT + arith2) * PAIR_SHAPE_COUNT + static_cast<int>(shape)) * 2 +
+        (pair_first ? 1 : 0));
 }
 
 struct Instr {

@@ -63,6 +63,36 @@ namespace veldra::detail {
     acc = ternary<Op::op>(sp[0], sp[1], acc);               \
     VELDRA_EXPR_NEXT(1);
 
+#define VELDRA_EXPR_PAIR_HANDLER(op1, op2, shape, x, y)                         \
+    VELDRA_EXPR_HANDLER(op1##_##op2##_##shape##_acc_first,                      \
+                        pair_opcode(Op::op1, Op::op2, PairShape::shape, false)) \
+    acc = binary<Op::op1>(acc, binary<Op::op2>(x, y));                          \
+    VELDRA_EXPR_NEXT(1);                                                        \
+    VELDRA_EXPR_HANDLER(op1##_##op2##_##shape##_pair_first,                     \
+                        pair_opcode(Op::op1, Op::op2, PairShape::shape, true))  \
+    acc = binary<Op::op1>(binary<Op::op2>(x, y), acc);                          \
+    VELDRA_EXPR_NEXT(1);
+
+#define VELDRA_EXPR_PAIR_SHAPES(op1, op2)                                 \
+    VELDRA_EXPR_PAIR_HANDLER(op1, op2, var_var, vars[ip->x], vars[ip->y]) \
+    VELDRA_EXPR_PAIR_HANDLER(op1, op2, var_const, vars[ip->x], ip->k)     \
+    VELDRA_EXPR_PAIR_HANDLER(op1, op2, const_var, ip->k, vars[ip->x])
+
+// The inner operation list is spelled out: a macro cannot expand the list it is expanded from.
+#define VELDRA_EXPR_PAIR_HANDLERS(op1)                                  \
+    VELDRA_EXPR_PAIR_SHAPES(op1, Add)                                   \
+    VELDRA_EXPR_PAIR_SHAPES(op1, Sub) VELDRA_EXPR_PAIR_SHAPES(op1, Mul) \
+        VELDRA_EXPR_PAIR_SHAPES(op1, Div)
+
+#define VELDRA_EXPR_PAIR_SHAPE_LABELS(op1, op2)                                    \
+    &&op1##_##op2##_var_var_acc_first, &&op1##_##op2##_var_var_pair_first,         \
+        &&op1##_##op2##_var_const_acc_first, &&op1##_##op2##_var_const_pair_first, \
+        &&op1##_##op2##_const_var_acc_first, &&op1##_##op2##_const_var_pair_first,
+#define VELDRA_EXPR_PAIR_LABELS(op1)                                                \
+    VELDRA_EXPR_PAIR_SHAPE_LABELS(op1, Add)                                         \
+    VELDRA_EXPR_PAIR_SHAPE_LABELS(op1, Sub) VELDRA_EXPR_PAIR_SHAPE_LABELS(op1, Mul) \
+        VELDRA_EXPR_PAIR_SHAPE_LABELS(op1, Div)
+
 #define VELDRA_EXPR_UNARY_LABELS(op) &&op##_acc, &&op##_var, &&op##_push_var,
 #define VELDRA_EXPR_BINARY_LABELS(op)                                                     \
     &&op##_stack_acc, &&op##_acc_var, &&op##_acc_const, &&op##_var_acc, &&op##_const_acc, \
@@ -81,7 +111,8 @@ double run_program(const Instr* ip, const double* vars) noexcept {
         &&ret,
         VELDRA_EXPR_UNARY_OPS(VELDRA_EXPR_UNARY_LABELS)
             VELDRA_EXPR_BINARY_OPS(VELDRA_EXPR_BINARY_LABELS)
-                VELDRA_EXPR_TERNARY_OPS(VELDRA_EXPR_TERNARY_LABELS)};
+                VELDRA_EXPR_TERNARY_OPS(VELDRA_EXPR_TERNARY_LABELS)
+                    VELDRA_EXPR_ARITH_OPS(VELDRA_EXPR_PAIR_LABELS)};
     static_assert(sizeof(HANDLERS) / sizeof(HANDLERS[0]) == OPCODE_COUNT,
                   "handler table out of step with the opcode numbering in program.h");
 #endif
@@ -114,6 +145,7 @@ double run_program(const Instr* ip, const double* vars) noexcept {
     VELDRA_EXPR_UNARY_OPS(VELDRA_EXPR_UNARY_HANDLERS)
     VELDRA_EXPR_BINARY_OPS(VELDRA_EXPR_BINARY_HANDLERS)
     VELDRA_EXPR_TERNARY_OPS(VELDRA_EXPR_TERNARY_HANDLERS)
+    VELDRA_EXPR_ARITH_OPS(VELDRA_EXPR_PAIR_HANDLERS)
     VELDRA_EXPR_HANDLER(ret, opcode(Fixed::ret))
     return acc;
 #if !VELDRA_EXPR_COMPUTED_GOTO

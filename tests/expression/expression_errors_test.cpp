@@ -80,19 +80,20 @@ TEST(ExpressionErrors, NestingIsCappedWithoutExhaustingTheStack) {
 }
 
 TEST(ExpressionErrors, RightLeaningFormulasUseTheOperandStack) {
-    // Each level leaves C*E waiting while its right operand is computed: g(n) = 1 - g(n - 1).
+    // Each level leaves min(C, E) waiting while its right operand is computed:
+    // g(n) = 1 - g(n - 1).
     std::string right;
     for (int i = 0; i < 150; ++i) {
-        right += "C*E - (";
+        right += "min(C, E) - (";
     }
     right += "C" + std::string(150, ')');
     const Vars ones = vars_with({{ExprVar::C, 1}, {ExprVar::E, 1}});
     EXPECT_EQ(eval(right, ones), 1);
-    EXPECT_EQ(eval("C*E - (" + right + ")", ones), 0);
+    EXPECT_EQ(eval("min(C, E) - (" + right + ")", ones), 0);
     // Two waiting values per level: past the operand stack, refused rather than overrun.
     std::string wide;
     for (int i = 0; i < 200; ++i) {
-        wide += "C*E - C*E*(";
+        wide += "min(C, E) - min(C, E)*(";
     }
     wide += "C" + std::string(200, ')');
     EXPECT_EQ(compile_error(wide).message, "expression nested too deeply");

@@ -129,6 +129,7 @@ TEST(ExpressionLanguage, IeeeResultsInsteadOfFailures) {
     EXPECT_TRUE(std::isnan(eval("sqrt(-1)")));
     EXPECT_TRUE(std::isnan(eval("5 % C")));
     EXPECT_TRUE(std::isnan(eval("log(-C)", vars_with({{C, 1}}))));
+    EXPECT_TRUE(std::isnan(eval("sign(C)", vars_with({{C, std::nan("")}}))));
     // NaN is never swallowed by min, max or clamp, whichever side it is on.
     EXPECT_TRUE(std::isnan(eval("min(0/0, 1)")));
     EXPECT_TRUE(std::isnan(eval("max(1, C)", vars_with({{C, std::nan("")}}))));
