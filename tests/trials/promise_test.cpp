@@ -178,6 +178,10 @@ TEST_F(PromiseTest, UncaughtHandlerSeesEachUnhandledRejectionOnce) {
     chained.promise.and_then([] {});
     chained.reject("down the chain");
 
+    // Chaining on a rejection already reported passes it on without a second report.
+    Promise passed_on = immediate.and_then([] {});
+    EXPECT_EQ(passed_on.reason(), Value("at once"));
+
     step_event_loop();
     EXPECT_EQ(uncaught, (std::vector<Value>{"at once", "later", "down the chain"}));
     EXPECT_EQ(handled.promise.reason(), Value("caught"));
