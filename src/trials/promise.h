@@ -95,24 +95,21 @@ public:
 private:
     template <class F>
     static Function adapt(F fn) {
-        if constexpr (std::invocable<F&, const Value&>) {
-            if constexpr (std::is_void_v<std::invoke_result_t<F&, const Value&>>)
-                return [fn = std::move(fn)](const Value& v) mutable {
-                    fn(v);
-                    return HandlerResult();
-                };
-            else
-                return
-                    [fn = std::move(fn)](const Value& v) mutable { return HandlerResult(fn(v)); };
-        } else {
-            if constexpr (std::is_void_v<std::invoke_result_t<F&>>)
-                return [fn = std::move(fn)](const Value&) mutable {
-                    fn();
-                    return HandlerResult();
-                };
-            else
-                return [fn = std::move(fn)](const Value&) mutable { return HandlerResult(fn()); };
-        }
+        return [fn = std::move(fn)](const Value& value) mutable -> HandlerResult {
+            // A handler that ignores the value may leave the parameter out.
+            auto call = [&]() -> decltype(auto) {
+                if constexpr (std::invocable<F&, const Value&>)
+                    return fn(value);
+                else
+                    return fn();
+            };
+            if constexpr (std::is_void_v<decltype(call())>) {
+                call();
+                return {};
+            } else {
+                return call();
+            }
+        };
     }
     Function fn_;
 };

@@ -8,7 +8,7 @@
 // - A handler registered during a tick is appended and runs in that same tick.
 // - A handler whose owner no longer exists is dropped when the walk reaches it, in the tick
 //   after the owner went; the handler after it still runs in that tick.
-// - reset() or free() called from a handler ends the walk: no later handler runs in that tick.
+// - reset() or free() called from a handler drops the rest of the walk.
 
 #include <cstdint>
 #include <deque>
