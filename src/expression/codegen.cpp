@@ -29,6 +29,7 @@ private:
     void emit_single(const Node& node, bool push);
     void emit_rest(const Node& node);
     void emit_binary_rest(const Node& node);
+    void emit_ternary_rest(const Node& node);
     void emit_leaf_operand(Op op, NodeId leaf, BinaryForm var_form, BinaryForm const_form);
     void emit_pair_operand(Op op1, NodeId pair, bool pair_first);
     void emit(std::uint16_t opcode, std::uint8_t x, std::uint8_t y, double k, int stack_change);
@@ -152,7 +153,6 @@ void CodeGenerator::emit_single(const Node& node, bool push) {
 
 // Emits what follows the first operand's code, which has left its value in acc.
 void CodeGenerator::emit_rest(const Node& node) {
-    const NodeId* args = node.args;
     switch (op_arity(node.op)) {
         case 1:
             emit(opcode(node.op, UnaryForm::acc), 0, 0, 0.0, 0);
@@ -161,15 +161,27 @@ void CodeGenerator::emit_rest(const Node& node) {
             emit_binary_rest(node);
             return;
         default:
-            if (node.op == Op::Clamp && is_const(args[1]) && is_const(args[2])) {
-                emit(opcode(Fixed::clamp_const_const), 0, 0, value(args[1]), 0);
-                emit(opcode(Fixed::ret), 0, 0, value(args[2]), 0);  // data only, never run
-                return;
-            }
-            generate(args[1], true);
-            generate(args[2], true);
-            emit(ternary_opcode(node.op), 0, 0, 0.0, -2);
+            emit_ternary_rest(node);
             return;
+    }
+}
+
+void CodeGenerator::emit_ternary_rest(const Node& node) {
+    const NodeId b = node.args[1];
+    const NodeId c = node.args[2];
+    if (is_const(b) && is_const(c)) {
+        emit(opcode(node.op, TernaryForm::acc_const_const), 0, 0, value(b), 0);
+        emit(opcode(Fixed::ret), 0, 0, value(c), 0);  // data only, never run
+        return;
+    }
+    generate(b, true);
+    if (is_var(c)) {
+        emit(opcode(node.op, TernaryForm::stack_acc_var), var_index(c), 0, 0.0, -1);
+    } else if (is_const(c)) {
+        emit(opcode(node.op, TernaryForm::stack_acc_const), 0, 0, value(c), -1);
+    } else {
+        generate(c, true);
+        emit(opcode(node.op, TernaryForm::stack_stack_acc), 0, 0, 0.0, -2);
     }
 }
 

@@ -1,7 +1,6 @@
 #include "expression/expression.h"
 
 #include <limits>
-#include <utility>
 
 #include "expression/codegen.h"
 #include "expression/parser.h"
@@ -18,18 +17,34 @@ constexpr detail::Instr UNDEFINED_CODE[] = {
 
 }  // namespace
 
-CompiledExpression::CompiledExpression() noexcept : code_(UNDEFINED_CODE) {}
+CompiledExpression::CompiledExpression() noexcept {
+    reset();
+}
 
 CompiledExpression::CompiledExpression(std::shared_ptr<const detail::Program> program) noexcept
-    : program_(std::move(program)), code_(program_->code.data()) {}
+    : program_(std::move(program)),
+      code_(program_->code.data()),
+      run_(detail::runner_for(program_->code)) {}
 
 CompiledExpression::CompiledExpression(CompiledExpression&& other) noexcept
-    : program_(std::move(other.program_)), code_(std::exchange(other.code_, UNDEFINED_CODE)) {}
+    : program_(std::move(other.program_)), code_(other.code_), run_(other.run_) {
+    other.reset();
+}
 
 CompiledExpression& CompiledExpression::operator=(CompiledExpression&& other) noexcept {
-    program_ = std::move(other.program_);
-    code_ = std::exchange(other.code_, UNDEFINED_CODE);
+    if (this != &other) {
+        program_ = std::move(other.program_);
+        code_ = other.code_;
+        run_ = other.run_;
+        other.reset();
+    }
     return *this;
+}
+
+void CompiledExpression::reset() noexcept {
+    program_.reset();
+    code_ = UNDEFINED_CODE;
+    run_ = detail::runner_for(UNDEFINED_CODE);
 }
 
 std::string_view CompiledExpression::source() const noexcept {

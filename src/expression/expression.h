@@ -19,7 +19,7 @@ inline constexpr int EXPR_VAR_COUNT = 9;
 namespace detail {
 struct Instr;
 struct Program;
-double run_program(const Instr* code, const double* variables) noexcept;
+using Runner = double (*)(const Instr* code, const double* variables) noexcept;
 }  // namespace detail
 
 // A compiled formula. Copies share one immutable program, so holding one in a configuration
@@ -36,9 +36,7 @@ public:
 
     // `variables` points to EXPR_VAR_COUNT values in ExprVar order. Never allocates or
     // throws; division by zero and domain errors give IEEE infinities and NaN.
-    double evaluate(const double* variables) const noexcept {
-        return detail::run_program(code_, variables);
-    }
+    double evaluate(const double* variables) const noexcept { return run_(code_, variables); }
 
     // The formula as written in the configuration.
     std::string_view source() const noexcept;
@@ -48,10 +46,13 @@ public:
 private:
     friend class ExpressionCompiler;
     explicit CompiledExpression(std::shared_ptr<const detail::Program> program) noexcept;
+    void reset() noexcept;  // to the default state
 
     std::shared_ptr<const detail::Program> program_;
-    // program_'s first instruction, kept here so evaluate() skips one indirection.
+    // program_'s first instruction and its evaluator, kept here so evaluate() skips one
+    // indirection.
     const detail::Instr* code_;
+    detail::Runner run_;
 };
 
 struct ExpressionError {

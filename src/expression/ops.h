@@ -35,6 +35,23 @@ constexpr int op_arity(Op op) {
     return index < FIRST_BINARY_OP ? 1 : index < FIRST_TERNARY_OP ? 2 : 3;
 }
 
+// Operations computed by a call into the maths library rather than a few instructions.
+constexpr bool calls_library(Op op) {
+    switch (op) {
+        case Op::Sqrt:  // inline, but with a library call to set errno for negative input
+        case Op::Exp:
+        case Op::Log:
+        case Op::Floor:
+        case Op::Ceil:
+        case Op::Round:
+        case Op::Mod:
+        case Op::Pow:
+            return true;
+        default:
+            return false;
+    }
+}
+
 // Truth values are 1 and 0; any operand other than 0 counts as true, NaN included.
 inline double truth(bool value) {
     return value ? 1.0 : 0.0;

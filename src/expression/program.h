@@ -5,9 +5,12 @@
 // directly, so a formula like "0.5*A" is one instruction instead of three.
 
 #include <cstdint>
+#include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
+#include "expression/expression.h"
 #include "expression/ops.h"
 
 namespace veldra::detail {
@@ -34,6 +37,17 @@ enum class BinaryForm : std::uint8_t {
 };
 inline constexpr int BINARY_FORM_COUNT = 11;
 
+// The first operand is always in acc when a ternary operation runs; the others come from the
+// stack or directly from a leaf. acc_const_const is two instructions long: the second one only
+// holds the third operand in its k.
+enum class TernaryForm : std::uint8_t {
+    stack_stack_acc,
+    stack_acc_var,
+    stack_acc_const,
+    acc_const_const
+};
+inline constexpr int TERNARY_FORM_COUNT = 4;
+
 // Pair forms fuse an arithmetic operation with an operand that is itself an arithmetic
 // operation on two leaves: acc = acc op1 (x op2 y), or acc = (x op2 y) op1 acc with pair_first.
 // "2*C*(1 - ENERGY_LEVEL)" or "... - 0.5*N" then need no operand stack.
@@ -51,23 +65,23 @@ constexpr bool is_arith(Op op) {
 }
 
 // Opcode numbering: the fixed instructions, then UNARY_FORM_COUNT opcodes per unary operation,
-// BINARY_FORM_COUNT per binary operation, one per ternary operation (operands: two popped,
-// then acc), each group in the order of the operation lists; then the pair forms, ordered by
-// op1, op2, shape, and acc-first before pair-first.
+// BINARY_FORM_COUNT per binary operation and TERNARY_FORM_COUNT per ternary operation, each
+// group in the order of the operation lists; then the pair forms, ordered by op1, op2, shape,
+// and acc-first before pair-first.
 enum class Fixed : std::uint16_t {
     load_var,
     load_const,
     push_load_var,
     push_load_const,
-    clamp_const_const,  // acc = clamp(acc, k, next instruction's k); two instructions long
-    ret,
+    ret,  // also fills the data slot of two-instruction forms
 };
-inline constexpr int FIXED_OPCODE_COUNT = 6;
+inline constexpr int FIXED_OPCODE_COUNT = 5;
 inline constexpr int UNARY_OPCODE_BASE = FIXED_OPCODE_COUNT;
 inline constexpr int BINARY_OPCODE_BASE = UNARY_OPCODE_BASE + FIRST_BINARY_OP * UNARY_FORM_COUNT;
 inline constexpr int TERNARY_OPCODE_BASE =
     BINARY_OPCODE_BASE + (FIRST_TERNARY_OP - FIRST_BINARY_OP) * BINARY_FORM_COUNT;
-inline constexpr int PAIR_OPCODE_BASE = TERNARY_OPCODE_BASE + (OP_COUNT - FIRST_TERNARY_OP);
+inline constexpr int PAIR_OPCODE_BASE =
+    TERNARY_OPCODE_BASE + (OP_COUNT - FIRST_TERNARY_OP) * TERNARY_FORM_COUNT;
 inline constexpr int OPCODE_COUNT =
     PAIR_OPCODE_BASE + ARITH_OP_COUNT * ARITH_OP_COUNT * PAIR_SHAPE_COUNT * 2;
 
@@ -83,9 +97,10 @@ constexpr std::uint16_t opcode(Op op, BinaryForm form) {
                                       (static_cast<int>(op) - FIRST_BINARY_OP) * BINARY_FORM_COUNT +
                                       static_cast<int>(form));
 }
-constexpr std::uint16_t ternary_opcode(Op op) {
-    return static_cast<std::uint16_t>(TERNARY_OPCODE_BASE + static_cast<int>(op) -
-                                      FIRST_TERNARY_OP);
+constexpr std::uint16_t opcode(Op op, TernaryForm form) {
+    return static_cast<std::uint16_t>(
+        TERNARY_OPCODE_BASE + (static_cast<int>(op) - FIRST_TERNARY_OP) * TERNARY_FORM_COUNT +
+        static_cast<int>(form));
 }
 
 constexpr std::uint16_t pair_opcode(Op op1, Op op2, PairShape shape, bool pair_first) {
@@ -103,6 +118,26 @@ struct Instr {
     std::uint8_t y = 0;  // index of the second variable operand (var_var forms)
     double k = 0.0;      // constant operand
 };
+
+// The operation an opcode performs; none for loads, data slots and the pair forms (which are
+// arithmetic only).
+constexpr std::optional<Op> opcode_op(std::uint16_t code) {
+    if (code < UNARY_OPCODE_BASE || code >= PAIR_OPCODE_BASE) {
+        return std::nullopt;
+    }
+    if (code < BINARY_OPCODE_BASE) {
+        return static_cast<Op>((code - UNARY_OPCODE_BASE) / UNARY_FORM_COUNT);
+    }
+    if (code < TERNARY_OPCODE_BASE) {
+        return static_cast<Op>(FIRST_BINARY_OP + (code - BINARY_OPCODE_BASE) / BINARY_FORM_COUNT);
+    }
+    return static_cast<Op>(FIRST_TERNARY_OP + (code - TERNARY_OPCODE_BASE) / TERNARY_FORM_COUNT);
+}
+
+// The evaluator for a program (vm.cpp). Programs that never call the maths library get a lean
+// build of the evaluator that needs no saved registers, which is most of the fixed cost of a
+// short formula.
+Runner runner_for(std::span<const Instr> code);
 
 // Deepest operand stack a program may use. Values wait on the stack only inside nested
 // operands, so real formulas need a handful; the compiler refuses programs that need more.

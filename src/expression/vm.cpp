@@ -1,6 +1,7 @@
 // The evaluator: runs a program of program.h. This is the hot path of every behaviour decision,
 // so dispatch jumps straight from one handler to the next through a table of label addresses
-// (a GCC/Clang extension); other compilers get an equivalent switch loop.
+// (a GCC/Clang extension); other compilers get an equivalent switch loop. It is built twice:
+// with every operation, and lean, without the ones that call the maths library.
 
 #include "expression/expression.h"
 #include "expression/program.h"
@@ -26,9 +27,16 @@ namespace veldra::detail {
     continue
 #endif
 
+// The lean build never runs operations that call the library, so their handlers are dropped.
+#define VELDRA_EXPR_REQUIRE(op)                            \
+    if constexpr (!WithLibrary && calls_library(Op::op)) { \
+        unreachable();                                     \
+    }
+
 // One handler per form; the label lists below must follow the form enums' order.
 #define VELDRA_EXPR_UNARY_HANDLER(op, form, push, operand)            \
     VELDRA_EXPR_HANDLER(op##_##form, opcode(Op::op, UnaryForm::form)) \
+    VELDRA_EXPR_REQUIRE(op);                                          \
     push;                                                             \
     acc = unary<Op::op>(operand);                                     \
     VELDRA_EXPR_NEXT(1);
@@ -40,6 +48,7 @@ namespace veldra::detail {
 
 #define VELDRA_EXPR_BINARY_HANDLER(op, form, push, left, right)        \
     VELDRA_EXPR_HANDLER(op##_##form, opcode(Op::op, BinaryForm::form)) \
+    VELDRA_EXPR_REQUIRE(op);                                           \
     push;                                                              \
     acc = binary<Op::op>(left, right);                                 \
     VELDRA_EXPR_NEXT(1);
@@ -57,11 +66,17 @@ namespace veldra::detail {
     VELDRA_EXPR_BINARY_HANDLER(op, push_var_const, *sp++ = acc, vars[ip->x], ip->k)     \
     VELDRA_EXPR_BINARY_HANDLER(op, push_const_var, *sp++ = acc, ip->k, vars[ip->x])
 
-#define VELDRA_EXPR_TERNARY_HANDLERS(op)                    \
-    VELDRA_EXPR_HANDLER(op##_stack, ternary_opcode(Op::op)) \
-    sp -= 2;                                                \
-    acc = ternary<Op::op>(sp[0], sp[1], acc);               \
-    VELDRA_EXPR_NEXT(1);
+#define VELDRA_EXPR_TERNARY_HANDLER(op, form, pop, a, b, c, length)     \
+    VELDRA_EXPR_HANDLER(op##_##form, opcode(Op::op, TernaryForm::form)) \
+    pop;                                                                \
+    acc = ternary<Op::op>(a, b, c);                                     \
+    VELDRA_EXPR_NEXT(length);
+
+#define VELDRA_EXPR_TERNARY_HANDLERS(op)                                            \
+    VELDRA_EXPR_TERNARY_HANDLER(op, stack_stack_acc, sp -= 2, sp[0], sp[1], acc, 1) \
+    VELDRA_EXPR_TERNARY_HANDLER(op, stack_acc_var, --sp, *sp, acc, vars[ip->x], 1)  \
+    VELDRA_EXPR_TERNARY_HANDLER(op, stack_acc_const, --sp, *sp, acc, ip->k, 1)      \
+    VELDRA_EXPR_TERNARY_HANDLER(op, acc_const_const, (void)0, acc, ip[0].k, ip[1].k, 2)
 
 #define VELDRA_EXPR_PAIR_HANDLER(op1, op2, shape, x, y)                         \
     VELDRA_EXPR_HANDLER(op1##_##op2##_##shape##_acc_first,                      \
@@ -79,27 +94,37 @@ namespace veldra::detail {
     VELDRA_EXPR_PAIR_HANDLER(op1, op2, const_var, ip->k, vars[ip->x])
 
 // The inner operation list is spelled out: a macro cannot expand the list it is expanded from.
-#define VELDRA_EXPR_PAIR_HANDLERS(op1)                                  \
-    VELDRA_EXPR_PAIR_SHAPES(op1, Add)                                   \
-    VELDRA_EXPR_PAIR_SHAPES(op1, Sub) VELDRA_EXPR_PAIR_SHAPES(op1, Mul) \
-        VELDRA_EXPR_PAIR_SHAPES(op1, Div)
+#define VELDRA_EXPR_PAIR_HANDLERS(op1) \
+    VELDRA_EXPR_PAIR_SHAPES(op1, Add)  \
+    VELDRA_EXPR_PAIR_SHAPES(op1, Sub)  \
+    VELDRA_EXPR_PAIR_SHAPES(op1, Mul) VELDRA_EXPR_PAIR_SHAPES(op1, Div)
 
 #define VELDRA_EXPR_PAIR_SHAPE_LABELS(op1, op2)                                    \
     &&op1##_##op2##_var_var_acc_first, &&op1##_##op2##_var_var_pair_first,         \
         &&op1##_##op2##_var_const_acc_first, &&op1##_##op2##_var_const_pair_first, \
         &&op1##_##op2##_const_var_acc_first, &&op1##_##op2##_const_var_pair_first,
-#define VELDRA_EXPR_PAIR_LABELS(op1)                                                \
-    VELDRA_EXPR_PAIR_SHAPE_LABELS(op1, Add)                                         \
-    VELDRA_EXPR_PAIR_SHAPE_LABELS(op1, Sub) VELDRA_EXPR_PAIR_SHAPE_LABELS(op1, Mul) \
-        VELDRA_EXPR_PAIR_SHAPE_LABELS(op1, Div)
+#define VELDRA_EXPR_PAIR_LABELS(op1)        \
+    VELDRA_EXPR_PAIR_SHAPE_LABELS(op1, Add) \
+    VELDRA_EXPR_PAIR_SHAPE_LABELS(op1, Sub) \
+    VELDRA_EXPR_PAIR_SHAPE_LABELS(op1, Mul) VELDRA_EXPR_PAIR_SHAPE_LABELS(op1, Div)
 
 #define VELDRA_EXPR_UNARY_LABELS(op) &&op##_acc, &&op##_var, &&op##_push_var,
 #define VELDRA_EXPR_BINARY_LABELS(op)                                                     \
     &&op##_stack_acc, &&op##_acc_var, &&op##_acc_const, &&op##_var_acc, &&op##_const_acc, \
         &&op##_var_var, &&op##_var_const, &&op##_const_var, &&op##_push_var_var,          \
         &&op##_push_var_const, &&op##_push_const_var,
-#define VELDRA_EXPR_TERNARY_LABELS(op) &&op##_stack,
+#define VELDRA_EXPR_TERNARY_LABELS(op) \
+    &&op##_stack_stack_acc, &&op##_stack_acc_var, &&op##_stack_acc_const, &&op##_acc_const_const,
 
+[[noreturn]] inline void unreachable() {
+#if defined(__GNUC__)
+    __builtin_unreachable();
+#elif defined(_MSC_VER)
+    __assume(false);
+#endif
+}
+
+template <bool WithLibrary>
 double run_program(const Instr* ip, const double* vars) noexcept {
 #if VELDRA_EXPR_COMPUTED_GOTO
     static const void* const HANDLERS[] = {
@@ -107,7 +132,6 @@ double run_program(const Instr* ip, const double* vars) noexcept {
         &&load_const,
         &&push_load_var,
         &&push_load_const,
-        &&clamp_const_const,
         &&ret,
         VELDRA_EXPR_UNARY_OPS(VELDRA_EXPR_UNARY_LABELS)
             VELDRA_EXPR_BINARY_OPS(VELDRA_EXPR_BINARY_LABELS)
@@ -139,9 +163,6 @@ double run_program(const Instr* ip, const double* vars) noexcept {
     *sp++ = acc;
     acc = ip->k;
     VELDRA_EXPR_NEXT(1);
-    VELDRA_EXPR_HANDLER(clamp_const_const, opcode(Fixed::clamp_const_const))
-    acc = ternary<Op::Clamp>(acc, ip[0].k, ip[1].k);
-    VELDRA_EXPR_NEXT(2);
     VELDRA_EXPR_UNARY_OPS(VELDRA_EXPR_UNARY_HANDLERS)
     VELDRA_EXPR_BINARY_OPS(VELDRA_EXPR_BINARY_HANDLERS)
     VELDRA_EXPR_TERNARY_OPS(VELDRA_EXPR_TERNARY_HANDLERS)
@@ -152,6 +173,16 @@ double run_program(const Instr* ip, const double* vars) noexcept {
 }
 }
 #endif
+}
+
+Runner runner_for(std::span<const Instr> code) {
+    for (const Instr& instr : code) {
+        const std::optional<Op> op = opcode_op(instr.opcode);
+        if (op && calls_library(*op)) {
+            return run_program<true>;
+        }
+    }
+    return run_program<false>;
 }
 
 }  // namespace veldra::detail
