@@ -20,10 +20,16 @@ namespace veldra {
     X(log_output_file, "file that receives a copy of the log")                                       \
     X(headless, "1 runs with no window, no sound and no dialogs")                                    \
     X(frames, "stop after this many frames")                                                         \
+    X(auto_run_jobs, "run the auto run in this many worker processes (same output bytes)")        \
+    X(auto_run_shard, "K/N: run only the K-th of N contiguous parts of the auto run (cluster jobs)") \
+    X(auto_run_merge, "PART1,PART2,...: join shard outputs into auto_run_output")                     \
+    X(auto_run_resume, "1 continues an interrupted auto run's output file")                            \
     X(verbose, "1 also prints information lines of the log on stderr in headless runs")              \
     X(generate_levels, "level-set generator file (JSON); writes a set of levels into output_dir")       \
     X(output_dir, "directory the level-set generator writes into")                                     \
-    X(seed, "seed that replaces the generator file's seed (a number)")
+    X(seed, "seed of a single trial, or the one that replaces the generator file's seed (a number)")             \
+    X(trial_level, "level file: runs one automatic trial and prints its result as JSON")               \
+    X(traits, "traits of the single trial's player: O,C,E,A,N (default 0,0,0,0,0)")
 
 struct ProgramParameters {
 #define VELDRA_DECLARE_PARAMETER(name, help) std::optional<std::string> name;

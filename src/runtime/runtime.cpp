@@ -117,6 +117,12 @@ void Runtime::room_goto(int room) {
     pending_room_ = room;
 }
 
+int Runtime::room_find(std::string_view name) const {
+    for (std::size_t i = 0; i < rooms_.size(); ++i)
+        if (rooms_[i].name == name) return static_cast<int>(i);
+    return -1;
+}
+
 void Runtime::room_restart() { pending_room_ = current_room_; }
 
 double Runtime::layer_depth(const std::string& layer) const {

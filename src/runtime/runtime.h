@@ -12,6 +12,7 @@
 #include <limits>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -98,6 +99,8 @@ public:
     void room_goto(int room);
     void room_restart();
     int room() const { return current_room_; }
+    // The room added under `name`, or -1.
+    int room_find(std::string_view name) const;
     const std::string& room_name(int room) const { return rooms_.at(static_cast<std::size_t>(room)).name; }
 
     // Starts the first room at once (the program's start, before the first frame).

@@ -7,6 +7,9 @@
 #include "config/localization.h"
 #include "config/logger.h"
 #include "config/program_parameters.h"
+#include "net/api_env.h"
+#include "trials/promise.h"
+#include "trials/trial.h"
 #include "world/level_cell_types.h"
 #include "runtime/callstack.h"
 #include "runtime/context.h"
@@ -54,14 +57,17 @@ void choose_language() {
 void obj_init::on_create() {
     VELDRA_SCOPE();
     randomize();
+    promises_set_uncaught_handler(log_uncaught_rejection);
     program_params() = get_program_parameters(ctx().slot<ProgramArguments>().arguments);
     if (auto* terminal = dynamic_cast<StderrTerminal*>(services().terminal.get()))
         terminal->verbose = program_params().verbose == "1";
     initialize_log();
+    initialize_api_env();
     log_start_up_lines();
     load_active_debug_settings();
     choose_language();
     initialize_configs();
+    initialize_trials();
     initialize_level_cell_types();
     reload_game_configurations();
     choose_run_mode();

@@ -34,19 +34,19 @@ Value traits_to_value(const PersonalityTraits& traits) {
     return v;
 }
 
-Value result_to_value(const TrialResult& result) {
+}  // namespace
+
+Value trial_result_to_value(const TrialResult& r) {
     Value v = Value::make_struct();
-    v.set("type", result.type);
-    v.set("time_left", result.time_left);
-    v.set("num_monsters_remaining", result.num_monsters_remaining);
-    v.set("num_food_remaining", result.num_food_remaining);
-    v.set("num_humans_remaining", result.num_humans_remaining);
-    v.set("energy_remaining", result.energy_remaining);
-    v.set("trial_score", result.trial_score);
+    v.set("type", r.type);
+    v.set("time_left", r.time_left);
+    v.set("num_monsters_remaining", r.num_monsters_remaining);
+    v.set("num_food_remaining", r.num_food_remaining);
+    v.set("num_humans_remaining", r.num_humans_remaining);
+    v.set("energy_remaining", r.energy_remaining);
+    v.set("trial_score", r.trial_score);
     return v;
 }
-
-}  // namespace
 
 Value trial_data_to_value(const TrialData& data) {
     Value v = Value::make_struct();
@@ -56,7 +56,7 @@ Value trial_data_to_value(const TrialData& data) {
     v.set("seed", data.seed);
     v.set("level_info", level_info_to_value(data.level_info));
     v.set("traits", traits_to_value(data.traits));
-    v.set("result", result_to_value(data.result));
+    v.set("result", trial_result_to_value(data.result));
     return v;
 }
 
@@ -93,8 +93,9 @@ std::string trial_data_as_csv_headers() {
     return csv_from_rows({std::vector<Value>(names.begin(), names.end())});
 }
 
-std::string trial_data_as_csv(const TrialData& data) {
-    const Value record = trial_data_to_value(data);
+std::string trial_data_as_csv(const TrialData& data) { return trial_data_value_as_csv(trial_data_to_value(data)); }
+
+std::string trial_data_value_as_csv(const Value& record) {
     std::vector<Value> row;
     row.reserve(trial_data_get_flattened_names().size());
     for (const std::string& name : trial_data_get_flattened_names()) row.push_back(_struct_get_value_recursively(record, name));

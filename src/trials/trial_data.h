@@ -37,6 +37,8 @@ struct TrialData {
     TrialResult result;
 };
 
+Value trial_result_to_value(const TrialResult& result);
+
 // The record as a nested struct, fields in record order (the JSON form).
 Value trial_data_to_value(const TrialData& data);
 
@@ -46,6 +48,8 @@ const std::vector<std::string>& trial_data_get_flattened_names();
 // The header line and one data line, each ending in "\n".
 std::string trial_data_as_csv_headers();
 std::string trial_data_as_csv(const TrialData& data);
+// The same line from the record's struct form (what a promise of a record carries).
+std::string trial_data_value_as_csv(const Value& record);
 
 // "num_food_remaining" -> "numFoodRemaining"; empty parts are dropped ("a__b" -> "aB").
 std::string _snake_to_camel_case(std::string_view text);

@@ -1,0 +1,47 @@
+#include "net/api_env.h"
+
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "runtime/context.h"
+#include "runtime/log.h"
+#include "runtime/once.h"
+#include "runtime/paths.h"
+
+namespace veldra {
+
+namespace {
+struct ApiEnvSlot {
+    bool initialized = false;
+    ApiEnv env;
+};
+
+std::optional<std::string> string_field(const nlohmann::json& root, const char* key) {
+    auto it = root.find(key);
+    if (it == root.end() || !it->is_string()) return std::nullopt;
+    return it->get<std::string>();
+}
+}  // namespace
+
+void initialize_api_env() {
+    auto& slot = ctx().slot<ApiEnvSlot>();
+    if (!once_only_first_call(slot.initialized)) return;
+    slot.env = ApiEnv{};
+    std::ifstream in(resolve_user_path(API_ENV_FILENAME), std::ios::binary);
+    nlohmann::json root;
+    if (in) {
+        std::stringstream text;
+        text << in.rdbuf();
+        root = nlohmann::json::parse(text.str(), nullptr, /*allow_exceptions=*/false);
+    }
+    if (!in || root.is_discarded() || !root.is_object()) {
+        log_error("Couldn't find API configuration file \".api_env.json\".");
+        return;
+    }
+    slot.env = {string_field(root, "remote_url"), string_field(root, "api_username"), string_field(root, "api_password")};
+}
+
+const ApiEnv& api_env() { return ctx().slot<ApiEnvSlot>().env; }
+
+}  // namespace veldra

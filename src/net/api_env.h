@@ -1,0 +1,23 @@
+#pragma once
+// Where the research server is and how to sign in: the file ".api_env.json", looked up in the
+// working directory, then in the data directory. Without it every request fails, and the game
+// still runs (local sessions, auto runs).
+
+#include <optional>
+#include <string>
+
+namespace veldra {
+
+struct ApiEnv {
+    std::optional<std::string> remote_url;
+    std::optional<std::string> api_username;
+    std::optional<std::string> api_password;
+};
+
+inline constexpr const char* API_ENV_FILENAME = ".api_env.json";
+
+// Once-only: sets API_ENV from the file, or to an empty environment with an error logged.
+void initialize_api_env();
+const ApiEnv& api_env();
+
+}  // namespace veldra

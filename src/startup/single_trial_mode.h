@@ -1,0 +1,10 @@
+#pragma once
+#include "config/program_parameters.h"
+
+namespace veldra {
+
+// trial_level=FILE [seed=S] [traits=O,C,E,A,N]: one automatic trial; its TrialResult is printed
+// as one JSON object on stdout.
+void start_single_trial_mode(const ProgramParameters& params);
+
+}  // namespace veldra

@@ -1,0 +1,78 @@
+#pragma once
+// One timed run of one level. The trial lays the level into the room, gives every human its
+// traits, advances the world in fixed ticks of 60 per simulated second, and ends when the
+// player's human is gone or the time is used up, with a TrialResult scored by the
+// configuration's trial_score formula. Interactive trials advance from the frame loop at the
+// game speed and report through a promise; automatic trials run to their end inside start().
+
+#include <optional>
+#include <string>
+#include <variant>
+
+#include "config/personality_traits.h"
+#include "runtime/instance.h"
+#include "trials/promise.h"
+#include "trials/ticker.h"
+#include "trials/trial_result.h"
+#include "util/rng.h"
+#include "world/level.h"
+#include "world/terrain.h"
+
+namespace veldra {
+
+enum class TrialState { Created = 0, Initialized = 1, Running = 2, Ended = 3, Reported = 4 };
+
+class obj_trial : public Instance {
+    VELDRA_OBJECT(obj_trial, Instance)
+public:
+    void on_create() override;
+    void on_step() override;
+    void on_clean_up() override;
+
+    void initialize(const Level& level, double seed, bool is_auto_run = false, double game_speed = 1,
+                    double total_score_before_this_trial = 0);
+
+    // Only in state Initialized (otherwise monostate, nothing changes). Automatic trials return
+    // their TrialResult; interactive ones a promise fulfilled one frame after the result.
+    using StartResult = std::variant<std::monostate, TrialResult, Promise>;
+    StartResult start(std::optional<PersonalityTraits> traits);
+
+    // One tick; false once the result exists (then nothing is done).
+    bool tick();
+    // One frame of the state machine.
+    void _step();
+    void log_event(const std::string& message) const;
+
+    Ticker ticker;
+    std::optional<Level> level;
+    Terrain terrain;
+    std::optional<Rng> rng;
+    std::optional<PersonalityTraits> traits;
+    bool is_auto_run = false;
+    double total_score_before_this_trial = 0;
+    double max_ticks = 0;
+    double game_speed = 1;  // ticks per frame; negative: the rest of the trial in one frame
+    double tick_remainder = 0;
+    std::function<void(const TrialResult&)> ended_callback;
+    TrialState state = TrialState::Created;
+    std::optional<TrialResult> result;
+
+private:
+    void give_traits_to_ai_humans();
+    void build_result(const char* outcome);
+};
+
+// Start-up: once-only; sets Trial to no instance.
+void initialize_trials();
+
+// The Trial global: the running trial or nullptr.
+obj_trial* current_trial();
+void set_current_trial(InstanceId trial);
+
+// Goes to the game room, creates an interactive trial there and starts it; fulfilled with the
+// result (as a struct) when the trial has reported its end.
+Promise trial_run(const Level& level, double seed, std::optional<PersonalityTraits> traits,
+                  std::optional<std::string> trait_menu_header, double total_score_before_this_trial);
+
+
+}  // namespace veldra
