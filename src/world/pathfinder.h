@@ -59,7 +59,6 @@ public:
     // Resets the search; the previous path's elements are expired here.
     void start(const Node& start_node, const Node& goal_node) {
         assert(!freed_ && "Pathfinder used after free()");
-        start_node_ = start_node;
         goal_node_ = goal_node;
         open_set_.clear();
         next_sequence_ = 0;
@@ -155,24 +154,28 @@ private:
 
     struct OpenEntry {
         double priority;
-        std::uint64_t sequence;  // insertion order; breaks ties first-in first-out
+        // Insertion order within one search; breaks ties first-in first-out. 32 bits keep an
+        // entry small, and no search pushes four billion nodes.
+        std::uint32_t sequence;
         Node node;
     };
 
     // Heap order for std::push_heap / pop_heap: the "largest" element is the one taken next.
-    static bool taken_later(const OpenEntry& a, const OpenEntry& b) {
-        if (a.priority != b.priority)
-            return a.priority > b.priority;
-        return a.sequence > b.sequence;
-    }
+    struct TakenLater {
+        bool operator()(const OpenEntry& a, const OpenEntry& b) const {
+            if (a.priority != b.priority)
+                return a.priority > b.priority;
+            return a.sequence > b.sequence;
+        }
+    };
 
     void push_open(const Node& node, double priority) {
         open_set_.push_back(OpenEntry{priority, next_sequence_++, node});
-        std::push_heap(open_set_.begin(), open_set_.end(), &Pathfinder::taken_later);
+        std::push_heap(open_set_.begin(), open_set_.end(), TakenLater{});
     }
 
     void expand_next() {
-        std::pop_heap(open_set_.begin(), open_set_.end(), &Pathfinder::taken_later);
+        std::pop_heap(open_set_.begin(), open_set_.end(), TakenLater{});
         const OpenEntry current = std::move(open_set_.back());
         open_set_.pop_back();
         Entry* current_entry = node_map_.find(current.node);
@@ -229,10 +232,9 @@ private:
     Heuristic get_heuristic_;
     NeighborFunction get_neighbors_;
     PathfinderOptions options_;
-    Node start_node_{};
     Node goal_node_{};
-    std::vector<OpenEntry> open_set_;  // binary heap ordered by taken_later
-    std::uint64_t next_sequence_ = 0;
+    std::vector<OpenEntry> open_set_;  // binary heap ordered by TakenLater
+    std::uint32_t next_sequence_ = 0;
     NodeMap node_map_;  // g_score, came_from and the open-set flag per node
     StructPool<Predecessor> came_from_pool_;
     StructPool<PathElement> path_element_pool_;

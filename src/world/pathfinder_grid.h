@@ -4,9 +4,11 @@
 // world/pathfinder.h.
 
 #include <array>
+#include <bit>
+#include <cassert>
 #include <cmath>
+#include <cstdint>
 #include <numbers>
-#include <utility>
 #include <vector>
 
 #include "util/struct_pool.h"
@@ -38,6 +40,10 @@ inline constexpr std::array<PfGridStep, 8> pf_grid_steps{{
     {1, -1},
 }};
 
+inline double pf_grid_step_cost(int step) {
+    return step >= 4 ? std::numbers::sqrt2 : 1.0;
+}
+
 // Straight-line distance between two cells in cell units; never overestimates either move set.
 inline double pf_grid_euclidean(int width, int cell_a, int cell_b) {
     const double dx = cell_a % width - cell_b % width;
@@ -45,44 +51,53 @@ inline double pf_grid_euclidean(int width, int cell_a, int cell_b) {
     return std::sqrt(dx * dx + dy * dy);
 }
 
-// A get_neighbors callback for a Pathfinder<int, int, ...>. Passable: bool(int cell). A
-// diagonal step is only offered when both orthogonal cells beside it are passable too, so paths
-// never cut a blocked corner.
-template <class Passable>
+// A get_neighbors callback for a Pathfinder<int, int, ...> on a grid whose passability does
+// not change while it is searched (a trial's terrain). The allowed steps of every cell are
+// worked out once, at construction, into one byte per cell, so an expansion only walks the set
+// bits; make a new one when cells change. A diagonal step is only allowed when both orthogonal
+// cells beside it are passable too, so paths never cut a blocked corner. Blocked cells have no
+// steps out of them, and no step leads into one.
 class PfGridNeighbors {
 public:
-    PfGridNeighbors(int width, int height, PfGridMoves moves, Passable passable)
-        : width_(width), height_(height), moves_(moves), passable_(std::move(passable)) {}
+    // passable: bool(int cell), asked once per cell and neighbour here and never again.
+    template <class Passable>
+    PfGridNeighbors(int width, int height, PfGridMoves moves, const Passable& passable)
+        : width_(width), moves_(static_cast<std::size_t>(width) * height) {
+        assert(width > 0 && height > 0 && "PfGridNeighbors on an empty grid?");
+        auto open = [&](int cx, int cy) {
+            return cx >= 0 && cy >= 0 && cx < width && cy < height && passable(cy * width + cx);
+        };
+        const int step_count = moves == PfGridMoves::orthogonal ? 4 : 8;
+        for (int cy = 0; cy < height; ++cy) {
+            for (int cx = 0; cx < width; ++cx) {
+                if (!open(cx, cy))
+                    continue;
+                std::uint8_t allowed = 0;
+                for (int d = 0; d < step_count; ++d) {
+                    const auto [dx, dy] = pf_grid_steps[d];
+                    const bool corner_clear = d < 4 || (open(cx + dx, cy) && open(cx, cy + dy));
+                    if (open(cx + dx, cy + dy) && corner_clear)
+                        allowed |= 1u << d;
+                }
+                moves_[cy * width + cx] = allowed;
+            }
+        }
+    }
 
     int operator()(const int& cell, std::vector<PfNeighbor<int, int>*>& out,
                    StructPool<PfNeighbor<int, int>>& pool) const {
-        const int cx = cell % width_;
-        const int cy = cell / width_;
-        const int step_count = moves_ == PfGridMoves::orthogonal ? 4 : 8;
         int count = 0;
-        for (int d = 0; d < step_count; ++d) {
-            const PfGridStep step = pf_grid_steps[d];
-            const bool diagonal = d >= 4;
-            if (!is_open(cx + step.dx, cy + step.dy))
-                continue;
-            if (diagonal && !(is_open(cx + step.dx, cy) && is_open(cx, cy + step.dy)))
-                continue;
-            const double cost = diagonal ? std::numbers::sqrt2 : 1.0;
-            const int to = (cy + step.dy) * width_ + cx + step.dx;
-            count = pf_add_neighbor(out, count, pool, to, cost, d);
+        for (unsigned allowed = moves_[cell]; allowed != 0; allowed &= allowed - 1) {
+            const int d = std::countr_zero(allowed);
+            const int to = cell + pf_grid_steps[d].dy * width_ + pf_grid_steps[d].dx;
+            count = pf_add_neighbor(out, count, pool, to, pf_grid_step_cost(d), d);
         }
         return count;
     }
 
 private:
-    bool is_open(int cx, int cy) const {
-        return cx >= 0 && cy >= 0 && cx < width_ && cy < height_ && passable_(cy * width_ + cx);
-    }
-
     int width_;
-    int height_;
-    PfGridMoves moves_;
-    Passable passable_;
+    std::vector<std::uint8_t> moves_;  // per cell: bit d set when step d is allowed
 };
 
 }  // namespace veldra

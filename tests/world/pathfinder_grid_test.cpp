@@ -1,6 +1,6 @@
 // Searches on random grids: both node-map policies must give identical results, paths must
 // chain from the start, and with an admissible estimate on a 4-connected grid the cost must be
-// the true shortest distance.
+// the true shortest distance. Also the grid neighbour rules themselves.
 
 #include <gtest/gtest.h>
 
@@ -17,8 +17,7 @@ namespace {
 
 struct RandomGrid {
     RandomGrid(int width_, int height_, int blocked_percent, std::uint32_t seed)
-        : width(width_), height(height_), rng(seed) {
-        open.resize(width * height);
+        : width(width_), height(height_), rng(seed), open(width_ * height_) {
         for (auto& cell : open)
             cell = rng() % 100 >= static_cast<unsigned>(blocked_percent);
     }
@@ -31,30 +30,31 @@ struct RandomGrid {
         }
     }
 
+    PfGridNeighbors neighbors(PfGridMoves moves) const {
+        return PfGridNeighbors(width, height, moves, [this](int cell) { return open[cell] != 0; });
+    }
+
     int width;
     int height;
     std::mt19937 rng;
     std::vector<std::uint8_t> open;
 };
 
-// Callbacks read the grid through a pointer so one long-lived pathfinder can serve many grids.
-using Passable = std::function<bool(int)>;
-using Neighbors = PfGridNeighbors<Passable>;
+using NeighborFunction = Pathfinder<int, int>::NeighborFunction;
 
-Passable passable_in(const RandomGrid* const* grid) {
-    return [grid](int cell) { return (*grid)->open[cell] != 0; };
+// Lets one long-lived pathfinder search one grid after another, as a creature's would.
+NeighborFunction forward_to(const PfGridNeighbors* const* current) {
+    return
+        [current](const int& cell, auto& out, auto& pool) { return (**current)(cell, out, pool); };
 }
 
-std::function<double(const int&, const int&)> euclidean_in(const RandomGrid* const* grid) {
-    return [grid](const int& a, const int& b) { return pf_grid_euclidean((*grid)->width, a, b); };
-}
-
-double step_cost(int data) {
-    return data >= 4 ? std::numbers::sqrt2 : 1.0;
+template <int width>
+double euclidean(const int& a, const int& b) {
+    return pf_grid_euclidean(width, a, b);
 }
 
 // The path runs from the first step out of `start`, each element starting where the previous
-// one ended, each step being the grid step its data names.
+// one ended, each step being the grid step its data names. Returns the path's cost.
 template <class Path>
 double expect_chain_and_sum_cost(const Path& path, int start, int width) {
     double cost = 0;
@@ -63,14 +63,14 @@ double expect_chain_and_sum_cost(const Path& path, int start, int width) {
         EXPECT_EQ(element->previous_node, previous);
         const PfGridStep step = pf_grid_steps.at(element->data);
         EXPECT_EQ(element->node, previous + step.dy * width + step.dx);
-        cost += step_cost(element->data);
+        cost += pf_grid_step_cost(element->data);
         previous = element->node;
     }
     return cost;
 }
 
 // Plain Dijkstra over the same neighbour function; -1 when unreachable.
-double dijkstra_distance(const Neighbors& neighbors, int cell_count, int start, int goal) {
+double dijkstra_distance(const PfGridNeighbors& neighbors, int cell_count, int start, int goal) {
     std::vector<double> distance(cell_count, -1);
     using Item = std::pair<double, int>;
     std::priority_queue<Item, std::vector<Item>, std::greater<>> queue;
@@ -129,33 +129,31 @@ void expect_same(const Outcome& a, const Outcome& b) {
 
 TEST(PathfinderGridTest, HashAndDensePoliciesAgreeOnRandomGrids) {
     constexpr int size = 24;
-    const RandomGrid* grid = nullptr;
-    const Neighbors neighbors(size, size, PfGridMoves::with_diagonals, passable_in(&grid));
-    // The dense pathfinders live across all grids, as a creature's would; the narrow stamps wrap
-    // every 255 searches, which must be invisible.
-    Pathfinder<int, int, PfDenseNodeMap<int, int>> dense(euclidean_in(&grid), neighbors);
+    const PfGridNeighbors* current = nullptr;
+    // The dense pathfinders live across all grids; the narrow stamps wrap every 255 searches,
+    // which must be invisible.
+    Pathfinder<int, int, PfDenseNodeMap<int, int>> dense(&euclidean<size>, forward_to(&current));
     using NarrowMap = PfDenseNodeMap<int, int, PfIdentityIndex, std::uint8_t>;
-    Pathfinder<int, int, NarrowMap> narrow(euclidean_in(&grid), neighbors);
+    Pathfinder<int, int, NarrowMap> narrow(&euclidean<size>, forward_to(&current));
     int found = 0;
     int partial = 0;
     for (std::uint32_t seed = 1; seed <= 40; ++seed) {
-        RandomGrid current(size, size, 30, seed);
-        grid = &current;
+        RandomGrid grid(size, size, 30, seed);
+        const PfGridNeighbors neighbors = grid.neighbors(PfGridMoves::with_diagonals);
+        current = &neighbors;
         for (int pair = 0; pair < 10; ++pair) {
-            const int start = current.random_open_cell();
-            const int goal = current.random_open_cell();
+            const int start = grid.random_open_cell();
+            const int goal = grid.random_open_cell();
             // Unbounded, then a bound that often stops the search short of the goal.
             for (double bound : {-1.0, 1.1 * pf_grid_euclidean(size, start, goal)}) {
                 SCOPED_TRACE(testing::Message() << "seed " << seed << " pair " << pair);
-                Pathfinder<int, int> hash(euclidean_in(&grid), neighbors);
+                Pathfinder<int, int> hash(&euclidean<size>, neighbors);
                 const Outcome expected = search(hash, start, goal, bound);
                 expect_same(search(dense, start, goal, bound), expected);
                 expect_same(search(narrow, start, goal, bound), expected);
 
-                int end = start;
                 expect_chain_and_sum_cost(hash.get_path(), start, size);
-                if (!expected.path.empty())
-                    end = expected.path.back().node;
+                const int end = expected.path.empty() ? start : expected.path.back().node;
                 if (expected.found) {
                     EXPECT_EQ(end, goal);
                     ++found;
@@ -172,17 +170,17 @@ TEST(PathfinderGridTest, HashAndDensePoliciesAgreeOnRandomGrids) {
 
 TEST(PathfinderGridTest, CostOnFourConnectedGridsIsTheShortestDistance) {
     constexpr int size = 32;
-    const RandomGrid* grid = nullptr;
-    const Neighbors neighbors(size, size, PfGridMoves::orthogonal, passable_in(&grid));
-    Pathfinder<int, int, PfDenseNodeMap<int, int>> finder(euclidean_in(&grid), neighbors);
+    const PfGridNeighbors* current = nullptr;
+    Pathfinder<int, int, PfDenseNodeMap<int, int>> finder(&euclidean<size>, forward_to(&current));
     int reachable = 0;
     for (std::uint32_t seed = 100; seed < 130; ++seed) {
-        RandomGrid current(size, size, 25, seed);
-        grid = &current;
+        RandomGrid grid(size, size, 25, seed);
+        const PfGridNeighbors neighbors = grid.neighbors(PfGridMoves::orthogonal);
+        current = &neighbors;
         for (int pair = 0; pair < 20; ++pair) {
             SCOPED_TRACE(testing::Message() << "seed " << seed << " pair " << pair);
-            const int start = current.random_open_cell();
-            const int goal = current.random_open_cell();
+            const int start = grid.random_open_cell();
+            const int goal = grid.random_open_cell();
             const double shortest = dijkstra_distance(neighbors, size * size, start, goal);
             ASSERT_EQ(finder.find_path(start, goal, true) != nullptr, shortest >= 0);
             if (shortest < 0)
@@ -198,11 +196,10 @@ TEST(PathfinderGridTest, DiagonalsNeverCutABlockedCorner) {
     // . # .
     // . . .
     // . . #
-    RandomGrid current(3, 3, 0, 1);
-    current.open[1] = 0;
-    current.open[8] = 0;
-    const RandomGrid* grid = &current;
-    const Neighbors neighbors(3, 3, PfGridMoves::with_diagonals, passable_in(&grid));
+    RandomGrid grid(3, 3, 0, 1);
+    grid.open[1] = 0;
+    grid.open[8] = 0;
+    const PfGridNeighbors neighbors = grid.neighbors(PfGridMoves::with_diagonals);
     std::vector<PfNeighbor<int, int>*> out;
     StructPool<PfNeighbor<int, int>> pool;
     auto listed = [&](int cell) {
@@ -218,6 +215,8 @@ TEST(PathfinderGridTest, DiagonalsNeverCutABlockedCorner) {
     EXPECT_EQ(out[1]->cost, 1.0);
     EXPECT_EQ(listed(3), (std::vector<int>{4, 6, 0, 7}));
     EXPECT_DOUBLE_EQ(out[3]->cost, std::numbers::sqrt2);
+    EXPECT_EQ(out[3]->data, 4);
+    EXPECT_TRUE(listed(1).empty());  // nothing leaves a blocked cell
 }
 
 }  // namespace
