@@ -6,19 +6,19 @@ namespace veldra {
 
 namespace {
 // The frames of the one simulation thread. Bounded by the program's own call depth.
-thread_local std::vector<std::source_location> frames;
+thread_local std::vector<SourceLocation> frames;
 
-std::string describe(const std::source_location& where) {
+std::string describe(const SourceLocation& where) {
     std::string_view file = where.file_name();
     if (auto slash = file.rfind('/'); slash != std::string_view::npos) file = file.substr(slash + 1);
     return std::string(where.function_name()) + " (" + std::string(file) + ":" + std::to_string(where.line()) + ")";
 }
 }  // namespace
 
-CallstackScope::CallstackScope(std::source_location where) { frames.push_back(where); }
+CallstackScope::CallstackScope(SourceLocation where) { frames.push_back(where); }
 CallstackScope::~CallstackScope() { frames.pop_back(); }
 
-std::vector<std::string> debug_get_callstack(std::source_location where) {
+std::vector<std::string> debug_get_callstack(SourceLocation where) {
     std::vector<std::string> out;
     out.reserve(frames.size() + 1);
     out.push_back(describe(where));
@@ -26,7 +26,7 @@ std::vector<std::string> debug_get_callstack(std::source_location where) {
     return out;
 }
 
-std::string debug_callstack_text(std::source_location where) {
+std::string debug_callstack_text(SourceLocation where) {
     std::string text;
     for (const auto& frame : debug_get_callstack(where)) {
         if (!text.empty()) text += "\n";

@@ -3,7 +3,7 @@
 // and the uncaught-rejection handler print it. A function opts in with VELDRA_SCOPE() at its
 // top; the marker costs two stores and no allocation.
 
-#include <source_location>
+#include "runtime/source_location.h"
 #include <string>
 #include <vector>
 
@@ -11,7 +11,7 @@ namespace veldra {
 
 class CallstackScope {
 public:
-    explicit CallstackScope(std::source_location where = std::source_location::current());
+    explicit CallstackScope(SourceLocation where = SourceLocation::current());
     ~CallstackScope();
     CallstackScope(const CallstackScope&) = delete;
     CallstackScope& operator=(const CallstackScope&) = delete;
@@ -19,10 +19,10 @@ public:
 
 // Innermost frame first, each "function (file:line)". `where` is added as the innermost frame
 // so that a caller without its own scope marker still shows up.
-std::vector<std::string> debug_get_callstack(std::source_location where = std::source_location::current());
+std::vector<std::string> debug_get_callstack(SourceLocation where = SourceLocation::current());
 
 // The frames joined by "\n".
-std::string debug_callstack_text(std::source_location where = std::source_location::current());
+std::string debug_callstack_text(SourceLocation where = SourceLocation::current());
 
 }  // namespace veldra
 

@@ -7,7 +7,7 @@
 
 namespace veldra {
 
-bool once_only_first_call(bool& called, std::source_location where) {
+bool once_only_first_call(bool& called, SourceLocation where) {
     if (!called) {
         called = true;
         return true;

@@ -3,7 +3,7 @@
 // slot and call this first. A repeated call is a programming fault, reported with the call stack
 // so the second caller can be found.
 
-#include <source_location>
+#include "runtime/source_location.h"
 #include <string_view>
 
 namespace veldra {
@@ -13,6 +13,6 @@ inline constexpr std::string_view ONCE_ONLY_MESSAGE =
 
 // True on the first call for `called` (and sets it). On later calls logs ONCE_ONLY_MESSAGE,
 // a line break and the call stack through log_error, and returns false.
-bool once_only_first_call(bool& called, std::source_location where = std::source_location::current());
+bool once_only_first_call(bool& called, SourceLocation where = SourceLocation::current());
 
 }  // namespace veldra

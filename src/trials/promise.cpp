@@ -22,7 +22,7 @@ void PromiseSettler::operator()(const Value& value_or_reason) const {
 
 HandlerResult::HandlerResult(const Promise& promise) : promise_(PromiseAccess::state_of(promise)) {}
 
-Promise::Promise(Executor executor, std::source_location where)
+Promise::Promise(Executor executor, SourceLocation where)
     : state_(detail::make_state(where)) {
     state_->executor = std::move(executor);
     if (detail::promise_settings().delayed_execution)
@@ -65,7 +65,7 @@ void run_handler(const StatePtr& next, const PromiseHandler& handler, const Valu
 }  // namespace
 
 Promise Promise::and_then(PromiseHandler on_fulfilled, PromiseHandler on_rejected,
-                          std::source_location where) const {
+                          SourceLocation where) const {
     StatePtr next = detail::make_state(where);
     // Passing on a reason that was already there adds no new failure: the rejection of this
     // promise was judged when it happened.
@@ -92,7 +92,7 @@ Promise Promise::and_then(PromiseHandler on_fulfilled, PromiseHandler on_rejecte
     return PromiseAccess::wrap(std::move(next));
 }
 
-Promise Promise::and_catch(PromiseHandler on_rejected, std::source_location where) const {
+Promise Promise::and_catch(PromiseHandler on_rejected, SourceLocation where) const {
     return and_then(nullptr, std::move(on_rejected), where);
 }
 

@@ -18,7 +18,7 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
-#include <source_location>
+#include "runtime/source_location.h"
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -120,7 +120,7 @@ public:
     // with it on, it runs in the event loop's next step. `where` is recorded as the innermost
     // frame of debug_callstack() when promise debugging is on.
     explicit Promise(Executor executor,
-                     std::source_location where = std::source_location::current());
+                     SourceLocation where = SourceLocation::current());
 
     PromiseStatus status() const;
     bool is_pending() const { return status() == PromiseStatus::pending; }
@@ -135,9 +135,9 @@ public:
     // promise runs at once, inside this call. Without the matching handler the outcome passes
     // on unchanged; with on_rejected, a rejection is recovered (the new promise is fulfilled).
     Promise and_then(PromiseHandler on_fulfilled, PromiseHandler on_rejected = {},
-                     std::source_location where = std::source_location::current()) const;
+                     SourceLocation where = SourceLocation::current()) const;
     Promise and_catch(PromiseHandler on_rejected,
-                      std::source_location where = std::source_location::current()) const;
+                      SourceLocation where = SourceLocation::current()) const;
     // Not provided: returns a promise rejected with "Not implemented yet.", which reaches the
     // uncaught handler unless someone catches it.
     Promise and_finally(PromiseHandler callback) const;

@@ -12,7 +12,7 @@ PromiseSettings& promise_settings() {
     return ctx().slot<PromiseSettings>();
 }
 
-StatePtr make_state(std::source_location where) {
+StatePtr make_state(SourceLocation where) {
     auto state = std::make_shared<PromiseState>();
     if (promise_settings().debug_enabled)
         state->debug_callstack = debug_get_callstack(where);

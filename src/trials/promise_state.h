@@ -5,7 +5,7 @@
 
 #include <functional>
 #include <memory>
-#include <source_location>
+#include "runtime/source_location.h"
 #include <string>
 #include <vector>
 
@@ -49,7 +49,7 @@ struct PromiseAccess {
 };
 
 // A pending state with no executor; keeps the call stack when debugging is on.
-StatePtr make_state(std::source_location where);
+StatePtr make_state(SourceLocation where);
 
 // Runs the executor with this promise's resolve and reject functions; an exception rejects.
 // Afterwards a rejection nobody catches goes to the uncaught handler.
