@@ -1,0 +1,34 @@
+#pragma once
+// The running trial as creatures see it. The trial lives above this folder, so it hands its
+// terrain, generator, clock, ticker and event log down through this slot: it fills it before the
+// level is laid out and resets it when it ends. Creatures never hold on to these pointers beyond
+// a tick.
+
+#include <functional>
+#include <string>
+
+#include "runtime/instance_id.h"
+#include "util/rng.h"
+
+namespace veldra {
+
+class Terrain;
+
+struct TrialWorld {
+    const Terrain* terrain = nullptr;  // the level's terrain; set by the trial before dumping
+    bool is_auto_run = false;          // automatic trial: no visuals, bubbles, rocks or foliage
+    // The trial's own generator: counter-attack and exchange-back chances, monster timers and
+    // cell picks. Tick handlers get the ticker's generator instead, for the decision draws.
+    Rng* rng = nullptr;
+    double spent_ticks = 0;  // ticks run so far; the creatures' only clock
+    // Subscribes a tick handler under its owner; the ticker drops it once the owner is gone.
+    std::function<void(InstanceId owner, std::function<void(double tick, Rng& rng)>)>
+        subscribe_tick;
+    // The trial's event log; unset means nothing is logged, so callers test it before building
+    // any text.
+    std::function<void(const std::string&)> log_event;
+};
+
+TrialWorld& trial_world();
+
+}  // namespace veldra
