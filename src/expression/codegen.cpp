@@ -9,12 +9,13 @@ namespace {
 // How a binary node is computed: the operand named first runs first and leaves its value in
 // acc; the other is then read directly (leaf or pair) or from the stack.
 enum class BinaryPlan {
-    single,    // both operands are leaves: one instruction
-    acc_leaf,  // a first, then acc op leaf b
-    leaf_acc,  // b first, then leaf a op acc
-    acc_pair,  // a first, then acc op pair b
-    pair_acc,  // b first, then pair a op acc
-    stack,     // a first, push, b, then pop op acc
+    single,      // both operands are leaves: one instruction
+    const_pair,  // a constant and an arithmetic pair: one (two-slot) instruction
+    acc_leaf,    // a first, then acc op leaf b
+    leaf_acc,    // b first, then leaf a op acc
+    acc_pair,    // a first, then acc op pair b
+    pair_acc,    // b first, then pair a op acc
+    stack,       // a first, push, b, then pop op acc
 };
 
 class CodeGenerator {
@@ -31,7 +32,7 @@ private:
     void emit_binary_rest(const Node& node);
     void emit_ternary_rest(const Node& node);
     void emit_leaf_operand(Op op, NodeId leaf, BinaryForm var_form, BinaryForm const_form);
-    void emit_pair_operand(Op op1, NodeId pair, bool pair_first);
+    void emit_pair(Op op1, NodeId pair, PairForm form, double constant);
     void emit(std::uint16_t opcode, std::uint8_t x, std::uint8_t y, double k, int stack_change);
 
     std::uint8_t var_index(NodeId id) const { return static_cast<std::uint8_t>(ast_[id].var); }
@@ -71,16 +72,25 @@ void CodeGenerator::emit(std::uint16_t op, std::uint8_t x, std::uint8_t y, doubl
 BinaryPlan CodeGenerator::plan(const Node& node) const {
     const NodeId a = node.args[0];
     const NodeId b = node.args[1];
-    if (is_leaf(a) && is_leaf(b))
+    const bool arith = is_arith(node.op);
+    if (is_leaf(a) && is_leaf(b)) {
         return BinaryPlan::single;
-    if (is_leaf(b))
+    }
+    if (arith && ((is_const(a) && is_pair(b)) || (is_pair(a) && is_const(b)))) {
+        return BinaryPlan::const_pair;
+    }
+    if (is_leaf(b)) {
         return BinaryPlan::acc_leaf;
-    if (is_leaf(a))
+    }
+    if (is_leaf(a)) {
         return BinaryPlan::leaf_acc;
-    if (is_arith(node.op) && is_pair(b))
+    }
+    if (arith && is_pair(b)) {
         return BinaryPlan::acc_pair;
-    if (is_arith(node.op) && is_pair(a))
+    }
+    if (arith && is_pair(a)) {
         return BinaryPlan::pair_acc;
+    }
     return BinaryPlan::stack;
 }
 
@@ -95,6 +105,7 @@ NodeId CodeGenerator::first_operand(const Node& node) const {
         case 2:
             switch (plan(node)) {
                 case BinaryPlan::single:
+                case BinaryPlan::const_pair:
                     return NO_NODE;
                 case BinaryPlan::leaf_acc:
                 case BinaryPlan::pair_acc:
@@ -138,6 +149,18 @@ void CodeGenerator::emit_single(const Node& node, bool push) {
         return;
     }
     const NodeId b = node.args[1];
+    if (plan(node) == BinaryPlan::const_pair) {
+        // No push variants of these: a separate push is rarely needed.
+        if (push) {
+            emit(opcode(Fixed::push), 0, 0, 0.0, 1);
+        }
+        if (is_const(a)) {
+            emit_pair(node.op, b, PairForm::const_pair, value(a));
+        } else {
+            emit_pair(node.op, a, PairForm::pair_const, value(b));
+        }
+        return;
+    }
     assert((is_var(a) || is_var(b)) && "CodeGenerator: constant operation was not folded");
     if (is_var(a) && is_var(b)) {
         emit(opcode(node.op, push ? BinaryForm::push_var_var : BinaryForm::var_var), var_index(a),
@@ -196,16 +219,17 @@ void CodeGenerator::emit_binary_rest(const Node& node) {
             emit_leaf_operand(node.op, a, BinaryForm::var_acc, BinaryForm::const_acc);
             return;
         case BinaryPlan::acc_pair:
-            emit_pair_operand(node.op, b, false);
+            emit_pair(node.op, b, PairForm::acc_pair, 0.0);
             return;
         case BinaryPlan::pair_acc:
-            emit_pair_operand(node.op, a, true);
+            emit_pair(node.op, a, PairForm::pair_acc, 0.0);
             return;
         case BinaryPlan::stack:
             generate(b, true);
             emit(opcode(node.op, BinaryForm::stack_acc), 0, 0, 0.0, -1);
             return;
         case BinaryPlan::single:
+        case BinaryPlan::const_pair:
             assert(false && "CodeGenerator: a single-instruction node has no rest");
             return;
     }
@@ -220,19 +244,30 @@ void CodeGenerator::emit_leaf_operand(Op op, NodeId leaf, BinaryForm var_form,
     }
 }
 
-void CodeGenerator::emit_pair_operand(Op op1, NodeId pair, bool pair_first) {
+// The const forms carry `constant` in the first instruction and the pair's own constant in a
+// second one.
+void CodeGenerator::emit_pair(Op op1, NodeId pair, PairForm form, double constant) {
     const Node& node = ast_[pair];
     const NodeId x = node.args[0];
     const NodeId y = node.args[1];
-    if (is_var(x) && is_var(y)) {
-        emit(pair_opcode(op1, node.op, PairShape::var_var, pair_first), var_index(x), var_index(y),
-             0.0, 0);
-    } else if (is_var(x)) {
-        emit(pair_opcode(op1, node.op, PairShape::var_const, pair_first), var_index(x), 0, value(y),
-             0);
+    const bool two_slots = form == PairForm::const_pair || form == PairForm::pair_const;
+    PairShape shape = PairShape::var_var;
+    std::uint8_t var = var_index(x);
+    double pair_constant = 0.0;
+    if (!is_var(y)) {
+        shape = PairShape::var_const;
+        pair_constant = value(y);
+    } else if (!is_var(x)) {
+        shape = PairShape::const_var;
+        var = var_index(y);
+        pair_constant = value(x);
+    }
+    const std::uint16_t code = pair_opcode(op1, node.op, shape, form);
+    if (two_slots) {
+        emit(code, var, var_index(y), constant, 0);
+        emit(opcode(Fixed::ret), 0, 0, pair_constant, 0);  // data only, never run
     } else {
-        emit(pair_opcode(op1, node.op, PairShape::const_var, pair_first), var_index(y), 0, value(x),
-             0);
+        emit(code, var, var_index(y), pair_constant, 0);
     }
 }
 

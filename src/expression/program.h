@@ -49,10 +49,16 @@ enum class TernaryForm : std::uint8_t {
 inline constexpr int TERNARY_FORM_COUNT = 4;
 
 // Pair forms fuse an arithmetic operation with an operand that is itself an arithmetic
-// operation on two leaves: acc = acc op1 (x op2 y), or acc = (x op2 y) op1 acc with pair_first.
-// "2*C*(1 - ENERGY_LEVEL)" or "... - 0.5*N" then need no operand stack.
+// operation on two leaves (a "pair"), so "2*C*(1 - ENERGY_LEVEL)", "... - 0.5*N" or
+// "0.5 + 0.5*A" need no operand stack:
+//   acc_pair:   acc = acc op1 (x op2 y)      pair_acc:   acc = (x op2 y) op1 acc
+//   const_pair: acc = k op1 (x op2 y)        pair_const: acc = (x op2 y) op1 k
+// The const forms are two instructions long; the pair's own constant, if any, is in the
+// second one's k.
 enum class PairShape : std::uint8_t { var_var, var_const, const_var };
 inline constexpr int PAIR_SHAPE_COUNT = 3;
+enum class PairForm : std::uint8_t { acc_pair, pair_acc, const_pair, pair_const };
+inline constexpr int PAIR_FORM_COUNT = 4;
 inline constexpr int ARITH_OP_COUNT = 4;  // Add, Sub, Mul, Div: the first binary operations
 
 #define VELDRA_EXPR_ARITH_OPS(X) X(Add) X(Sub) X(Mul) X(Div)
@@ -66,16 +72,17 @@ constexpr bool is_arith(Op op) {
 
 // Opcode numbering: the fixed instructions, then UNARY_FORM_COUNT opcodes per unary operation,
 // BINARY_FORM_COUNT per binary operation and TERNARY_FORM_COUNT per ternary operation, each
-// group in the order of the operation lists; then the pair forms, ordered by op1, op2, shape,
-// and acc-first before pair-first.
+// group in the order of the operation lists; then the pair forms, ordered by op1, op2, shape
+// and form.
 enum class Fixed : std::uint16_t {
     load_var,
     load_const,
     push_load_var,
     push_load_const,
+    push,
     ret,  // also fills the data slot of two-instruction forms
 };
-inline constexpr int FIXED_OPCODE_COUNT = 5;
+inline constexpr int FIXED_OPCODE_COUNT = 6;
 inline constexpr int UNARY_OPCODE_BASE = FIXED_OPCODE_COUNT;
 inline constexpr int BINARY_OPCODE_BASE = UNARY_OPCODE_BASE + FIRST_BINARY_OP * UNARY_FORM_COUNT;
 inline constexpr int TERNARY_OPCODE_BASE =
@@ -83,7 +90,7 @@ inline constexpr int TERNARY_OPCODE_BASE =
 inline constexpr int PAIR_OPCODE_BASE =
     TERNARY_OPCODE_BASE + (OP_COUNT - FIRST_TERNARY_OP) * TERNARY_FORM_COUNT;
 inline constexpr int OPCODE_COUNT =
-    PAIR_OPCODE_BASE + ARITH_OP_COUNT * ARITH_OP_COUNT * PAIR_SHAPE_COUNT * 2;
+    PAIR_OPCODE_BASE + ARITH_OP_COUNT * ARITH_OP_COUNT * PAIR_SHAPE_COUNT * PAIR_FORM_COUNT;
 
 constexpr std::uint16_t opcode(Fixed fixed) {
     return static_cast<std::uint16_t>(fixed);
@@ -103,13 +110,14 @@ constexpr std::uint16_t opcode(Op op, TernaryForm form) {
         static_cast<int>(form));
 }
 
-constexpr std::uint16_t pair_opcode(Op op1, Op op2, PairShape shape, bool pair_first) {
+constexpr std::uint16_t pair_opcode(Op op1, Op op2, PairShape shape, PairForm form) {
     const int arith1 = static_cast<int>(op1) - FIRST_BINARY_OP;
     const int arith2 = static_cast<int>(op2) - FIRST_BINARY_OP;
     return static_cast<std::uint16_t>(
         PAIR_OPCODE_BASE +
-        ((arith1 * ARITH_OP_COUNT + arith2) * PAIR_SHAPE_COUNT + static_cast<int>(shape)) * 2 +
-        (pair_first ? 1 : 0));
+        ((arith1 * ARITH_OP_COUNT + arith2) * PAIR_SHAPE_COUNT + static_cast<int>(shape)) *
+            PAIR_FORM_COUNT +
+        static_cast<int>(form));
 }
 
 struct Instr {

@@ -78,20 +78,30 @@ namespace veldra::detail {
     VELDRA_EXPR_TERNARY_HANDLER(op, stack_acc_const, --sp, *sp, acc, ip->k, 1)      \
     VELDRA_EXPR_TERNARY_HANDLER(op, acc_const_const, (void)0, acc, ip[0].k, ip[1].k, 2)
 
-#define VELDRA_EXPR_PAIR_HANDLER(op1, op2, shape, x, y)                         \
-    VELDRA_EXPR_HANDLER(op1##_##op2##_##shape##_acc_first,                      \
-                        pair_opcode(Op::op1, Op::op2, PairShape::shape, false)) \
-    acc = binary<Op::op1>(acc, binary<Op::op2>(x, y));                          \
-    VELDRA_EXPR_NEXT(1);                                                        \
-    VELDRA_EXPR_HANDLER(op1##_##op2##_##shape##_pair_first,                     \
-                        pair_opcode(Op::op1, Op::op2, PairShape::shape, true))  \
-    acc = binary<Op::op1>(binary<Op::op2>(x, y), acc);                          \
-    VELDRA_EXPR_NEXT(1);
+#define VELDRA_EXPR_PAIR_FORM(op1, op2, shape, form, left, right, length)                \
+    VELDRA_EXPR_HANDLER(op1##_##op2##_##shape##_##form,                                  \
+                        pair_opcode(Op::op1, Op::op2, PairShape::shape, PairForm::form)) \
+    acc = binary<Op::op1>(left, right);                                                  \
+    VELDRA_EXPR_NEXT(length);
 
-#define VELDRA_EXPR_PAIR_SHAPES(op1, op2)                                 \
-    VELDRA_EXPR_PAIR_HANDLER(op1, op2, var_var, vars[ip->x], vars[ip->y]) \
-    VELDRA_EXPR_PAIR_HANDLER(op1, op2, var_const, vars[ip->x], ip->k)     \
-    VELDRA_EXPR_PAIR_HANDLER(op1, op2, const_var, ip->k, vars[ip->x])
+// The pair's value for each shape; `k2` is where the pair's constant sits: this instruction's
+// k, or the second instruction's for the const forms.
+#define VELDRA_EXPR_PAIR_var_var(op2, k2) binary<Op::op2>(vars[ip->x], vars[ip->y])
+#define VELDRA_EXPR_PAIR_var_const(op2, k2) binary<Op::op2>(vars[ip->x], k2)
+#define VELDRA_EXPR_PAIR_const_var(op2, k2) binary<Op::op2>(k2, vars[ip->x])
+
+#define VELDRA_EXPR_PAIR_HANDLER(op1, op2, shape)                                                  \
+    VELDRA_EXPR_PAIR_FORM(op1, op2, shape, acc_pair, acc, VELDRA_EXPR_PAIR_##shape(op2, ip->k), 1) \
+    VELDRA_EXPR_PAIR_FORM(op1, op2, shape, pair_acc, VELDRA_EXPR_PAIR_##shape(op2, ip->k), acc, 1) \
+    VELDRA_EXPR_PAIR_FORM(op1, op2, shape, const_pair, ip->k,                                      \
+                          VELDRA_EXPR_PAIR_##shape(op2, ip[1].k), 2)                               \
+    VELDRA_EXPR_PAIR_FORM(op1, op2, shape, pair_const, VELDRA_EXPR_PAIR_##shape(op2, ip[1].k),     \
+                          ip->k, 2)
+
+#define VELDRA_EXPR_PAIR_SHAPES(op1, op2)         \
+    VELDRA_EXPR_PAIR_HANDLER(op1, op2, var_var)   \
+    VELDRA_EXPR_PAIR_HANDLER(op1, op2, var_const) \
+    VELDRA_EXPR_PAIR_HANDLER(op1, op2, const_var)
 
 // The inner operation list is spelled out: a macro cannot expand the list it is expanded from.
 #define VELDRA_EXPR_PAIR_HANDLERS(op1) \
@@ -99,10 +109,13 @@ namespace veldra::detail {
     VELDRA_EXPR_PAIR_SHAPES(op1, Sub)  \
     VELDRA_EXPR_PAIR_SHAPES(op1, Mul) VELDRA_EXPR_PAIR_SHAPES(op1, Div)
 
-#define VELDRA_EXPR_PAIR_SHAPE_LABELS(op1, op2)                                    \
-    &&op1##_##op2##_var_var_acc_first, &&op1##_##op2##_var_var_pair_first,         \
-        &&op1##_##op2##_var_const_acc_first, &&op1##_##op2##_var_const_pair_first, \
-        &&op1##_##op2##_const_var_acc_first, &&op1##_##op2##_const_var_pair_first,
+#define VELDRA_EXPR_PAIR_FORM_LABELS(op1, op2, shape)                       \
+    &&op1##_##op2##_##shape##_acc_pair, &&op1##_##op2##_##shape##_pair_acc, \
+        &&op1##_##op2##_##shape##_const_pair, &&op1##_##op2##_##shape##_pair_const,
+#define VELDRA_EXPR_PAIR_SHAPE_LABELS(op1, op2)       \
+    VELDRA_EXPR_PAIR_FORM_LABELS(op1, op2, var_var)   \
+    VELDRA_EXPR_PAIR_FORM_LABELS(op1, op2, var_const) \
+    VELDRA_EXPR_PAIR_FORM_LABELS(op1, op2, const_var)
 #define VELDRA_EXPR_PAIR_LABELS(op1)        \
     VELDRA_EXPR_PAIR_SHAPE_LABELS(op1, Add) \
     VELDRA_EXPR_PAIR_SHAPE_LABELS(op1, Sub) \
@@ -132,6 +145,7 @@ double run_program(const Instr* ip, const double* vars) noexcept {
         &&load_const,
         &&push_load_var,
         &&push_load_const,
+        &&push,
         &&ret,
         VELDRA_EXPR_UNARY_OPS(VELDRA_EXPR_UNARY_LABELS)
             VELDRA_EXPR_BINARY_OPS(VELDRA_EXPR_BINARY_LABELS)
@@ -162,6 +176,9 @@ double run_program(const Instr* ip, const double* vars) noexcept {
     VELDRA_EXPR_HANDLER(push_load_const, opcode(Fixed::push_load_const))
     *sp++ = acc;
     acc = ip->k;
+    VELDRA_EXPR_NEXT(1);
+    VELDRA_EXPR_HANDLER(push, opcode(Fixed::push))
+    *sp++ = acc;
     VELDRA_EXPR_NEXT(1);
     VELDRA_EXPR_UNARY_OPS(VELDRA_EXPR_UNARY_HANDLERS)
     VELDRA_EXPR_BINARY_OPS(VELDRA_EXPR_BINARY_HANDLERS)

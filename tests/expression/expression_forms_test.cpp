@@ -125,31 +125,34 @@ TEST(ExpressionForms, BinaryOperations) {
     }
 }
 
+// The other operand of the outer operation is computed (acc_pair, pair_acc) or a constant
+// (const_pair, pair_const; also as a select branch, where it needs a separate push).
 TEST(ExpressionForms, ArithmeticWithAnArithmeticPairOperand) {
     const std::vector<std::vector<Operand>> pairs = {
         {VAR_C, VAR_E}, {VAR_C, CONST}, {CONST, VAR_E}};
     for (const Syntax& outer : BINARY) {
-        if (!detail::is_arith(outer.op)) {
-            continue;
-        }
         for (const Syntax& inner : BINARY) {
-            if (!detail::is_arith(inner.op)) {
+            if (!detail::is_arith(outer.op) || !detail::is_arith(inner.op)) {
                 continue;
             }
             for (const auto& pair : pairs) {
                 const std::string pair_text = "(" + fill(inner.pattern, pair) + ")";
-                const auto pair_value = [&](const Vars& vars) { return apply(inner, pair, vars); };
                 const Operand pair_operand{pair_text.c_str(), nullptr};
-                const std::string acc_first = fill(outer.pattern, {COMPUTED_A, pair_operand});
-                const std::string pair_first = fill(outer.pattern, {pair_operand, COMPUTED_A});
-                expect_source(acc_first, [&](const Vars& vars) {
-                    const double args[2] = {vars[3], pair_value(vars)};
-                    return detail::apply_op(outer.op, args);
-                });
-                expect_source(pair_first, [&](const Vars& vars) {
-                    const double args[2] = {pair_value(vars), vars[3]};
-                    return detail::apply_op(outer.op, args);
-                });
+                for (const Operand& other : {COMPUTED_A, CONST_LOW}) {
+                    const auto expected = [&](bool pair_first) {
+                        return [&, pair_first](const Vars& vars) {
+                            const double p = apply(inner, pair, vars);
+                            const double o = other.value(vars);
+                            const double args[2] = {pair_first ? p : o, pair_first ? o : p};
+                            return detail::apply_op(outer.op, args);
+                        };
+                    };
+                    const std::string other_first = fill(outer.pattern, {other, pair_operand});
+                    const std::string pair_first = fill(outer.pattern, {pair_operand, other});
+                    expect_source(other_first, expected(false));
+                    expect_source(pair_first, expected(true));
+                    expect_source("N ? (" + pair_first + ") : C", expected(true));
+                }
             }
         }
     }
