@@ -1,0 +1,221 @@
+// obj_creature: the creature part of a tick, the attack exchange and the animation state.
+
+#include "creatures/creature.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include <fmt/format.h>
+
+#include "config/game_configurations.h"
+#include "creatures/creature_death_animation.h"
+#include "creatures/creature_pathfinding.h"
+#include "creatures/eid.h"
+#include "creatures/human.h"
+#include "creatures/trial_world.h"
+#include "runtime/runtime.h"
+#include "util/geometry.h"
+
+namespace veldra {
+
+namespace {
+
+// Steps of the one-shot animations an attack starts.
+constexpr double ATTACK_ANIMATION_STEPS = 10;
+constexpr double REACTION_ANIMATION_STEPS = 20;  // duck and hurt
+
+// Degrees, counter-clockwise from +x with y growing downward (screen coordinates).
+double point_direction(double x1, double y1, double x2, double y2) {
+    return std::atan2(-(y2 - y1), x2 - x1) * 180.0 / std::numbers::pi;
+}
+
+// Attack lines are written only in interactive trials.
+bool attack_log_wanted() {
+    const TrialWorld& world = trial_world();
+    return world.log_event && !world.is_auto_run;
+}
+
+}  // namespace
+
+void CreatureSprites::set(int idle_, int walk_, int stand_, int attack_, int duck_, int hurt_,
+                          int exchange_, int dead_) {
+    idle = idle_;
+    walk = walk_;
+    stand = stand_;
+    attack = attack_;
+    duck = duck_;
+    hurt = hurt_;
+    exchange = exchange_;
+    dead = dead_;
+}
+
+void obj_creature::on_create() {
+    obj_entity::on_create();
+    energy_previous = energy;
+    // A facing from the id hash: looks random, touches no generator.
+    image_xscale = (id_hash >> 7 & 1) ? 1 : -1;
+    animated_xscale = image_xscale;
+    animated_yscale = image_yscale;
+    x_on_previous_tick = x_on_current_tick = x;
+    y_on_previous_tick = y_on_current_tick = y;
+    subscribe_to_ticker();
+}
+
+// The ticker drops the handler once this creature is gone, so `this` is never used dead.
+void obj_creature::subscribe_to_ticker() {
+    const TrialWorld& world = trial_world();
+    if (world.subscribe_tick)
+        world.subscribe_tick(id(), [this](double tick, Rng& rng) { on_tick(tick, rng); });
+}
+
+void obj_creature::_creature_initialize(double energy_max_, double energy_) {
+    energy_max = energy_max_;
+    energy = energy_;
+    energy_previous = energy_;
+}
+
+void obj_creature::on_tick(double, Rng&) {
+    if (energy <= 0) {
+        rt().instance_destroy(id());
+        return;
+    }
+    if (attack_cooldown_timer > 0)
+        attack_cooldown_timer -= 1;
+    if (energy != energy_previous) {
+        energy_previous = energy;
+        energy_changed_event.invoke();
+    }
+    x_on_previous_tick = x_on_current_tick;
+    y_on_previous_tick = y_on_current_tick;
+    x_on_current_tick = x;
+    y_on_current_tick = y;
+}
+
+void obj_creature::on_destroy() {
+    creature_create_death_animation(*this);
+}
+
+void obj_creature::on_clean_up() {
+    attack_times_per_creature.clear();
+    creature_pathfinding_forget(id());
+}
+
+bool obj_creature::can_attack_creature(const obj_creature&) const {
+    return attack_cooldown_timer <= 0;
+}
+
+double obj_creature::get_attack_cooldown_as_ticks() const {
+    return std::ceil(1.0 / configs().attack_frequency * 60.0);
+}
+
+FightOutcome obj_creature::attack_creature(obj_creature& target, Rng& rng) {
+    const int drawn = fight_action_sampler.get(FIGHT_FLEE, rng);
+    FightOutcome outcome = FightOutcome::flee;
+    if (drawn == FIGHT_HIT) {
+        outcome = FightOutcome::hit;
+        deal_hit(target);
+    } else if (drawn == FIGHT_MISS) {
+        outcome = FightOutcome::miss;
+        log_attack("misses", target);
+        start_animation(CREATURE_ANIMATION_ATTACK, target.x, target.y, ATTACK_ANIMATION_STEPS);
+        target.start_animation(CREATURE_ANIMATION_DUCK, x, y, REACTION_ANIMATION_STEPS);
+    } else {
+        log_attack("flees from", target);
+    }
+    attack_times_per_creature[target.id()] = trial_world().spent_ticks;
+    attack_cooldown_timer = get_attack_cooldown_as_ticks();
+    target.got_attacked_event.invoke(id());
+    if (target.energy <= 0)
+        reward_kill(target);
+    return outcome;
+}
+
+// The first blow against a creature is told from later ones over both directions: a creature
+// that was attacked by its target earlier strikes a normal blow.
+void obj_creature::deal_hit(obj_creature& target) {
+    const bool first = !creatures_get_last_attack_time(*this, target).has_value();
+    target.energy -= first ? first_attack_damage : normal_attack_damage;
+    energy = std::min(energy_max, energy + attacker_energy_gain);
+    log_attack("hits", target);
+    start_animation(CREATURE_ANIMATION_ATTACK, target.x, target.y, ATTACK_ANIMATION_STEPS);
+    target.start_animation(CREATURE_ANIMATION_HURT, x, y, REACTION_ANIMATION_STEPS);
+}
+
+// Only humans live off their kills; the target dies at its own next tick.
+void obj_creature::reward_kill(const obj_creature& target) {
+    if (!is_a<obj_human>())
+        return;
+    const GameConfigurations& c = configs();
+    const double gain = target.is_a<obj_human>() ? c.human_energy_gain_kill_human
+                                                 : c.human_energy_gain_kill_monster;
+    energy = std::min(energy_max, energy + gain);
+    if (trial_world().log_event)
+        trial_world().log_event(
+            fmt::format("{} killed {}.", EID(this, false), EID(&target, false)));
+}
+
+void obj_creature::log_attack(const char* verb, const obj_creature& target) const {
+    if (attack_log_wanted())
+        trial_world().log_event(
+            fmt::format("{} {} {}.", EID(this, false), verb, EID(&target, false)));
+}
+
+void obj_creature::start_animation(CreatureAnimation kind, double target_x, double target_y,
+                                   double time) {
+    if (!trial_world().is_auto_run) {
+        animation = kind;
+        animation_timer = 0;
+        animation_time = time;
+        animation_direction = point_direction(x, y, target_x, target_y);
+        attack_animation_offset_x = 0;
+        attack_animation_offset_y = 0;
+    }
+    animation_started_event.invoke();
+}
+
+void obj_creature::on_step_end() {
+    if (!trial_world().is_auto_run)
+        step_animation();
+}
+
+// Sprites are not drawn yet; what is kept is the state a window will read: facing, standing
+// time and the one-shot animation's progress.
+void obj_creature::step_animation() {
+    attack_animation_offset_x = 0;
+    attack_animation_offset_y = 0;
+    if (animation != CREATURE_ANIMATION_NONE) {
+        const double facing = std::cos(animation_direction * std::numbers::pi / 180.0);
+        image_xscale = std::fabs(animated_xscale) * (facing < 0 ? -1 : 1);
+        animation_timer += 1;
+        if (animation_timer >= animation_time)
+            animation = CREATURE_ANIMATION_NONE;
+        return;
+    }
+    const bool moved =
+        x_on_current_tick != x_on_previous_tick || y_on_current_tick != y_on_previous_tick;
+    time_spend_standing = moved ? 0 : time_spend_standing + 1;
+}
+
+bool creature_is_within_attack_range(const obj_creature& a, const obj_creature& b) {
+    return point_distance(a.x, a.y, b.x, b.y) <= a.attack_range;
+}
+
+std::optional<double> creatures_get_last_attack_time(const obj_creature& a, const obj_creature& b) {
+    std::optional<double> latest;
+    if (auto it = a.attack_times_per_creature.find(b.id()); it != a.attack_times_per_creature.end())
+        latest = it->second;
+    if (auto it = b.attack_times_per_creature.find(a.id()); it != b.attack_times_per_creature.end())
+        latest = latest ? std::max(*latest, it->second) : it->second;
+    return latest;
+}
+
+void creature_create_death_animation(const obj_creature& creature) {
+    if (trial_world().is_auto_run)
+        return;
+    rt().instance_create_depth<obj_creature_death_animation>(creature.x, creature.y,
+                                                             creature.depth - 4)
+        .initialize(creature);
+}
+
+}  // namespace veldra
