@@ -1,0 +1,116 @@
+#pragma once
+// Shared by the creatures tests: a fresh context with the shipped configuration loaded, the
+// level cell types, action types, pathfinding and spawning set up, a level laid out from rows of
+// characters, and a tiny ticker standing in for the trial's (handlers in subscription order,
+// those of destroyed owners skipped).
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "config/game_configurations.h"
+#include "creatures/creature_pathfinding.h"
+#include "creatures/creature_spawning.h"
+#include "creatures/human_action_type.h"
+#include "creatures/trial_world.h"
+#include "runtime/context.h"
+#include "runtime/log.h"
+#include "runtime/runtime.h"
+#include "world/level.h"
+#include "world/level_cell_types.h"
+
+namespace veldra::testing {
+
+class CreatureTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        setenv("VeldraProjectDir", VELDRA_SOURCE_DIR, 1);
+        initialize_configs();
+        ASSERT_TRUE(reload_game_configurations());
+        initialize_level_cell_types();
+        initialize_human_action_types();
+        initialize_creature_pathfinding();
+        initialize_creature_spawning();
+        rt().start(rt().room_add({"rm_test", nullptr}));
+        TrialWorld& world = trial_world();
+        world.rng = &trial_rng;
+        world.subscribe_tick = [this](InstanceId owner, std::function<void(double, Rng&)> fn) {
+            handlers.push_back({owner, std::move(fn)});
+        };
+        world.log_event = [this](const std::string& text) { events.push_back(text); };
+    }
+
+    void TearDown() override { rt().shutdown(); }
+
+    GameConfigurations& mutable_configs() { return *ctx().slot<ConfigsSlot>().configs; }
+
+    // Each string a row, each character a cell type ('x' hole, 'r' rock, 's' sand, 'h' human,
+    // 'p' player, 'm' monster, 'f' food, ' ' empty). Entities are created as the level says.
+    const Terrain& load(const std::vector<std::string>& rows, bool is_auto_run = true) {
+        std::vector<std::vector<LevelCell>> cells(rows.size());
+        for (std::size_t cy = 0; cy < rows.size(); ++cy) {
+            for (std::size_t cx = 0; cx < rows[cy].size(); ++cx) {
+                const LevelCellType* type = level_cell_type_from_char(rows[cy][cx]);
+                EXPECT_NE(type, nullptr) << "no cell type for '" << rows[cy][cx] << "'";
+                cells[cy].push_back(LevelCell{int(cx), int(cy), type});
+            }
+        }
+        trial_world().is_auto_run = is_auto_run;
+        terrain = level_dump(Level("test", std::move(cells)), is_auto_run);
+        trial_world().terrain = &*terrain;
+        return *terrain;
+    }
+
+    // An instance whose tick handler is never called: a target that stays where it is put.
+    template <class T>
+    T& create_unticked(double x, double y) {
+        auto subscribe = std::move(trial_world().subscribe_tick);
+        trial_world().subscribe_tick = nullptr;
+        T& instance = rt().instance_create<T>(x, y);
+        trial_world().subscribe_tick = std::move(subscribe);
+        return instance;
+    }
+
+    template <class T>
+    T& create(double x, double y) {
+        return rt().instance_create<T>(x, y);
+    }
+
+    // Runs `count` ticks like the trial's ticker: every handler whose owner still exists, in
+    // subscription order, handlers added during a tick included.
+    void tick(int count = 1) {
+        for (int i = 0; i < count; ++i) {
+            for (std::size_t h = 0; h < handlers.size(); ++h) {
+                if (rt().instance_exists(handlers[h].owner)) {
+                    auto fn = handlers[h].fn;  // the vector may grow while it runs
+                    fn(spent_ticks, tick_rng);
+                }
+            }
+            spent_ticks += 1;
+            trial_world().spent_ticks = spent_ticks;
+        }
+    }
+
+    static double centre(int c) { return c * 64.0 + 32.0; }
+
+    struct Handler {
+        InstanceId owner;
+        std::function<void(double, Rng&)> fn;
+    };
+
+    Context context;
+    ContextScope scope{context};
+    LogCapture capture;
+    Rng trial_rng{11};
+    Rng tick_rng{23};
+    std::vector<Handler> handlers;
+    std::vector<std::string> events;
+    std::optional<Terrain> terrain;
+    double spent_ticks = 0;
+};
+
+}  // namespace veldra::testing
