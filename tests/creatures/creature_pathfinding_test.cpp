@@ -1,0 +1,168 @@
+#include "creatures/creature_pathfinding.h"
+
+#include <gtest/gtest.h>
+
+#include "creature_test_fixture.h"
+#include "creatures/monster.h"
+#include "world/terrain.h"
+
+namespace veldra {
+namespace {
+
+class CreaturePathfindingTest : public testing::CreatureTest {
+protected:
+    // A walker that nothing else moves: its own tick would wander off.
+    obj_monster& walker(int cx, int cy) {
+        return create_unticked<obj_monster>(centre(cx), centre(cy));
+    }
+
+    std::vector<std::pair<int, int>> cells_of(const CreaturePath& path) {
+        std::vector<std::pair<int, int>> cells;
+        for (const TerrainCell* cell : path)
+            cells.emplace_back(cell->cx, cell->cy);
+        return cells;
+    }
+    using Cells = std::vector<std::pair<int, int>>;
+};
+
+TEST_F(CreaturePathfindingTest, ShorteningKeepsOnlyTheCorners) {
+    const Terrain& t = load({
+        "     ",
+        "xxxx ",
+        "     ",
+    });
+    auto& m = walker(0, 0);
+    // Along the top row and down the right side: the top-right corner, then straight down.
+    EXPECT_EQ(cells_of(creature_find_path(m, *t.cell_at(4, 2))), (Cells{{4, 0}, {4, 2}}));
+    // A clear straight line needs no corner at all.
+    EXPECT_EQ(cells_of(creature_find_path(m, *t.cell_at(3, 0))), (Cells{{3, 0}}));
+    // Round the wall's end and back along the bottom: a whole cell cannot pass the wall's
+    // corner diagonally, so the corner kept is the one below it.
+    m.x = centre(4);
+    m.y = centre(0);
+    EXPECT_EQ(cells_of(creature_find_path(m, *t.cell_at(0, 2))), (Cells{{4, 2}, {0, 2}}));
+}
+
+TEST_F(CreaturePathfindingTest, OwnCellIsOneEntryAndTheCreatureStopsAtItsCentre) {
+    const Terrain& t = load({"   "});
+    auto& m = walker(1, 0);
+    m.x += 10;
+    EXPECT_EQ(cells_of(creature_find_path(m, *t.cell_at(1, 0))), (Cells{{1, 0}}));
+    for (int i = 0; i < 20; ++i)
+        creature_approach(m, t.cell_at(1, 0), 3);
+    EXPECT_EQ(m.x, centre(1));
+    EXPECT_EQ(m.y, centre(0));
+    EXPECT_TRUE(creature_current_path(m.id()).empty());
+}
+
+TEST_F(CreaturePathfindingTest, SearchesOnlyWhenTheGoalCellChanges) {
+    const Terrain& t = load({"       ", "       "});
+    auto& m = walker(0, 0);
+    const long before = creature_pathfinding_search_count();
+    creature_approach(m, t.cell_at(6, 0), 2);
+    creature_approach(m, t.cell_at(6, 0), 2);
+    creature_approach(m, &t.cells[6], 2);  // the same cell by another pointer
+    EXPECT_EQ(creature_pathfinding_search_count(), before + 1);
+    EXPECT_EQ(m.x, centre(0) + 6);
+    creature_approach(m, t.cell_at(6, 1), 2);
+    EXPECT_EQ(creature_pathfinding_search_count(), before + 2);
+}
+
+TEST_F(CreaturePathfindingTest, PushedCreatureKeepsWalkingToTheNextCentre) {
+    const Terrain& t = load({"     ", "     ", "     "});
+    auto& m = walker(0, 1);
+    creature_approach(m, t.cell_at(4, 1), 4);
+    const long searches = creature_pathfinding_search_count();
+    m.x = centre(2);
+    m.y = centre(2) + 20;  // knocked into the row below
+    for (int i = 0; i < 100; ++i)
+        creature_approach(m, t.cell_at(4, 1), 4);
+    EXPECT_EQ(creature_pathfinding_search_count(), searches);
+    EXPECT_EQ(m.x, centre(4));
+    EXPECT_EQ(m.y, centre(1));
+}
+
+TEST_F(CreaturePathfindingTest, UnreachableGoalGivesNoPathAndNoMovement) {
+    const Terrain& t = load({"  x  ", "  x  "});
+    auto& m = walker(0, 0);
+    EXPECT_TRUE(creature_find_path(m, *t.cell_at(4, 0)).empty());
+    EXPECT_TRUE(creature_find_path(m, *t.cell_at(2, 0)).empty());  // a blocked goal
+    creature_approach(m, t.cell_at(4, 1), 5);
+    EXPECT_EQ(m.x, centre(0));
+    EXPECT_EQ(m.y, centre(0));
+}
+
+TEST_F(CreaturePathfindingTest, DiagonalStepsNeverCutABlockedCorner) {
+    const Terrain& t = load({
+        " x",
+        "  ",
+    });
+    auto& m = walker(0, 0);
+    // (0,0) to (1,1) passes beside the hole at (1,0): the way goes through (0,1).
+    EXPECT_EQ(cells_of(creature_find_path(m, *t.cell_at(1, 1))), (Cells{{0, 1}, {1, 1}}));
+}
+
+TEST_F(CreaturePathfindingTest, UndefinedTargetClearsThePath) {
+    const Terrain& t = load({"      "});
+    auto& m = walker(0, 0);
+    creature_approach(m, t.cell_at(5, 0), 1);
+    EXPECT_FALSE(creature_current_path(m.id()).empty());
+    const double x = m.x;
+    creature_approach(m, nullptr, 1);
+    EXPECT_TRUE(creature_current_path(m.id()).empty());
+    EXPECT_EQ(m.x, x);
+    // Asking for the old goal again is a change of goal, so it searches again.
+    const long searches = creature_pathfinding_search_count();
+    creature_approach(m, t.cell_at(5, 0), 1);
+    EXPECT_EQ(creature_pathfinding_search_count(), searches + 1);
+}
+
+TEST_F(CreaturePathfindingTest, DestroyedCreatureForgetsItsPath) {
+    const Terrain& t = load({"      "});
+    auto& m = walker(0, 0);
+    const InstanceId id = m.id();
+    creature_approach(m, t.cell_at(5, 0), 1);
+    rt().instance_destroy(id);
+    EXPECT_TRUE(creature_current_path(id).empty());
+}
+
+TEST_F(CreaturePathfindingTest, AdjacentCellIsTheFreeNeighbourNearestTheCreature) {
+    const Terrain& t = load({
+        "     ",
+        " x x ",
+        " xxx ",
+    });
+    auto& m = walker(4, 0);
+    EXPECT_EQ(creature_find_pathfinding_adjacent_target_cell(m, 2, 1), t.cell_at(3, 0));
+    m.x = centre(0);
+    EXPECT_EQ(creature_find_pathfinding_adjacent_target_cell(m, 2, 1), t.cell_at(1, 0));
+    // Shut in on all sides: its own cell when walkable, else nothing.
+    const Terrain& shut = load({"xx ", "xxx"});
+    EXPECT_EQ(creature_find_pathfinding_adjacent_target_cell(m, 2, 0), shut.cell_at(2, 0));
+    EXPECT_EQ(creature_find_pathfinding_adjacent_target_cell(m, 0, 0), nullptr);
+}
+
+TEST_F(CreaturePathfindingTest, FlightGoesToTheReachableCellFarthestFromThePursuer) {
+    load({
+        "          ",
+        "    x     ",
+        "    x     ",
+    });
+    auto& runner = walker(3, 1);
+    auto& pursuer = walker(2, 1);
+    // Right, beyond the wall, at the edge of the flight's reach (four cells).
+    const TerrainCell* cell = creature_find_pathfinding_avoiding_target_cell(runner, pursuer);
+    ASSERT_NE(cell, nullptr);
+    EXPECT_EQ(cell->cx, 7);
+    EXPECT_FALSE(creature_find_path(runner, *cell).empty());
+    // Cornered: nothing is farther from the pursuer than where the runner stands.
+    load({"   x", "xxxx"});
+    runner.x = centre(2);
+    runner.y = centre(0);
+    pursuer.x = centre(0);
+    pursuer.y = centre(0);
+    EXPECT_EQ(creature_find_pathfinding_avoiding_target_cell(runner, pursuer), nullptr);
+}
+
+}  // namespace
+}  // namespace veldra
