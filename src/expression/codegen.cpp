@@ -34,6 +34,8 @@ private:
     void emit_leaf_operand(Op op, NodeId leaf, BinaryForm var_form, BinaryForm const_form);
     void emit_pair(Op op1, NodeId pair, PairForm form, double constant);
     void emit(std::uint16_t opcode, std::uint8_t x, std::uint8_t y, double k, int stack_change);
+    // The second instruction of a two-instruction form: only its k is read.
+    void emit_data(double k) { emit(opcode(Fixed::ret), 0, 0, k, 0); }
 
     std::uint8_t var_index(NodeId id) const { return static_cast<std::uint8_t>(ast_[id].var); }
     double value(NodeId id) const { return ast_[id].value; }
@@ -194,7 +196,7 @@ void CodeGenerator::emit_ternary_rest(const Node& node) {
     const NodeId c = node.args[2];
     if (is_const(b) && is_const(c)) {
         emit(opcode(node.op, TernaryForm::acc_const_const), 0, 0, value(b), 0);
-        emit(opcode(Fixed::ret), 0, 0, value(c), 0);  // data only, never run
+        emit_data(value(c));
         return;
     }
     generate(b, true);
@@ -265,7 +267,7 @@ void CodeGenerator::emit_pair(Op op1, NodeId pair, PairForm form, double constan
     const std::uint16_t code = pair_opcode(op1, node.op, shape, form);
     if (two_slots) {
         emit(code, var, var_index(y), constant, 0);
-        emit(opcode(Fixed::ret), 0, 0, pair_constant, 0);  // data only, never run
+        emit_data(pair_constant);
     } else {
         emit(code, var, var_index(y), pair_constant, 0);
     }

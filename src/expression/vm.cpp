@@ -68,6 +68,7 @@ namespace veldra::detail {
 
 #define VELDRA_EXPR_TERNARY_HANDLER(op, form, pop, a, b, c, length)     \
     VELDRA_EXPR_HANDLER(op##_##form, opcode(Op::op, TernaryForm::form)) \
+    VELDRA_EXPR_REQUIRE(op);                                            \
     pop;                                                                \
     acc = ternary<Op::op>(a, b, c);                                     \
     VELDRA_EXPR_NEXT(length);

@@ -44,13 +44,40 @@ TEST(ExpressionErrors, BadCharactersNamesAndNumbers) {
     expect_error("1e999", 1, "number out of range");
 }
 
-TEST(ExpressionErrors, FunctionCalls) {
-    expect_error("clamp(1, 2)", 1, "function \"clamp\" takes 3 arguments");
-    expect_error("2 * sqrt(1, 2)", 5, "function \"sqrt\" takes 1 argument");
-    expect_error("abs()", 1, "function \"abs\" takes 1 argument");
-    expect_error("min(1)", 1, "function \"min\" takes at least 2 arguments");
-    expect_error("lerp(1, 2, 3, 4)", 1, "function \"lerp\" takes 3 arguments");
-    expect_error("pow(2)", 1, "function \"pow\" takes 2 arguments");
+// Every function refuses one argument too few and (unless it takes any number) one too many,
+// and accepts the right count.
+TEST(ExpressionErrors, FunctionArgumentCounts) {
+    struct Function {
+        std::string name;
+        int arguments;
+        bool at_least;
+    };
+    const Function functions[] = {{"min", 2, true},   {"max", 2, true},    {"clamp", 3, false},
+                                  {"abs", 1, false},  {"sqrt", 1, false},  {"exp", 1, false},
+                                  {"log", 1, false},  {"pow", 2, false},   {"floor", 1, false},
+                                  {"ceil", 1, false}, {"round", 1, false}, {"sign", 1, false},
+                                  {"lerp", 3, false}};
+    auto call = [](const std::string& name, int count) {
+        std::string source = "2 * " + name + "(";
+        for (int i = 0; i < count; ++i) {
+            source += i == 0 ? "C" : ", C";
+        }
+        return source + ")";
+    };
+    for (const Function& f : functions) {
+        const std::string message = "function \"" + f.name + "\" takes " +
+                                    (f.at_least ? "at least " : "") + std::to_string(f.arguments) +
+                                    (f.arguments == 1 ? " argument" : " arguments");
+        expect_error(call(f.name, f.arguments - 1), 5, message);
+        if (!f.at_least) {
+            expect_error(call(f.name, f.arguments + 1), 5, message);
+        }
+        EXPECT_EQ(compile_error(call(f.name, f.arguments + (f.at_least ? 3 : 0))).column, 0u)
+            << f.name;
+    }
+}
+
+TEST(ExpressionErrors, FunctionCallSyntax) {
     expect_error("sqrt 2", 6, "expected '(' after \"sqrt\"");
     expect_error("max", 4, "expected '(' after \"max\"");
     expect_error("min(1 2)", 7, "expected ',' or ')'");
