@@ -35,7 +35,8 @@ public:
     ~CompiledExpression() = default;
 
     // `variables` points to EXPR_VAR_COUNT values in ExprVar order. Never allocates or
-    // throws; division by zero and domain errors give IEEE infinities and NaN.
+    // throws; division by zero and domain errors give IEEE infinities and NaN. Touches no
+    // shared state, so several threads may evaluate one expression at once.
     double evaluate(const double* variables) const noexcept { return run_(code_, variables); }
 
     // The formula as written in the configuration.
