@@ -41,7 +41,7 @@ public:
 
     // The formula as written in the configuration.
     std::string_view source() const noexcept;
-    // Length of the compiled program, in instructions; the developer tools show it as a cost.
+    // Length of the compiled program, in instructions: a rough measure of its cost.
     std::size_t instruction_count() const noexcept;
 
 private:
