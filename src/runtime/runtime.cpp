@@ -177,8 +177,10 @@ void Runtime::change_room() {
 
 void Runtime::shutdown() {
     {
+        // Newest first, like destructors: the services made at start-up (the logger) are still
+        // there while the instances that use them clean up.
         IterationGuard guard(*this);
-        for (std::size_t i = 0; i < instances_.size(); ++i) end_instance(*instances_[i], false);
+        for (std::size_t i = instances_.size(); i-- > 0;) end_instance(*instances_[i], false);
     }
     reclaim_dead();
 }

@@ -115,7 +115,7 @@ public:
     void set_layer_depth(const std::string& layer, double depth) { layer_depths_[layer] = depth; }
     double layer_depth(const std::string& layer) const;
 
-    // Ends every instance (clean-up events), as at program exit.
+    // Ends every instance (clean-up events, newest first), as at program exit.
     void shutdown();
 
 private:

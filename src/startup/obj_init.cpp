@@ -7,6 +7,9 @@
 #include "config/localization.h"
 #include "config/logger.h"
 #include "config/program_parameters.h"
+#include "creatures/creature_pathfinding.h"
+#include "creatures/creature_spawning.h"
+#include "creatures/human_action_type.h"
 #include "net/api_env.h"
 #include "trials/promise.h"
 #include "trials/trial.h"
@@ -67,8 +70,11 @@ void obj_init::on_create() {
     load_active_debug_settings();
     choose_language();
     initialize_configs();
+    initialize_human_action_types();
+    initialize_creature_pathfinding();
     initialize_trials();
     initialize_level_cell_types();
+    initialize_creature_spawning();
     reload_game_configurations();
     choose_run_mode();
 }

@@ -1,11 +1,14 @@
 #include "startup/run_mode.h"
 
+#include "config/game_configurations.h"
 #include "config/program_parameters.h"
 #include "runtime/log.h"
 #include "runtime/paths.h"
 #include "runtime/runtime.h"
 #include "runtime/services.h"
+#include "startup/auto_run_mode.h"
 #include "startup/program.h"
+#include "startup/single_trial_mode.h"
 #include "util/text.h"
 #include "world/level_set_generator.h"
 
@@ -37,10 +40,20 @@ void run_level_set_generator(const ProgramParameters& params) {
 
 void choose_run_mode() {
     const ProgramParameters& params = program_params();
-    if (params.generate_levels) {
-        run_level_set_generator(params);
-        return;
+    if (params.generate_levels) return run_level_set_generator(params);
+    if (params.auto_run_merge) return start_auto_run_merge_mode(params);
+    // Everything below plays trials: without a configuration there is nothing to play with.
+    const bool plays = params.user_id || params.auto_run_config || params.trial_level;
+    if (plays && !configs_loaded()) {
+        log_error("Cannot run without a configuration: see the errors above.");
+        return end_program(1);
     }
+    if (params.user_id) {
+        log_error("Sessions against the research server are not available in this build.");
+        return end_program(2);
+    }
+    if (params.auto_run_config) return start_auto_run_mode(params);
+    if (params.trial_level) return start_single_trial_mode(params);
     // The developer menu needs a window; a headless start with nothing to run has nothing to
     // wait for, unless the caller asked for a number of frames.
     if (services().headless && !params.frames) {

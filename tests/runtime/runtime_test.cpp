@@ -150,12 +150,14 @@ TEST_F(RuntimeTest, RoomChangeAtEndOfFrameKeepsPersistentInstances) {
     EXPECT_EQ(runtime.instance_number<obj_probe>(), 2u);
 }
 
-TEST_F(RuntimeTest, ShutdownCleansUpEveryInstance) {
-    runtime.instance_create<obj_probe>(0, 0).persistent = true;
-    runtime.instance_create<obj_child>(0, 0);
+TEST_F(RuntimeTest, ShutdownCleansUpEveryInstanceNewestFirst) {
+    auto& first = runtime.instance_create<obj_probe>(0, 0);
+    first.persistent = true;
+    first.tag = "first";
+    runtime.instance_create<obj_child>(0, 0).tag = "second";
     lines.clear();
     runtime.shutdown();
-    EXPECT_EQ(lines, (std::vector<std::string>{"probe:clean_up", "probe:clean_up"}));
+    EXPECT_EQ(lines, (std::vector<std::string>{"second:clean_up", "first:clean_up"}));
     EXPECT_EQ(runtime.instance_number<Instance>(), 0u);
 }
 

@@ -1,0 +1,166 @@
+#include "trials/auto_runner.h"
+
+#include "config/game_configurations.h"
+#include "runtime/gc.h"
+#include "runtime/log.h"
+#include "runtime/number_format.h"
+#include "runtime/paths.h"
+#include "runtime/runtime.h"
+#include "runtime/services.h"
+#include "trials/room_goer.h"
+#include "trials/trial.h"
+#include "trials/trial_data.h"
+#include "trials/trial_level_info.h"
+#include "world/level_file.h"
+
+namespace veldra {
+
+namespace {
+
+// Levels are read once per batch: dumping never changes a level, so every run of a level
+// starts from the same cells.
+struct AutoRunLevels {
+    std::map<std::string, Level> by_filename;
+};
+
+const Level* auto_run_level(const std::string& filename) {
+    auto& levels = ctx().slot<AutoRunLevels>().by_filename;
+    if (auto it = levels.find(filename); it != levels.end()) return &it->second;
+    auto level = level_load_from_file(resolve_user_path(filename));
+    if (!level) return nullptr;
+    return &levels.emplace(filename, std::move(*level)).first->second;
+}
+
+}  // namespace
+
+obj_auto_runner::~obj_auto_runner() {
+    if (file_) std::fclose(file_);
+}
+
+bool obj_auto_runner::reopen(const char* mode) {
+    if (file_) std::fclose(file_);
+    file_ = std::fopen(output_csv_filename_.c_str(), mode);
+    return file_ != nullptr;
+}
+
+bool obj_auto_runner::initialize(const AutoRunConfigs& configs, const std::string& output_csv_filename, Rng& rng,
+                                 std::function<void(bool)> callback, AutoRunOptions options) {
+    output_csv_filename_ = output_csv_filename;
+    callback_ = std::move(callback);
+    params = auto_run_build_run_list(configs, rng);
+    options_ = std::move(options);
+    range_ = auto_run_shard_range(params.size(), options_.shard_k, options_.shard_n);
+    current_param_index = std::min(range_.first + options_.already_done, range_.last);
+    running = false;
+    const bool resuming = options_.already_done > 0;
+    if (!reopen(resuming ? "ab" : "wb")) {
+        log_error("Failed to open file for writing.");
+        return false;
+    }
+    if (!resuming) {
+        const std::string header = trial_data_as_csv_headers();
+        std::fwrite(header.data(), 1, header.size(), file_);
+        std::fflush(file_);
+    }
+    return true;
+}
+
+void obj_auto_runner::finish(bool completed) {
+    if (finished_) return;
+    finished_ = true;
+    if (file_) {
+        std::fclose(file_);
+        file_ = nullptr;
+    }
+    if (callback_) callback_(completed);
+}
+
+void obj_auto_runner::on_step() {
+    if (running || finished_) return;
+    if (current_param_index >= range_.last) {
+        finish(true);
+        return;
+    }
+    if (options_.should_stop && options_.should_stop()) {
+        finish(false);
+        return;
+    }
+    // Every line written so far is on disk before the next trial starts.
+    if (!reopen("ab")) {
+        log_error("Failed to open file for writing.");
+        finish(false);
+        return;
+    }
+    gc_collect();
+    running = true;
+    const AutoRunParams& run = params[current_param_index];
+    auto_run_trial(run.filename, static_cast<double>(current_param_index), run.traits, run.seed, total_score)
+        .and_then([this](const Value& record) {
+            total_score += record.get("result").get("trial_score").as_number();
+            const std::string line = trial_data_value_as_csv(record);
+            std::fwrite(line.data(), 1, line.size(), file_);
+            std::fflush(file_);
+            running = false;
+            ++current_param_index;
+            if (options_.on_progress)
+                options_.on_progress(current_param_index - range_.first, range_.last - range_.first);
+        })
+        .and_catch([this](const Value& reason) {
+            services().dialogs->show_message(to_string(reason));
+            log_error("Auto run #" + std::to_string(current_param_index) + " failed: " + to_string(reason));
+            finish(false);
+        });
+}
+
+void obj_auto_runner::on_clean_up() {
+    if (file_) {
+        std::fclose(file_);
+        file_ = nullptr;
+    }
+}
+
+Promise auto_run_trials(const std::string& configs_filename, const std::string& output_csv_filename, Rng& rng,
+                        double seed, AutoRunOptions options) {
+    auto configs = read_auto_run_configs(configs_filename);
+    if (!configs) return promise_reject(Value());
+    for (const std::string& level : configs->levels)
+        if (!auto_run_level(level)) return promise_reject(Value("Failed to read level \"" + level + "\"."));
+    log("Starting auto runs of one or more trials...");
+    log("Auto run configurations: \"" + configs_filename + "\"");
+    log("Auto run output file: \"" + output_csv_filename + "\"");
+    log("Auto run seed: \"" + number_to_string(seed) + "\"");
+    return Promise([&, configs = std::move(*configs), options = std::move(options)](const Resolve& resolve,
+                                                                                   const Reject& reject) mutable {
+        auto& runner = rt().instance_create<obj_auto_runner>(0, 0);
+        runner.persistent = true;
+        auto done = [resolve](bool completed) {
+            if (completed) log("Auto runs completed.");
+            resolve(Value(completed));
+        };
+        if (!runner.initialize(configs, output_csv_filename, rng, done, std::move(options)))
+            reject(Value("Failed to open file for writing."));
+    });
+}
+
+Promise auto_run_trial(const std::string& level_filename, double play_order, const PersonalityTraits& traits,
+                       double seed, double total_score_before_this_trial) {
+    if (obj_trial* previous = current_trial()) rt().instance_destroy(previous->id());
+    log("Starting auto run #" + number_to_string(play_order));
+    return room_goto_or_restart(rt().room_find("rm_game")).and_then([=]() -> HandlerResult {
+        const Level* level = auto_run_level(level_filename);
+        if (!level) return promise_reject(Value("Failed to read level \"" + level_filename + "\"."));
+        auto& trial = rt().instance_create<obj_trial>(0, 0);
+        set_current_trial(trial.id());
+        trial.initialize(*level, seed, true, configs().game_speed, total_score_before_this_trial);
+        TrialData data;
+        data.config_version = configs().configuration_version;
+        data.game_version = "1.0.0.0";
+        data.seed = seed;
+        data.level_info = trial_level_info_from_level(*level, level_filename, play_order);
+        data.traits = traits;
+        data.result = std::get<TrialResult>(trial.start(traits));
+        return trial_data_to_value(data);
+    });
+}
+
+}  // namespace veldra

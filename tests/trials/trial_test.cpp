@@ -1,0 +1,178 @@
+#include "trials/trial.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <regex>
+
+#include "config/game_configurations.h"
+#include "config/program_parameters.h"
+#include "creatures/creature_pathfinding.h"
+#include "creatures/creature_spawning.h"
+#include "creatures/human_action_type.h"
+#include "creatures/human_player.h"
+#include "runtime/context.h"
+#include "runtime/log.h"
+#include "runtime/runtime.h"
+#include "serial/json.h"
+#include "trials/trial_data.h"
+#include "world/level_cell_types.h"
+#include "world/level_file.h"
+
+namespace veldra {
+namespace {
+
+class TrialTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        setenv("VeldraProjectDir", VELDRA_SOURCE_DIR, 1);
+        initialize_configs();
+        initialize_human_action_types();
+        initialize_creature_pathfinding();
+        initialize_trials();
+        initialize_level_cell_types();
+        initialize_creature_spawning();
+        ASSERT_TRUE(reload_game_configurations());
+        rt().start(rt().room_add({"rm_game", nullptr}));
+    }
+    void TearDown() override { rt().shutdown(); }
+
+    GameConfigurations& mutable_configs() { return *ctx().slot<ConfigsSlot>().configs; }
+
+    static Level level_from_rows(const std::vector<std::string>& rows) {
+        std::vector<std::vector<LevelCell>> cells;
+        for (int cy = 0; cy < static_cast<int>(rows.size()); ++cy) {
+            cells.emplace_back();
+            for (int cx = 0; cx < static_cast<int>(rows[cy].size()); ++cx)
+                cells.back().push_back({cx, cy, level_cell_type_from_char(rows[cy][cx])});
+        }
+        return Level("test", std::move(cells));
+    }
+
+    obj_trial& make_trial(const Level& level, bool is_auto_run, double game_speed = 1, double seed = 3) {
+        auto& trial = rt().instance_create<obj_trial>(0, 0);
+        set_current_trial(trial.id());
+        trial.initialize(level, seed, is_auto_run, game_speed, 0);
+        return trial;
+    }
+
+    // Leaves the room as the next trial finds it: no entities of the last one.
+    static void restart_room() {
+        rt().room_restart();
+        rt().run_frame();
+    }
+
+    Context context;
+    ContextScope scope{context};
+    LogCapture capture;
+    static Level lonely_player() { return level_from_rows({"xxxxx", "x p x", "xxxxx"}); }
+};
+
+TEST_F(TrialTest, SurvivingTrialRunsExactlyItsTicksAndEndsOnTheNextCall) {
+    mutable_configs().trial_time = 0.5;  // 30 ticks
+    auto& trial = make_trial(lonely_player(), true);
+    auto result = std::get<TrialResult>(trial.start(PersonalityTraits{}));
+    EXPECT_EQ(result.type, TRES_SURVIVED);
+    EXPECT_EQ(trial.ticker.spent_ticks, 30);
+    EXPECT_EQ(result.time_left, 0);
+    EXPECT_EQ(result.num_humans_remaining, 1);
+    EXPECT_EQ(result.energy_remaining, configs().human_starting_energy);
+    EXPECT_EQ(result.trial_score, configs().trial_score(PersonalityTraits{}, result.energy_remaining / 10, 1));
+    EXPECT_FALSE(trial.tick());  // the result is never replaced
+    EXPECT_EQ(trial.state, TrialState::Reported);
+}
+
+TEST_F(TrialTest, ZeroLengthTrialEndsWithoutATick) {
+    mutable_configs().trial_time = 0;
+    auto& trial = make_trial(lonely_player(), true);
+    auto result = std::get<TrialResult>(trial.start(PersonalityTraits{}));
+    EXPECT_EQ(result.type, TRES_SURVIVED);
+    EXPECT_EQ(trial.ticker.spent_ticks, 0);
+    EXPECT_TRUE(std::isnan(result.trial_score));  // time fraction 0 / 0
+}
+
+TEST_F(TrialTest, NoPlayerPerishesAtTheFirstTick) {
+    auto& trial = make_trial(level_from_rows({"xxxxx", "x h x", "xxxxx"}), true);
+    auto result = std::get<TrialResult>(trial.start(std::nullopt));
+    EXPECT_EQ(result.type, TRES_PERISHED);
+    EXPECT_EQ(trial.ticker.spent_ticks, 1);
+    EXPECT_EQ(result.energy_remaining, 0);
+}
+
+TEST_F(TrialTest, PlayerDyingInTheLastTickPerishes) {
+    // Energy runs out in tick 0; the creature tick removes the player in tick 1, the last one.
+    mutable_configs().human_starting_energy = 0.5;
+    mutable_configs().human_constant_energy_loss_amount = 0.5;
+    mutable_configs().human_constant_energy_loss_frequency = 60;
+    mutable_configs().trial_time = 2.0 / 60;
+    auto& trial = make_trial(lonely_player(), true);
+    auto result = std::get<TrialResult>(trial.start(PersonalityTraits{}));
+    EXPECT_EQ(result.type, TRES_PERISHED);
+    EXPECT_EQ(result.time_left, 0);
+}
+
+TEST_F(TrialTest, GameSpeedsSetTicksPerFrame) {
+    auto ticks_per_step = [&](double speed, int steps) {
+        auto& trial = make_trial(lonely_player(), false, speed);
+        trial.start(PersonalityTraits{});
+        std::vector<std::int64_t> spent;
+        for (int i = 0; i < steps; ++i) {
+            trial._step();
+            spent.push_back(trial.ticker.spent_ticks);
+        }
+        restart_room();
+        return spent;
+    };
+    EXPECT_EQ(ticks_per_step(0.25, 8), (std::vector<std::int64_t>{0, 0, 0, 1, 1, 1, 1, 2}));
+    EXPECT_EQ(ticks_per_step(2.5, 4), (std::vector<std::int64_t>{2, 5, 7, 10}));
+    EXPECT_EQ(ticks_per_step(3, 2), (std::vector<std::int64_t>{3, 6}));
+}
+
+TEST_F(TrialTest, InteractivePromiseIsFulfilledOneFrameAfterTheResult) {
+    mutable_configs().trial_time = 1;
+    auto& trial = make_trial(lonely_player(), false, -1);
+    EXPECT_TRUE(std::holds_alternative<std::monostate>(obj_trial::StartResult{}));
+    auto started = trial.start(PersonalityTraits{});
+    ASSERT_TRUE(std::holds_alternative<Promise>(started));
+    EXPECT_TRUE(std::holds_alternative<std::monostate>(trial.start(PersonalityTraits{})));  // only once
+    Promise promise = std::get<Promise>(started);
+    trial._step();
+    EXPECT_TRUE(trial.result.has_value());
+    EXPECT_EQ(trial.state, TrialState::Ended);
+    EXPECT_TRUE(promise.is_pending());
+    trial._step();
+    ASSERT_TRUE(promise.is_fulfilled());
+    EXPECT_EQ(promise.value().get("type").as_string(), TRES_SURVIVED);
+}
+
+TEST_F(TrialTest, AiHumanWithAnUnknownTypeNumberGetsDefaultRangesAndAnError) {
+    auto& trial = make_trial(level_from_rows({"xxxxxx", "x p9 x", "xxxxxx"}), true);
+    trial.start(PersonalityTraits{});
+    EXPECT_TRUE(capture.contains("has type number \"9\" but the configurations don't define personality traits for that number."));
+}
+
+TEST_F(TrialTest, SameSeedGivesTheSameResultAndEvents) {
+    program_params().trial_level = "level";  // log the trial's events
+    auto level = level_load_from_file(std::string(VELDRA_SOURCE_DIR) + "/datafiles/levels/level_05.txt");
+    ASSERT_TRUE(level);
+    auto run = [&](double seed) {
+        capture.lines.clear();
+        auto& trial = make_trial(*level, true, 1, seed);
+        auto result = std::get<TrialResult>(trial.start(PersonalityTraits{0.5, -0.5, 1, 0, -1}));
+        restart_room();
+        std::string events;
+        for (const auto& line : capture.lines) events += line.message + "\n";
+        // Instance ids are never reused, so they differ between the runs; nothing else may.
+        events = std::regex_replace(events, std::regex("[0-9]{6,}"), "#");
+        return std::pair{json_stringify(trial_result_to_value(result), false), events};
+    };
+    auto first = run(11);
+    auto second = run(11);
+    EXPECT_EQ(first.first, second.first);
+    EXPECT_EQ(first.second, second.second);
+    EXPECT_NE(first.second.find("Trial started."), std::string::npos);
+}
+
+}  // namespace
+}  // namespace veldra
