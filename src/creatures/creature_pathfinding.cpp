@@ -184,6 +184,14 @@ void creature_follow_path(obj_creature& creature, CreaturePath& path, double spe
     creature.y += (goal_y - creature.y) / distance * speed;
 }
 
+const TerrainCell* creature_current_goal(const obj_creature& creature) {
+    const CreaturePathfinding& state = pathfinding();
+    const auto it = state.states.find(creature.id());
+    if (it == state.states.end() || !it->second.goal)
+        return nullptr;
+    return current_terrain().cell_at(it->second.goal->cx, it->second.goal->cy);
+}
+
 const CreaturePath& creature_current_path(InstanceId creature) {
     const CreaturePathfinding& state = pathfinding();
     const auto it = state.states.find(creature);

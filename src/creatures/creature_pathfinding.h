@@ -36,9 +36,10 @@ CreaturePath creature_find_path(const obj_creature& creature, const TerrainCell&
 // placed on it and the entry is taken off.
 void creature_follow_path(obj_creature& creature, CreaturePath& path, double speed);
 
-// The traversable neighbour of cell (cx, cy) nearest to the creature, for walking up to
-// something that stands in that cell; the cell itself when no neighbour is free and it is
-// traversable; else nullptr.
+// A traversable neighbour of cell (cx, cy), for walking up to something that stands in that
+// cell: the creature's current goal while it still is one (so a target stepping about does not
+// cost a new search every time), else the one nearest to the creature; the cell itself when no
+// neighbour is free and it is traversable; else nullptr.
 const TerrainCell* creature_find_pathfinding_adjacent_target_cell(const obj_creature& creature,
                                                                   int cx, int cy);
 
@@ -47,6 +48,8 @@ const TerrainCell* creature_find_pathfinding_adjacent_target_cell(const obj_crea
 const TerrainCell* creature_find_pathfinding_avoiding_target_cell(const obj_creature& creature,
                                                                   const Instance& target);
 
+// The cell the creature was last asked to approach on the current terrain; nullptr when none.
+const TerrainCell* creature_current_goal(const obj_creature& creature);
 // The creature's current path (empty when none), for debug views and tests.
 const CreaturePath& creature_current_path(InstanceId creature);
 // How many grid searches ran in this context; lets tests see that a search was skipped.

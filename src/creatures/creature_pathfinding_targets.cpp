@@ -10,7 +10,6 @@
 #include "creatures/creature_pathfinding.h"
 #include "creatures/trial_world.h"
 #include "runtime/context.h"
-#include "util/geometry.h"
 #include "world/pathfinder_grid.h"
 #include "world/terrain.h"
 
@@ -35,8 +34,16 @@ const Terrain& current_terrain() {
     return *terrain;
 }
 
-double centre_distance(double x, double y, const TerrainCell& cell) {
-    return point_distance(x, y, cell.room_rect.get_center_x(), cell.room_rect.get_center_y());
+// Squared: these only compare distances, many times a tick, so the root is left out.
+double centre_distance_squared(double x, double y, const TerrainCell& cell) {
+    const double dx = cell.room_rect.get_center_x() - x;
+    const double dy = cell.room_rect.get_center_y() - y;
+    return dx * dx + dy * dy;
+}
+
+bool is_free_neighbour(const TerrainCell* cell, int cx, int cy) {
+    return cell && cell->is_traversable &&
+           std::max(std::abs(cell->cx - cx), std::abs(cell->cy - cy)) == 1;
 }
 
 bool open(const Terrain& terrain, int cx, int cy) {
@@ -86,13 +93,15 @@ void flood_reachable(FlightSearch& search, const Terrain& terrain, const Terrain
 const TerrainCell* creature_find_pathfinding_adjacent_target_cell(const obj_creature& creature,
                                                                   int cx, int cy) {
     const Terrain& terrain = current_terrain();
+    if (const TerrainCell* goal = creature_current_goal(creature); is_free_neighbour(goal, cx, cy))
+        return goal;
     const TerrainCell* best = nullptr;
     double best_distance = 0;
     for (const PfGridStep& step : pf_grid_steps) {
         const TerrainCell* cell = terrain.cell_at(cx + step.dx, cy + step.dy);
         if (!cell || !cell->is_traversable)
             continue;
-        const double distance = centre_distance(creature.x, creature.y, *cell);
+        const double distance = centre_distance_squared(creature.x, creature.y, *cell);
         if (!best || distance < best_distance) {
             best = cell;
             best_distance = distance;
@@ -113,10 +122,12 @@ const TerrainCell* creature_find_pathfinding_avoiding_target_cell(const obj_crea
     FlightSearch& search = ctx().slot<FlightSearch>();
     flood_reachable(search, terrain, *start);
     const TerrainCell* best = nullptr;
-    double best_distance = point_distance(creature.x, creature.y, target.x, target.y);
+    const double dx = creature.x - target.x;
+    const double dy = creature.y - target.y;
+    double best_distance = dx * dx + dy * dy;
     for (int index : search.queue) {
         const TerrainCell& cell = terrain.cells[static_cast<std::size_t>(index)];
-        const double distance = centre_distance(target.x, target.y, cell);
+        const double distance = centre_distance_squared(target.x, target.y, cell);
         if (distance > best_distance) {
             best = &cell;
             best_distance = distance;

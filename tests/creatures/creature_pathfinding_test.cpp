@@ -142,6 +142,19 @@ TEST_F(CreaturePathfindingTest, AdjacentCellIsTheFreeNeighbourNearestTheCreature
     EXPECT_EQ(creature_find_pathfinding_adjacent_target_cell(m, 0, 0), nullptr);
 }
 
+TEST_F(CreaturePathfindingTest, AdjacentCellStaysTheGoalWhileItIsStillBesideTheTarget) {
+    const Terrain& t = load({"      ", "      ", "      ", "      "});
+    auto& m = walker(0, 1);
+    const TerrainCell* goal = creature_find_pathfinding_adjacent_target_cell(m, 3, 1);
+    EXPECT_EQ(goal, t.cell_at(2, 1));
+    creature_approach(m, goal, 1);
+    EXPECT_EQ(creature_current_goal(m), goal);
+    // The target steps down a cell: (2, 1) is still beside it, though (2, 2) is as near.
+    EXPECT_EQ(creature_find_pathfinding_adjacent_target_cell(m, 3, 2), goal);
+    // Two cells away from the goal: the nearest neighbour again.
+    EXPECT_EQ(creature_find_pathfinding_adjacent_target_cell(m, 4, 3), t.cell_at(3, 2));
+}
+
 TEST_F(CreaturePathfindingTest, FlightGoesToTheReachableCellFarthestFromThePursuer) {
     load({
         "          ",
