@@ -20,8 +20,8 @@
 #include "startup/interrupt.h"
 #include "startup/progress_line.h"
 #include "trials/auto_run_plan.h"
+#include "trials/auto_runner.h"
 #include "trials/trial_data.h"
-#include "world/level_file.h"
 
 extern char** environ;
 
@@ -77,10 +77,8 @@ void count_new_lines(Worker& worker) {
 // The number of runs, after checking the auto-run file and its levels; nullopt (logged) when
 // either is unusable.
 std::optional<std::size_t> run_count(const ProgramParameters& params, double seed) {
-    auto configs = read_auto_run_configs(resolve_user_path(*params.auto_run_config));
+    auto configs = auto_run_read_and_check(resolve_user_path(*params.auto_run_config));
     if (!configs) return std::nullopt;
-    for (const std::string& level : configs->levels)
-        if (!level_load_from_file(resolve_user_path(level))) return std::nullopt;
     Rng rng(seed);
     return auto_run_build_run_list(*configs, rng).size();
 }

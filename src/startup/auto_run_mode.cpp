@@ -44,6 +44,8 @@ bool is_worker() { return std::getenv("VELDRA_AUTO_RUN_WORKER") != nullptr; }
 
 void run_in_this_process(const ProgramParameters& params, double seed, std::size_t shard_k, std::size_t shard_n) {
     const std::string& output = *params.auto_run_output;
+    // Checked here as well, so a bad file ends the run with its message and nothing else.
+    if (!auto_run_read_and_check(resolve_user_path(*params.auto_run_config))) return end_program(1);
     AutoRunOptions options;
     options.shard_k = shard_k;
     options.shard_n = shard_n;

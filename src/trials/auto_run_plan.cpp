@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "config/game_configurations.h"
+#include "config/json_comments.h"
 #include "creatures/personality_traits.h"
 #include "runtime/log.h"
 #include "util/text.h"
@@ -35,7 +36,7 @@ std::optional<AutoRunConfigs> read_auto_run_configs(const std::string& path) {
     if (!in) return fail(path, "the file cannot be opened.");
     std::stringstream text;
     text << in.rdbuf();
-    const auto root = nlohmann::json::parse(text.str(), nullptr, /*allow_exceptions=*/false);
+    const auto root = nlohmann::json::parse(_json_remove_comments(text.str()), nullptr, /*allow_exceptions=*/false);
     if (root.is_discarded()) return fail(path, "not valid JSON.");
     if (!root.is_object()) return fail(path, "the file must hold one JSON object.");
     AutoRunConfigs configs;

@@ -119,12 +119,18 @@ void obj_auto_runner::on_clean_up() {
     }
 }
 
+std::optional<AutoRunConfigs> auto_run_read_and_check(const std::string& configs_filename) {
+    auto configs = read_auto_run_configs(configs_filename);
+    if (!configs) return std::nullopt;
+    for (const std::string& level : configs->levels)
+        if (!auto_run_level(level)) return std::nullopt;
+    return configs;
+}
+
 Promise auto_run_trials(const std::string& configs_filename, const std::string& output_csv_filename, Rng& rng,
                         double seed, AutoRunOptions options) {
-    auto configs = read_auto_run_configs(configs_filename);
+    auto configs = auto_run_read_and_check(configs_filename);
     if (!configs) return promise_reject(Value());
-    for (const std::string& level : configs->levels)
-        if (!auto_run_level(level)) return promise_reject(Value("Failed to read level \"" + level + "\"."));
     log("Starting auto runs of one or more trials...");
     log("Auto run configurations: \"" + configs_filename + "\"");
     log("Auto run output file: \"" + output_csv_filename + "\"");

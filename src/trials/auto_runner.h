@@ -61,6 +61,10 @@ private:
 Promise auto_run_trials(const std::string& configs_filename, const std::string& output_csv_filename, Rng& rng,
                         double seed, AutoRunOptions options = {});
 
+// Reads the auto-run file and every level it names (each failure logged). The check
+// auto_run_trials makes first; a shell run makes it before anything starts.
+std::optional<AutoRunConfigs> auto_run_read_and_check(const std::string& configs_filename);
+
 // One automatic trial; fulfilled with the record (a struct, see trial_data_to_value).
 Promise auto_run_trial(const std::string& level_filename, double play_order, const PersonalityTraits& traits,
                        double seed, double total_score_before_this_trial);
