@@ -37,9 +37,12 @@ void obj_human::set_traits(const PersonalityTraits& traits) {
     re_evaluate_from_configs();
 }
 
+// The creature part may destroy the human, and outside an event pass the runtime frees it at
+// once: whether it lives on is asked by id, never through `this`.
 void obj_human::on_tick(double tick, Rng& rng) {
+    const InstanceId self = id();
     obj_creature::on_tick(tick, rng);
-    if (alive())
+    if (rt().instance_exists(self))
         decision_tick(rng);
 }
 

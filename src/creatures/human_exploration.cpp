@@ -7,7 +7,6 @@
 #include "creatures/human.h"
 #include "creatures/human_trial.h"
 #include "runtime/context.h"
-#include "util/geometry.h"
 
 namespace veldra {
 
@@ -20,8 +19,11 @@ struct ExplorationScratch {
     std::vector<const TerrainCell*> fresh;  // the ones far enough from the previous target
 };
 
-double distance_to_centre(double x, double y, const TerrainCell& cell) {
-    return point_distance(x, y, cell.room_rect.get_center_x(), cell.room_rect.get_center_y());
+// Squared, to spare the square root in a scan of up to a few hundred cells per decision.
+double squared_distance_to_centre(double x, double y, const TerrainCell& cell) {
+    const double dx = cell.room_rect.get_center_x() - x;
+    const double dy = cell.room_rect.get_center_y() - y;
+    return dx * dx + dy * dy;
 }
 
 }  // namespace
@@ -32,6 +34,8 @@ const TerrainCell* human_find_exploration_pathfinding_target(const obj_human& hu
                                                              const TerrainCell* previous_target) {
     const Terrain& terrain = detail::trial_terrain();
     const double range = human.exploration_range;
+    const double range_squared = range * range;
+    const double fresh_squared = range_squared / 4;  // half the range, squared
     const int cx = detail::room_to_cell(human.x);
     const int cy = detail::room_to_cell(human.y);
     const int reach = static_cast<int>(std::max(0.0, std::ceil(range / TERRAIN_CELL_SIZE)));
@@ -43,17 +47,17 @@ const TerrainCell* human_find_exploration_pathfinding_target(const obj_human& hu
         for (int x = std::max(0, cx - reach); x <= std::min(terrain.width - 1, cx + reach); ++x) {
             const TerrainCell& cell = *terrain.cell_at(x, y);
             if (!cell.is_traversable || (x == cx && y == cy) ||
-                distance_to_centre(human.x, human.y, cell) > range)
+                squared_distance_to_centre(human.x, human.y, cell) > range_squared)
                 continue;
             scratch.all.push_back(&cell);
             if (previous_target &&
-                distance_to_centre(previous_target->room_rect.get_center_x(),
-                                   previous_target->room_rect.get_center_y(), cell) >= range / 2)
+                squared_distance_to_centre(previous_target->room_rect.get_center_x(),
+                                           previous_target->room_rect.get_center_y(),
+                                           cell) >= fresh_squared)
                 scratch.fresh.push_back(&cell);
         }
     }
-    const std::vector<const TerrainCell*>& pool =
-        scratch.fresh.empty() ? scratch.all : scratch.fresh;
+    const auto& pool = scratch.fresh.empty() ? scratch.all : scratch.fresh;
     return rng.rng_array_get_random_element_or_default(pool,
                                                        static_cast<const TerrainCell*>(nullptr));
 }

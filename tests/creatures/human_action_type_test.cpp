@@ -1,0 +1,204 @@
+#include "creatures/human_action_type.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <set>
+
+#include "creatures/food.h"
+#include "creatures/human.h"
+#include "creatures/human_exploration.h"
+#include "creatures/monster.h"
+#include "human_test_support.h"
+#include "runtime/once.h"
+
+namespace veldra {
+namespace {
+
+using testing::GC;
+using testing::HumanTest;
+
+class ActionTypesTest : public HumanTest {};
+
+TEST_F(ActionTypesTest, NineTypesInTableOrderAndASecondInitializationIsRefused) {
+    const auto& types = all_human_action_types();
+    ASSERT_EQ(types.size(), HUMAN_ACTION_TYPE_COUNT);
+    const auto& t = human_action_types();
+    EXPECT_EQ(types.front(), t.HAT_approach_food);
+    EXPECT_EQ(types[5], t.HAT_attack_monster);
+    EXPECT_EQ(types.back(), t.HAT_explore);
+    for (std::size_t i = 0; i < types.size(); ++i)
+        EXPECT_EQ(types[i]->index, i);
+
+    initialize_human_action_types();
+    EXPECT_EQ(capture.count(ONCE_ONLY_MESSAGE), 1u);
+    EXPECT_EQ(&all_human_action_types(), &types);
+    EXPECT_EQ(all_human_action_types().front(), t.HAT_approach_food);
+}
+
+TEST_F(ActionTypesTest, WeightsForwardTraitsAndEnergyToTheirFormulas) {
+    set_formula(&GC::weight_avoid_monster, "10 * N + ENERGY_LEVEL");
+    PersonalityTraits traits;
+    traits.neuroticism = 0.5;
+    EXPECT_EQ(human_action_types().HAT_avoid_monster->get_weight(traits, 0.25), 5.25);
+}
+
+class TargetChoiceTest : public HumanTest {
+protected:
+    void SetUp() override {
+        HumanTest::SetUp();
+        load({"      ", "      "});
+        set_formula(&GC::human_sight_range, "256");
+        // A candidate normalised to anything but 0 weighs nothing.
+        set_formula(&GC::target_weight_approach_food, "1 - DISTANCE");
+    }
+    InstanceId choose_food(obj_human& human) {
+        return human.choose_action_target(obj_food::object_type_static(),
+                                          configs().target_weight_approach_food, tick_rng);
+    }
+};
+
+TEST_F(TargetChoiceTest, ASingleCandidateIsAlwaysChosen) {
+    auto& human = human_at(0, 0);
+    auto& food = create_unticked<obj_food>(centre(2), centre(1));
+    for (int i = 0; i < 5; ++i)
+        EXPECT_EQ(choose_food(human), food.id());
+}
+
+TEST_F(TargetChoiceTest, SightIsInclusiveAtItsExactRange) {
+    auto& human = human_at(0, 0);
+    auto& at_range = create_unticked<obj_food>(centre(0) + 256, centre(0));
+    EXPECT_EQ(choose_food(human), at_range.id());
+    at_range.x += 0.001;
+    EXPECT_EQ(choose_food(human), NO_INSTANCE);
+}
+
+TEST_F(TargetChoiceTest, NearestWeighsZeroAndFarthestOne) {
+    set_formula(&GC::target_weight_approach_food, "DISTANCE");
+    auto& human = human_at(0, 0);
+    create_unticked<obj_food>(centre(1), centre(0));
+    auto& middle = create_unticked<obj_food>(centre(2), centre(0));
+    auto& far = create_unticked<obj_food>(centre(4), centre(0));
+    std::set<InstanceId> chosen;
+    for (int i = 0; i < 40; ++i)
+        chosen.insert(choose_food(human));
+    EXPECT_EQ(chosen, (std::set<InstanceId>{middle.id(), far.id()}));
+}
+
+TEST_F(TargetChoiceTest, AHumanNeverChoosesItself) {
+    set_formula(&GC::target_weight_approach_human, "1");
+    auto& human = human_at(0, 0);
+    EXPECT_EQ(human_action_types().HAT_approach_human->try_initiate(human, tick_rng), nullptr);
+    auto& other = human_at(1, 1);
+    auto action = human_action_types().HAT_approach_human->try_initiate(human, tick_rng);
+    ASSERT_NE(action, nullptr);
+    EXPECT_EQ(static_cast<HA_ApproachHuman&>(*action).target, other.id());
+}
+
+class TryInitiateTest : public HumanTest {};
+
+TEST_F(TryInitiateTest, AttackTakesTheFirstMonsterInRangeByInstanceOrder) {
+    load({"     "});
+    auto& human = human_at(1, 0);
+    create_unticked<obj_monster>(centre(3), centre(0));  // out of range, though first
+    auto& first = create_unticked<obj_monster>(centre(0), centre(0));
+    create_unticked<obj_monster>(centre(1) + 10, centre(0));  // nearer, but later
+    for (int i = 0; i < 5; ++i) {
+        auto action = human_action_types().HAT_attack_monster->try_initiate(human, tick_rng);
+        ASSERT_NE(action, nullptr);
+        EXPECT_EQ(static_cast<HA_AttackMonster&>(*action).target, first.id());
+    }
+}
+
+TEST_F(TryInitiateTest, AttackHumanSkipsItself) {
+    load({"     "});
+    auto& human = human_at(2, 0);
+    EXPECT_EQ(human_action_types().HAT_attack_human->try_initiate(human, tick_rng), nullptr);
+    auto& other = human_at(3, 0);
+    auto action = human_action_types().HAT_attack_human->try_initiate(human, tick_rng);
+    ASSERT_NE(action, nullptr);
+    EXPECT_EQ(static_cast<HA_AttackHuman&>(*action).target, other.id());
+}
+
+TEST_F(TryInitiateTest, NoMealThatWouldBePartlyWasted) {
+    load({"     "});
+    auto& human = human_at(0, 0);
+    create_unticked<obj_food>(centre(2), centre(0));
+    const HumanActionType& type = *human_action_types().HAT_approach_food;
+    human.energy = human.energy_max;
+    EXPECT_EQ(type.try_initiate(human, tick_rng), nullptr);
+    human.energy = human.energy_max - configs().human_energy_gain_eat_food + 0.01;
+    EXPECT_EQ(type.try_initiate(human, tick_rng), nullptr);
+    human.energy = human.energy_max - configs().human_energy_gain_eat_food;
+    EXPECT_NE(type.try_initiate(human, tick_rng), nullptr);
+}
+
+TEST_F(TryInitiateTest, ExchangePartnerNeedsSightCooldownAndRoomForEnergy) {
+    load({"          "});
+    set_formula(&GC::human_sight_range, "200");
+    auto& human = human_at(0, 0);
+    auto& busy = human_at(1, 0);
+    auto& free = human_at(2, 0);
+    human_at(9, 0);  // out of sight
+    const HumanActionType& type = *human_action_types().HAT_exchange_with_human;
+    auto partner_of = [&]() -> InstanceId {
+        auto action = type.try_initiate(human, tick_rng);
+        return action ? static_cast<HA_ExchangeWithHuman&>(*action).target : NO_INSTANCE;
+    };
+
+    EXPECT_EQ(partner_of(), busy.id());  // the first in instance order
+    busy.exchange_cooldown_timer = 5;
+    EXPECT_EQ(partner_of(), free.id());
+    human.energy = free.energy = human.energy_max;
+    EXPECT_EQ(partner_of(), NO_INSTANCE);  // two full humans gain nothing
+    free.energy = 1;
+    EXPECT_EQ(partner_of(), free.id());
+    human.exchange_cooldown_timer = 1;
+    EXPECT_EQ(partner_of(), NO_INSTANCE);
+}
+
+class ExplorationTargetTest : public HumanTest {
+protected:
+    void SetUp() override {
+        HumanTest::SetUp();
+        set_formula(&GC::human_exploration_range, "130");  // two cells and a bit
+    }
+};
+
+TEST_F(ExplorationTargetTest, TraversableCellsWithinRangeButNotTheHumansOwn) {
+    load({"      ", " x    ", "  r   ", "      ", "      "});
+    auto& human = human_at(0, 0);
+    human.x += 10;  // off-centre: range is measured from the human
+    std::set<std::pair<int, int>> seen;
+    for (int i = 0; i < 300; ++i) {
+        const TerrainCell* cell = human_find_exploration_pathfinding_target(human, tick_rng);
+        ASSERT_NE(cell, nullptr);
+        seen.insert({cell->cx, cell->cy});
+    }
+    // (0, 0) is the human's; (1, 1) is a hole and (2, 2) rock; (2, 1) and (1, 2) lie beyond
+    // 130 pixels.
+    const std::set<std::pair<int, int>> expected{{1, 0}, {2, 0}, {0, 1}, {0, 2}};
+    EXPECT_EQ(seen, expected);
+}
+
+TEST_F(ExplorationTargetTest, PrefersCellsAwayFromThePreviousTarget) {
+    load({"     ", "     ", "     ", "     ", "     "});
+    auto& human = human_at(2, 2);
+    const TerrainCell* previous = terrain->cell_at(0, 2);
+    for (int i = 0; i < 100; ++i) {
+        const TerrainCell* cell =
+            human_find_exploration_pathfinding_target(human, tick_rng, previous);
+        ASSERT_NE(cell, nullptr);
+        EXPECT_GE(std::hypot(cell->cx - previous->cx, cell->cy - previous->cy) * 64, 65);
+    }
+}
+
+TEST_F(ExplorationTargetTest, NoCandidateGivesNoTargetAndNoExplore) {
+    load({" x", "xx"});
+    auto& human = human_at(0, 0);
+    EXPECT_EQ(human_find_exploration_pathfinding_target(human, tick_rng), nullptr);
+    EXPECT_EQ(human_action_types().HAT_explore->try_initiate(human, tick_rng), nullptr);
+}
+
+}  // namespace
+}  // namespace veldra
