@@ -8,6 +8,7 @@
 
 #include "config/program_parameters.h"
 #include "runtime/context.h"
+#include "support/scratch_directory.h"
 #include "runtime/log.h"
 #include "runtime/paths.h"
 #include "util/text.h"
@@ -29,7 +30,6 @@ protected:
         ctx().slot<Paths>().program_directory = root;
         initialize_configs();
     }
-    void TearDown() override { std::filesystem::remove_all(root); }
     std::string write(const std::string& name, const std::string& text) {
         auto path = root / "datafiles" / name;
         std::ofstream(path) << text;
@@ -49,7 +49,8 @@ protected:
     Context context;
     ContextScope scope{context};
     LogCapture capture;
-    std::filesystem::path root = std::filesystem::temp_directory_path() / "veldra_configs_test";
+    testing::ScratchDirectory scratch{"veldra_configs_test"};
+    std::filesystem::path root = scratch.path();
 };
 
 TEST_F(ConfigsLoaderTest, ShippedFileLoadsEveryKeyAndFormulasEvaluate) {

@@ -6,6 +6,7 @@
 #include <fstream>
 
 #include "runtime/context.h"
+#include "support/scratch_directory.h"
 
 namespace veldra {
 namespace {
@@ -15,10 +16,9 @@ protected:
     void write(const std::string& text) { std::ofstream(path) << text; }
     Context context;
     ContextScope scope{context};
-    std::filesystem::path dir = std::filesystem::temp_directory_path() / "veldra_debug_settings_test";
+    testing::ScratchDirectory scratch{"veldra_debug_settings_test"};
+    std::filesystem::path dir = scratch.path();
     std::string path = (dir / "settings.json").string();
-    void SetUp() override { std::filesystem::create_directories(dir); }
-    void TearDown() override { std::filesystem::remove_all(dir); }
 };
 
 TEST_F(DebugSettingsTest, MissingOrMalformedFileGivesNothing) {

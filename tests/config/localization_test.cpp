@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "runtime/context.h"
+#include "support/scratch_directory.h"
 #include "runtime/log.h"
 #include "runtime/paths.h"
 
@@ -20,14 +21,14 @@ protected:
         ctx().slot<Paths>().program_directory = root;
         initialize_localization();
     }
-    void TearDown() override { std::filesystem::remove_all(root); }
     void write_language(const std::string& code, const std::string& text) {
         std::ofstream(root / "datafiles" / "localization" / (code + ".ini")) << text;
     }
     Context context;
     ContextScope scope{context};
     LogCapture capture;
-    std::filesystem::path root = std::filesystem::temp_directory_path() / "veldra_localization_test";
+    testing::ScratchDirectory scratch{"veldra_localization_test"};
+    std::filesystem::path root = scratch.path();
 };
 
 TEST_F(LocalizationTest, LoadsTheSectionTurnsBackslashNIntoLineBreaksAndFillsPlaceholders) {

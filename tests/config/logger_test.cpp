@@ -9,6 +9,7 @@
 #include "config/program_parameters.h"
 #include "runtime/context.h"
 #include "runtime/runtime.h"
+#include "support/scratch_directory.h"
 
 namespace veldra {
 namespace {
@@ -35,11 +36,11 @@ protected:
         terminal = terminal_owned.get();
         services().terminal = std::move(terminal_owned);
     }
-    ~LoggerTest() override { std::filesystem::remove(path); }
     Context context;
     ContextScope scope{context};
     CollectingTerminal* terminal = nullptr;
-    std::string path = (std::filesystem::temp_directory_path() / "veldra_logger_test.log").string();
+    testing::ScratchDirectory scratch{"veldra_logger_test"};
+    std::string path = (scratch.path() / "log.txt").string();
 };
 
 TEST(LogTimestamp, PadsEveryPartButTheYear) {

@@ -5,10 +5,12 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "runtime/context.h"
+#include "support/scratch_directory.h"
 #include "world/level.h"
 #include "world/level_cell_types.h"
 
@@ -18,22 +20,11 @@ class WorldTest : public ::testing::Test {
 protected:
     WorldTest() : scope_(context_) { initialize_level_cell_types(); }
 
-    ~WorldTest() override {
-        if (!scratch_.empty())
-            std::filesystem::remove_all(scratch_);
-    }
-
     // A directory of this test's own, made on first use.
     const std::filesystem::path& scratch() {
-        if (scratch_.empty()) {
-            const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-            scratch_ =
-                std::filesystem::temp_directory_path() /
-                (std::string("veldra_world_") + info->test_suite_name() + "_" + info->name());
-            std::filesystem::remove_all(scratch_);
-            std::filesystem::create_directories(scratch_);
-        }
-        return scratch_;
+        if (!scratch_)
+            scratch_.emplace("veldra_world");
+        return scratch_->path();
     }
 
     // Each string a row, each character a cell; unknown characters are a test mistake.
@@ -63,7 +54,7 @@ protected:
 private:
     Context context_;
     ContextScope scope_;
-    std::filesystem::path scratch_;
+    std::optional<ScratchDirectory> scratch_;
 };
 
 }  // namespace veldra::testing
