@@ -66,7 +66,7 @@ void obj_creature::on_create() {
 void obj_creature::subscribe_to_ticker() {
     const TrialWorld& world = trial_world();
     if (world.subscribe_tick)
-        world.subscribe_tick(id(), [this](double tick, Rng& rng) { on_tick(tick, rng); });
+        world.subscribe_tick(id(), [this](double tick, Rng& rng) { creature_tick(tick, rng); });
 }
 
 void obj_creature::_creature_initialize(double energy_max_, double energy_) {
@@ -75,11 +75,15 @@ void obj_creature::_creature_initialize(double energy_max_, double energy_) {
     energy_previous = energy_;
 }
 
-void obj_creature::on_tick(double, Rng&) {
+void obj_creature::creature_tick(double tick, Rng& rng) {
     if (energy <= 0) {
         rt().instance_destroy(id());
         return;
     }
+    on_tick(tick, rng);
+}
+
+void obj_creature::on_tick(double, Rng&) {
     if (attack_cooldown_timer > 0)
         attack_cooldown_timer -= 1;
     if (energy != energy_previous) {

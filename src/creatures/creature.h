@@ -5,8 +5,8 @@
 // Humans and monsters derive from it and fill its fight parameters from the configuration.
 //
 // Every creature subscribes one tick handler to the trial's ticker at creation; the handler
-// calls the virtual on_tick, whose overrides run this class's part first and their own after,
-// unless the creature died in it.
+// checks for death first and then calls the virtual on_tick, whose overrides run this class's
+// part first and their own after.
 
 #include <map>
 #include <optional>
@@ -61,9 +61,14 @@ public:
     void on_clean_up() override;
     void on_step_end() override;
 
-    // The creature part of a tick: death at no energy (destroys the creature; overrides must
-    // check alive() afterwards), cooldown, energy event, position history. `tick` is the
-    // ticker's count, `rng` its generator.
+    // The creature's tick handler: a creature with no energy destroys itself and does nothing
+    // more; otherwise on_tick runs. The destroyed creature's memory may be gone as soon as
+    // instance_destroy returns, so the death check lives here, outside on_tick and its
+    // overrides, which therefore always run on a live creature. `tick` is the ticker's count,
+    // `rng` its generator.
+    void creature_tick(double tick, Rng& rng);
+    // The creature part of a tick: cooldown, energy event, position history. Overrides call it
+    // first, then do their own part.
     virtual void on_tick(double tick, Rng& rng);
 
     // Children call it first thing in their create event with their configured values.

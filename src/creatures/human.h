@@ -86,10 +86,6 @@ public:
     std::array<double, HUMAN_ACTION_TYPE_COUNT> action_weights{};
     std::array<double, HUMAN_ACTION_TYPE_COUNT> action_move_speeds{};  // pixels per tick
 
-    // Set while the human is on its way to an exchange outside automatic runs; the window's
-    // speech bubbles read it.
-    bool shows_speech_bubble = false;
-
 private:
     void decision_tick(Rng& rng);
     void lose_energy_constantly();

@@ -111,8 +111,6 @@ void obj_monster::on_create() {
 
 void obj_monster::on_tick(double tick, Rng& rng) {
     obj_creature::on_tick(tick, rng);
-    if (!alive())
-        return;
     const TerrainCell* under = trial_terrain().cell_at_room(x, y);
     const double speed_factor =
         under && under->is_sand ? configs().monster_sand_move_speed_multiplier : 1.0;

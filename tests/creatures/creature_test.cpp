@@ -160,11 +160,12 @@ TEST_F(CreatureTickTest, NoEnergyDiesAtTheFirstTickBeforeAnythingElse) {
     auto* corpse = rt().instance_find<obj_creature_death_animation>(0);
     ASSERT_NE(corpse, nullptr);
     EXPECT_EQ(corpse->x, centre(1));
+    const InstanceId corpse_id = corpse->id();
     for (int step = 0; step < 29; ++step)
         corpse->on_step();
-    EXPECT_TRUE(rt().instance_exists(corpse->id()));
+    EXPECT_TRUE(rt().instance_exists(corpse_id));
     corpse->on_step();
-    EXPECT_FALSE(rt().instance_exists(corpse->id()));
+    EXPECT_FALSE(rt().instance_exists(corpse_id));
 }
 
 TEST_F(CreatureTickTest, CooldownAndPositionHistoryAdvanceEachTick) {
