@@ -21,8 +21,10 @@ class obj_bench_scenery : public Instance {
 // A room like a large level: a few dozen creatures among many decorative instances.
 struct Room {
     explicit Room(int scenery) {
-        for (int i = 0; i < 40; ++i) rt().instance_create<obj_bench_monster>(i * 64.0, (i % 7) * 64.0);
-        for (int i = 0; i < scenery; ++i) rt().instance_create<obj_bench_scenery>(i, i);
+        for (int i = 0; i < 40; ++i)
+            rt().instance_create<obj_bench_monster>(i * 64.0, (i % 7) * 64.0);
+        for (int i = 0; i < scenery; ++i)
+            rt().instance_create<obj_bench_scenery>(i, i);
     }
     Context context;
     ContextScope scope{context};
@@ -30,7 +32,8 @@ struct Room {
 
 void BM_InstanceNumber(benchmark::State& state) {
     Room room(static_cast<int>(state.range(0)));
-    for (auto _ : state) benchmark::DoNotOptimize(rt().instance_number<obj_bench_creature>());
+    for (auto _ : state)
+        benchmark::DoNotOptimize(rt().instance_number<obj_bench_creature>());
 }
 BENCHMARK(BM_InstanceNumber)->Arg(100)->Arg(10000);
 
@@ -38,7 +41,8 @@ void BM_InstanceFindAll(benchmark::State& state) {
     Room room(static_cast<int>(state.range(0)));
     for (auto _ : state) {
         const std::size_t n = rt().instance_number<obj_bench_creature>();
-        for (std::size_t i = 0; i < n; ++i) benchmark::DoNotOptimize(rt().instance_find<obj_bench_creature>(i));
+        for (std::size_t i = 0; i < n; ++i)
+            benchmark::DoNotOptimize(rt().instance_find<obj_bench_creature>(i));
     }
 }
 BENCHMARK(BM_InstanceFindAll)->Arg(100)->Arg(10000);

@@ -11,6 +11,7 @@
 #include "creatures/creature_spawning.h"
 #include "creatures/human_action_type.h"
 #include "runtime/context.h"
+#include "runtime/log.h"
 #include "runtime/runtime.h"
 #include "trials/trial.h"
 #include "world/level_cell_types.h"
@@ -26,6 +27,7 @@ namespace {
 void BM_AutomaticTrial(benchmark::State& state) {
     Context context;
     ContextScope scope(context);
+    LogCapture quiet;  // the configuration loader's lines would bury the table
     setenv("VeldraProjectDir", VELDRA_SOURCE_DIR, 1);
     initialize_configs();
     initialize_human_action_types();
@@ -38,7 +40,8 @@ void BM_AutomaticTrial(benchmark::State& state) {
         return;
     }
     char name[64];
-    std::snprintf(name, sizeof name, "/datafiles/levels/level_%02d.txt", static_cast<int>(state.range(0)));
+    std::snprintf(name, sizeof name, "/datafiles/levels/level_%02d.txt",
+                  static_cast<int>(state.range(0)));
     auto level = level_load_from_file(std::string(VELDRA_SOURCE_DIR) + name);
     if (!level) {
         state.SkipWithError("level did not load");
@@ -57,7 +60,8 @@ void BM_AutomaticTrial(benchmark::State& state) {
         rt().run_frame();
         state.ResumeTiming();
     }
-    state.counters["ticks_per_second"] = benchmark::Counter(static_cast<double>(ticks), benchmark::Counter::kIsRate);
+    state.counters["ticks_per_second"] =
+        benchmark::Counter(static_cast<double>(ticks), benchmark::Counter::kIsRate);
     state.SetLabel(std::to_string(level->width) + "x" + std::to_string(level->height));
     rt().shutdown();
 }
