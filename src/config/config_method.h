@@ -40,15 +40,20 @@ public:
         v[static_cast<int>(ExprVar::A)] = traits.agreeableness;
         v[static_cast<int>(ExprVar::N)] = traits.neuroticism;
         v[static_cast<int>(ExprVar::ENERGY_LEVEL)] = energy_level;
-        v[static_cast<int>(ExprVar::WEIGHT)] = kind_ == ConfigMethodKind::weight ? third : UNDEFINED_NUMBER;
-        v[static_cast<int>(ExprVar::TIME)] = kind_ == ConfigMethodKind::time ? third : UNDEFINED_NUMBER;
-        v[static_cast<int>(ExprVar::DISTANCE)] = kind_ == ConfigMethodKind::distance ? third : UNDEFINED_NUMBER;
+        v[static_cast<int>(ExprVar::WEIGHT)] =
+            kind_ == ConfigMethodKind::weight ? third : UNDEFINED_NUMBER;
+        v[static_cast<int>(ExprVar::TIME)] =
+            kind_ == ConfigMethodKind::time ? third : UNDEFINED_NUMBER;
+        v[static_cast<int>(ExprVar::DISTANCE)] =
+            kind_ == ConfigMethodKind::distance ? third : UNDEFINED_NUMBER;
         return expression_->evaluate(v);
     }
 
     bool is_set() const { return expression_.has_value(); }
     ConfigMethodKind kind() const { return kind_; }
-    std::string_view source() const { return expression_ ? expression_->source() : std::string_view{}; }
+    std::string_view source() const {
+        return expression_ ? expression_->source() : std::string_view{};
+    }
 
 private:
     std::optional<CompiledExpression> expression_;

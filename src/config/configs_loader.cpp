@@ -25,39 +25,51 @@ using Json = nlohmann::ordered_json;
 // The runtime's type name of a parsed JSON value.
 std::string json_type_name(const Json& value) {
     switch (value.type()) {
-        case Json::value_t::object: return "struct";
-        case Json::value_t::array: return "array";
-        case Json::value_t::string: return "string";
-        case Json::value_t::boolean: return "bool";
+        case Json::value_t::object:
+            return "struct";
+        case Json::value_t::array:
+            return "array";
+        case Json::value_t::string:
+            return "string";
+        case Json::value_t::boolean:
+            return "bool";
         case Json::value_t::number_integer:
         case Json::value_t::number_unsigned:
-        case Json::value_t::number_float: return "number";
-        default: return "undefined";
+        case Json::value_t::number_float:
+            return "number";
+        default:
+            return "undefined";
     }
 }
 
 // Reads one key into its typed field. Returns false (after logging) when the value does not fit.
 class FieldReader {
 public:
-    FieldReader(const std::string& path, ExpressionGlobals& globals) : path_(path), globals_(globals) {}
+    FieldReader(const std::string& path, ExpressionGlobals& globals)
+        : path_(path), globals_(globals) {}
 
     bool read(std::string_view key, std::string_view expected, const Json& value, double& field) {
-        if (!value.is_number()) return wrong_type(key, expected, value);
+        if (!value.is_number())
+            return wrong_type(key, expected, value);
         field = value.get<double>();
         return true;
     }
     bool read(std::string_view key, std::string_view expected, const Json& value, bool& field) {
-        if (!value.is_boolean()) return wrong_type(key, expected, value);
+        if (!value.is_boolean())
+            return wrong_type(key, expected, value);
         field = value.get<bool>();
         return true;
     }
-    bool read(std::string_view key, std::string_view expected, const Json& value, std::string& field) {
-        if (!value.is_string()) return wrong_type(key, expected, value);
+    bool read(std::string_view key, std::string_view expected, const Json& value,
+              std::string& field) {
+        if (!value.is_string())
+            return wrong_type(key, expected, value);
         field = value.get<std::string>();
         return true;
     }
     bool read(std::string_view key, std::string_view expected, const Json& value, Value& field) {
-        if (!value.is_array()) return wrong_type(key, expected, value);
+        if (!value.is_array())
+            return wrong_type(key, expected, value);
         field = json_to_value(value);
         return true;
     }
@@ -73,20 +85,21 @@ public:
         auto compiled = ExpressionCompiler().compile_expression_from_string(source);
         if (auto* error = std::get_if<ExpressionError>(&compiled)) {
             log_error("Configuration file \"" + path_ + "\" variable \"" + std::string(key) +
-                      "\" has an expression that does not compile: " + error->message + " at column " +
-                      std::to_string(error->column) + ".\n    " + source + "\n    " +
-                      std::string(error->column > 0 ? error->column - 1 : 0, ' ') + "^");
+                      "\" has an expression that does not compile: " + error->message +
+                      " at column " + std::to_string(error->column) + ".\n    " + source +
+                      "\n    " + std::string(error->column > 0 ? error->column - 1 : 0, ' ') + "^");
             return false;
         }
-        field = ConfigMethod(std::move(std::get<CompiledExpression>(compiled)), config_method_kind_of(key), &globals_);
+        field = ConfigMethod(std::move(std::get<CompiledExpression>(compiled)),
+                             config_method_kind_of(key), &globals_);
         return true;
     }
 
 private:
     bool wrong_type(std::string_view key, std::string_view expected, const Json& value) {
         log_error("Configuration file \"" + path_ + "\" variable \"" + std::string(key) +
-                  "\" is of an unexpected type \"" + json_type_name(value) + "\". Expected \"" + std::string(expected) +
-                  "\".");
+                  "\" is of an unexpected type \"" + json_type_name(value) + "\". Expected \"" +
+                  std::string(expected) + "\".");
         return false;
     }
     const std::string& path_;
@@ -95,25 +108,33 @@ private:
 
 std::optional<std::string> read_text_file(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
-    if (!in) return std::nullopt;
+    if (!in)
+        return std::nullopt;
     std::stringstream text;
     text << in.rdbuf();
-    if (in.bad()) return std::nullopt;
+    if (in.bad())
+        return std::nullopt;
     return text.str();
 }
 
-ConfigsSlot& slot() { return ctx().slot<ConfigsSlot>(); }
+ConfigsSlot& slot() {
+    return ctx().slot<ConfigsSlot>();
+}
 
 }  // namespace
 
 ConfigMethodKind config_method_kind_of(std::string_view key) {
-    if (key == "current_action_weight_modifier") return ConfigMethodKind::weight;
-    if (key == "trial_score") return ConfigMethodKind::time;
-    if (key.starts_with("target_weight_")) return ConfigMethodKind::distance;
+    if (key == "current_action_weight_modifier")
+        return ConfigMethodKind::weight;
+    if (key == "trial_score")
+        return ConfigMethodKind::time;
+    if (key.starts_with("target_weight_"))
+        return ConfigMethodKind::distance;
     return ConfigMethodKind::plain;
 }
 
-std::optional<GameConfigurations> _load_game_configurations_from_file(const std::string& path, bool require_all) {
+std::optional<GameConfigurations> _load_game_configurations_from_file(const std::string& path,
+                                                                      bool require_all) {
     if (!file_exists(path)) {
         log_error("Configuration file doesn't exist (" + path + ").");
         return std::nullopt;
@@ -129,7 +150,8 @@ std::optional<GameConfigurations> _load_game_configurations_from_file(const std:
         return std::nullopt;
     }
     if (!root.is_object()) {
-        log_error("Configuration file \"" + path + "\" is in an unexpected format: " + json_type_name(root) + ".");
+        log_error("Configuration file \"" + path +
+                  "\" is in an unexpected format: " + json_type_name(root) + ".");
         return std::nullopt;
     }
 
@@ -138,37 +160,44 @@ std::optional<GameConfigurations> _load_game_configurations_from_file(const std:
     FieldReader reader(path, slot().expression_globals);
     bool ok = true;
     visit_config_fields(loaded, [&](std::string_view key, std::string_view expected, auto& field) {
-        if (!ok) return;
+        if (!ok)
+            return;
         auto it = root.find(std::string(key));
         if (it == root.end()) {
             if (require_all) {
-                log_error("Configuration file \"" + path + "\" doesn't define the variable \"" + std::string(key) + "\".");
+                log_error("Configuration file \"" + path + "\" doesn't define the variable \"" +
+                          std::string(key) + "\".");
                 ok = false;
             }
             return;
         }
         ok = reader.read(key, expected, *it, field);
     });
-    if (!ok) return std::nullopt;
+    if (!ok)
+        return std::nullopt;
     return loaded;
 }
 
 void merge_game_configurations(GameConfigurations& base, const GameConfigurations& custom) {
 #define VELDRA_MERGE_CONFIG_FIELD(key, type, meaning) \
-    if (custom.by_name.has(#key)) base.key = custom.key;
+    if (custom.by_name.has(#key))                     \
+        base.key = custom.key;
     VELDRA_GAME_CONFIGURATION_KEYS(VELDRA_MERGE_CONFIG_FIELD)
 #undef VELDRA_MERGE_CONFIG_FIELD
-    for (const std::string& name : custom.by_name.field_names()) base.by_name.set(name, custom.by_name.get(name));
+    for (const std::string& name : custom.by_name.field_names())
+        base.by_name.set(name, custom.by_name.get(name));
 }
 
 std::string _debug_ask_custom_config_filename() {
     auto answer = services().dialogs->get_string(
-        "Enter custom configuration's relative filename. You can leave out the file extension (e.g. .json)."
+        "Enter custom configuration's relative filename. You can leave out the file extension "
+        "(e.g. .json)."
         "\n\nThese custom will partially or fully overwrite the default configurations."
         "\n\nLeave blank or cancel to use default configurations as is.",
         debugs().custom_config);
     // A cancelled question (always, in headless runs) keeps the stored answer.
-    if (!answer) return "";
+    if (!answer)
+        return "";
     std::string name = string_trim(*answer);
     debugs().custom_config = name;
     save_active_debug_settings();
@@ -176,11 +205,14 @@ std::string _debug_ask_custom_config_filename() {
 }
 
 void initialize_configs() {
-    if (!once_only_first_call(slot().initialized)) return;
+    if (!once_only_first_call(slot().initialized))
+        return;
     slot().configs.reset();
 }
 
-bool configs_loaded() { return slot().configs.has_value(); }
+bool configs_loaded() {
+    return slot().configs.has_value();
+}
 
 const GameConfigurations& configs() {
     auto& loaded = slot().configs;
@@ -191,7 +223,9 @@ const GameConfigurations& configs() {
     return *loaded;
 }
 
-Value config_value(std::string_view name) { return configs_loaded() ? configs().by_name.get(name) : Value(); }
+Value config_value(std::string_view name) {
+    return configs_loaded() ? configs().by_name.get(name) : Value();
+}
 
 bool reload_game_configurations() {
     const std::string base_path = make_included_file_filename("configurations.json");
@@ -204,14 +238,17 @@ bool reload_game_configurations() {
     log("Loaded base configurations from \"" + base_path + "\"");
 
     std::optional<std::string> name = program_params().config;
-    if (!name) name = _debug_ask_custom_config_filename();
+    if (!name)
+        name = _debug_ask_custom_config_filename();
     std::string custom_name = string_trim(*name);
     if (custom_name.empty()) {
-        log("No custom configurations were loaded, because none were specified. Only the base configurations will "
+        log("No custom configurations were loaded, because none were specified. Only the base "
+            "configurations will "
             "be in effect.");
         return true;
     }
-    if (!custom_name.ends_with(".json")) custom_name += ".json";
+    if (!custom_name.ends_with(".json"))
+        custom_name += ".json";
     const std::string custom_path = resolve_user_path(custom_name);
     auto custom = _load_game_configurations_from_file(custom_path, false);
     if (!custom) {
@@ -220,7 +257,8 @@ bool reload_game_configurations() {
     }
     merge_game_configurations(*slot().configs, *custom);
     log("Loaded custom configurations from \"" + custom_path +
-        "\". All fields that are defined in this configuration were overwritten over the base configurations.");
+        "\". All fields that are defined in this configuration were overwritten over the base "
+        "configurations.");
     return true;
 }
 

@@ -11,7 +11,8 @@ namespace veldra {
 // Reads, cleans, parses, checks and compiles one file. With require_all every schema key must
 // be there (the base file); without, absent keys are skipped (a custom file). Failures are
 // logged with their texts and give nullopt.
-std::optional<GameConfigurations> _load_game_configurations_from_file(const std::string& path, bool require_all);
+std::optional<GameConfigurations> _load_game_configurations_from_file(const std::string& path,
+                                                                      bool require_all);
 
 // Copies every key that `custom` defines over `base`.
 void merge_game_configurations(GameConfigurations& base, const GameConfigurations& custom);

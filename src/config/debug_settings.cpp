@@ -41,7 +41,8 @@ void take(const nlohmann::json& value, bool& field) {
 }
 
 void take(const nlohmann::json& value, std::string& field) {
-    if (value.is_string()) field = value.get<std::string>();
+    if (value.is_string())
+        field = value.get<std::string>();
 }
 
 struct DebugSettingsSlot {
@@ -51,13 +52,16 @@ struct DebugSettingsSlot {
 }  // namespace
 
 std::optional<DebugSettings> _load_debug_settings_from_file(const std::string& path) {
-    if (!file_exists(path)) return std::nullopt;
+    if (!file_exists(path))
+        return std::nullopt;
     std::ifstream in(path, std::ios::binary);
     nlohmann::json root = nlohmann::json::parse(in, nullptr, /*allow_exceptions=*/false);
-    if (root.is_discarded() || !root.is_object()) return std::nullopt;
+    if (root.is_discarded() || !root.is_object())
+        return std::nullopt;
     DebugSettings settings;
     visit_fields(settings, [&](const char* name, auto& field) {
-        if (auto it = root.find(name); it != root.end()) take(*it, field);
+        if (auto it = root.find(name); it != root.end())
+            take(*it, field);
     });
     return settings;
 }
@@ -68,7 +72,8 @@ bool _save_debug_settings_to_file(const DebugSettings& settings, const std::stri
     visit_fields(copy, [&](const char* name, auto& field) { root[name] = field; });
     std::error_code error;
     auto parent = std::filesystem::path(path).parent_path();
-    if (!parent.empty()) std::filesystem::create_directories(parent, error);
+    if (!parent.empty())
+        std::filesystem::create_directories(parent, error);
     std::ofstream out(path, std::ios::binary | std::ios::trunc);
     if (!out) {
         log_warning("Failed to save debug settings to \"" + path + "\".");
@@ -78,10 +83,16 @@ bool _save_debug_settings_to_file(const DebugSettings& settings, const std::stri
     return static_cast<bool>(out);
 }
 
-DebugSettings& debugs() { return ctx().slot<DebugSettingsSlot>().settings; }
+DebugSettings& debugs() {
+    return ctx().slot<DebugSettingsSlot>().settings;
+}
 
-void load_active_debug_settings() { debugs() = _load_debug_settings_from_file(DEBUG_SETTINGS_PATH).value_or(DebugSettings{}); }
+void load_active_debug_settings() {
+    debugs() = _load_debug_settings_from_file(DEBUG_SETTINGS_PATH).value_or(DebugSettings{});
+}
 
-void save_active_debug_settings() { _save_debug_settings_to_file(debugs(), DEBUG_SETTINGS_PATH); }
+void save_active_debug_settings() {
+    _save_debug_settings_to_file(debugs(), DEBUG_SETTINGS_PATH);
+}
 
 }  // namespace veldra

@@ -49,7 +49,8 @@ inline constexpr std::string_view config_type_name_METHOD = "method";
 // runtime's type name the file's value must have ("number", "bool", "string", "array", "method").
 template <class Visitor>
 void visit_config_fields(GameConfigurations& configs, Visitor&& visit) {
-#define VELDRA_VISIT_CONFIG_FIELD(key, type, meaning) visit(#key, detail::config_type_name_##type, configs.key);
+#define VELDRA_VISIT_CONFIG_FIELD(key, type, meaning) \
+    visit(#key, detail::config_type_name_##type, configs.key);
     VELDRA_GAME_CONFIGURATION_KEYS(VELDRA_VISIT_CONFIG_FIELD)
 #undef VELDRA_VISIT_CONFIG_FIELD
 }

@@ -20,36 +20,44 @@ struct LocalizationSlot {
     std::optional<Language> active;
 };
 
-LocalizationSlot& slot() { return ctx().slot<LocalizationSlot>(); }
+LocalizationSlot& slot() {
+    return ctx().slot<LocalizationSlot>();
+}
 }  // namespace
 
-std::optional<std::string> Language::get(std::string_view lid, const std::vector<std::string>& args) const {
+std::optional<std::string> Language::get(std::string_view lid,
+                                         const std::vector<std::string>& args) const {
     auto it = lines.find(lid);
     if (it == lines.end()) {
         log_warning("Language doesn't have LID \"" + std::string(lid) + "\".");
         return std::nullopt;
     }
     std::string text = it->second;
-    for (std::size_t i = 0; i < args.size(); ++i) text = string_replace_all(text, "{" + std::to_string(i) + "}", args[i]);
+    for (std::size_t i = 0; i < args.size(); ++i)
+        text = string_replace_all(text, "{" + std::to_string(i) + "}", args[i]);
     return text;
 }
 
 void initialize_localization() {
-    if (!once_only_first_call(slot().initialized)) return;
+    if (!once_only_first_call(slot().initialized))
+        return;
     slot().active.reset();
 }
 
 std::optional<Language> parse_language(std::string_view ini_text) {
     auto ini = ini_parse(ini_text);
-    if (!ini) return std::nullopt;
+    if (!ini)
+        return std::nullopt;
     Language language;
     if (const auto* section = ini->section("localization"))
-        for (const auto& [lid, text] : *section) language.lines[lid] = string_replace_all(text, "\\n", "\n");
+        for (const auto& [lid, text] : *section)
+            language.lines[lid] = string_replace_all(text, "\\n", "\n");
     return language;
 }
 
 bool load_and_set_localization(std::string_view code) {
-    const std::string path = make_included_file_filename("localization/" + std::string(code) + ".ini");
+    const std::string path =
+        make_included_file_filename("localization/" + std::string(code) + ".ini");
     std::optional<Language> language;
     if (file_exists(path)) {
         std::ifstream in(path, std::ios::binary);
@@ -67,16 +75,22 @@ bool load_and_set_localization(std::string_view code) {
 
 std::optional<std::string> _debug_ask_localization() {
     auto answer = services().dialogs->get_string(
-        "Enter localization file's name.\n E.g. the name of /localization/en.ini would be just \"en\".", debugs().lang);
+        "Enter localization file's name.\n E.g. the name of /localization/en.ini would be just "
+        "\"en\".",
+        debugs().lang);
     // A cancelled question (always, in headless runs) keeps the stored answer.
-    if (!answer) return std::nullopt;
+    if (!answer)
+        return std::nullopt;
     std::string code = string_trim(*answer);
     debugs().lang = code;
     save_active_debug_settings();
-    if (code.empty()) return std::nullopt;
+    if (code.empty())
+        return std::nullopt;
     return code;
 }
 
-const Language* active_language() { return slot().active ? &*slot().active : nullptr; }
+const Language* active_language() {
+    return slot().active ? &*slot().active : nullptr;
+}
 
 }  // namespace veldra

@@ -16,7 +16,8 @@ struct Language {
 
     // The text of `lid` with {0}, {1}, ... replaced by the arguments; nullopt (and a warning)
     // for an LID the language lacks. A placeholder without an argument stays as it is.
-    std::optional<std::string> get(std::string_view lid, const std::vector<std::string>& args = {}) const;
+    std::optional<std::string> get(std::string_view lid,
+                                   const std::vector<std::string>& args = {}) const;
 };
 
 // Once-only; leaves the game without an active language until one is loaded.

@@ -13,25 +13,32 @@ struct LoggerSlot {
     bool scream_log_errors = false;
 };
 
-std::string two_digits(int value) { return value < 10 ? "0" + std::to_string(value) : std::to_string(value); }
+std::string two_digits(int value) {
+    return value < 10 ? "0" + std::to_string(value) : std::to_string(value);
+}
 }  // namespace
 
 std::string make_log_timestamp(const LocalDateTime& when) {
-    return std::to_string(when.year) + "_" + two_digits(when.month) + "_" + two_digits(when.day) + "_" +
-           two_digits(when.hour) + "_" + two_digits(when.minute) + "_" + two_digits(when.second);
+    return std::to_string(when.year) + "_" + two_digits(when.month) + "_" + two_digits(when.day) +
+           "_" + two_digits(when.hour) + "_" + two_digits(when.minute) + "_" +
+           two_digits(when.second);
 }
 
-bool& scream_log_errors() { return ctx().slot<LoggerSlot>().scream_log_errors; }
+bool& scream_log_errors() {
+    return ctx().slot<LoggerSlot>().scream_log_errors;
+}
 
 void initialize_log() {
-    if (!once_only_first_call(ctx().slot<LoggerSlot>().initialized)) return;
+    if (!once_only_first_call(ctx().slot<LoggerSlot>().initialized))
+        return;
     scream_log_errors() = false;
     auto& logger = rt().instance_create<obj_logger>(0, 0);
     logger.persistent = true;
 }
 
 obj_logger::~obj_logger() {
-    if (output_file) std::fclose(output_file);
+    if (output_file)
+        std::fclose(output_file);
 }
 
 void obj_logger::on_create() {
@@ -40,8 +47,9 @@ void obj_logger::on_create() {
         output_file = std::fopen(output_filename->c_str(), "wb");
         if (!output_file) {
             // The terminal still works; say once why the file stays empty.
-            services().terminal->println(LogLevel::warning,
-                                         "Warning: Failed to open log output file \"" + *output_filename + "\".");
+            services().terminal->println(
+                LogLevel::warning,
+                "Warning: Failed to open log output file \"" + *output_filename + "\".");
         }
     }
     dump_timer = LOG_DUMP_INTERVAL_STEPS;
@@ -65,18 +73,25 @@ void obj_logger::on_clean_up() {
     set_log_sink(nullptr);
 }
 
-std::string obj_logger::_make_timestamp() const { return make_log_timestamp(services().clock->local_now()); }
+std::string obj_logger::_make_timestamp() const {
+    return make_log_timestamp(services().clock->local_now());
+}
 
 void obj_logger::write(LogLevel level, std::string_view message) {
-    const char* prefix = level == LogLevel::error ? LOG_ERROR_PREFIX : level == LogLevel::warning ? LOG_WARNING_PREFIX : "";
+    const char* prefix = level == LogLevel::error     ? LOG_ERROR_PREFIX
+                         : level == LogLevel::warning ? LOG_WARNING_PREFIX
+                                                      : "";
     std::string line = _make_timestamp() + " " + prefix + std::string(message);
     services().terminal->println(level, line);
-    if (level != LogLevel::info && scream_log_errors()) services().dialogs->show_message(remove_text_tags(line));
-    if (output_file) output_file_log_buffer.push_back(remove_text_tags(line));
+    if (level != LogLevel::info && scream_log_errors())
+        services().dialogs->show_message(remove_text_tags(line));
+    if (output_file)
+        output_file_log_buffer.push_back(remove_text_tags(line));
 }
 
 void obj_logger::_dump() {
-    if (!output_file || !output_filename) return;
+    if (!output_file || !output_filename)
+        return;
     for (const auto& line : output_file_log_buffer) {
         std::fwrite(line.data(), 1, line.size(), output_file);
         std::fputc('\n', output_file);

@@ -6,7 +6,8 @@ namespace veldra {
 
 std::optional<std::string>* ProgramParameters::field(std::string_view name) {
 #define VELDRA_FIELD_BY_NAME(param, help) \
-    if (name == #param) return &param;
+    if (name == #param)                   \
+        return &param;
     VELDRA_PROGRAM_PARAMETERS(VELDRA_FIELD_BY_NAME)
 #undef VELDRA_FIELD_BY_NAME
     return nullptr;
@@ -26,15 +27,20 @@ ProgramParameters get_program_parameters(const std::vector<std::string>& argumen
     for (const std::string& argument : arguments) {
         // Pieces after the second are dropped: "lang=de=x" sets lang to "de".
         auto first = argument.find('=');
-        if (first == std::string::npos) continue;
+        if (first == std::string::npos)
+            continue;
         auto second = argument.find('=', first + 1);
         std::string key = argument.substr(0, first);
-        std::string value = argument.substr(first + 1, second == std::string::npos ? std::string::npos : second - first - 1);
-        if (auto* slot = params.field(key)) *slot = std::move(value);
+        std::string value = argument.substr(
+            first + 1, second == std::string::npos ? std::string::npos : second - first - 1);
+        if (auto* slot = params.field(key))
+            *slot = std::move(value);
     }
     return params;
 }
 
-ProgramParameters& program_params() { return ctx().slot<ProgramParameters>(); }
+ProgramParameters& program_params() {
+    return ctx().slot<ProgramParameters>();
+}
 
 }  // namespace veldra

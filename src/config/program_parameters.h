@@ -10,25 +10,29 @@
 namespace veldra {
 
 // One row per parameter: name, one-line meaning for --help. Adding a parameter is one line.
-#define VELDRA_PROGRAM_PARAMETERS(X)                                                                 \
-    X(user_id, "user ID for a session against the research server")                                 \
-    X(config, "custom configuration file laid over configurations.json (\".json\" may be left out)") \
-    X(lang, "language code of the texts, e.g. en or de (file localization/<code>.ini)")              \
-    X(auto_run_config, "auto-run file (JSON: levels, num_runs_per_permutation); starts an auto run") \
-    X(auto_run_seed, "seed of the auto run (a number); random when left out")                        \
-    X(auto_run_output, "CSV file the auto run writes")                                               \
-    X(log_output_file, "file that receives a copy of the log")                                       \
-    X(headless, "1 runs with no window, no sound and no dialogs")                                    \
-    X(frames, "stop after this many frames")                                                         \
+#define VELDRA_PROGRAM_PARAMETERS(X)                                                              \
+    X(user_id, "user ID for a session against the research server")                               \
+    X(config,                                                                                     \
+      "custom configuration file laid over configurations.json (\".json\" may be left out)")      \
+    X(lang, "language code of the texts, e.g. en or de (file localization/<code>.ini)")           \
+    X(auto_run_config,                                                                            \
+      "auto-run file (JSON: levels, num_runs_per_permutation); starts an auto run")               \
+    X(auto_run_seed, "seed of the auto run (a number); random when left out")                     \
+    X(auto_run_output, "CSV file the auto run writes")                                            \
+    X(log_output_file, "file that receives a copy of the log")                                    \
+    X(headless, "1 runs with no window, no sound and no dialogs")                                 \
+    X(frames, "stop after this many frames")                                                      \
     X(auto_run_jobs, "run the auto run in this many worker processes (same output bytes)")        \
-    X(auto_run_shard, "K/N: run only the K-th of N contiguous parts of the auto run (cluster jobs)") \
-    X(auto_run_merge, "PART1,PART2,...: join shard outputs into auto_run_output")                     \
-    X(auto_run_resume, "1 continues an interrupted auto run's output file")                            \
-    X(verbose, "1 also prints information lines of the log on stderr in headless runs")              \
-    X(generate_levels, "level-set generator file (JSON); writes a set of levels into output_dir")       \
-    X(output_dir, "directory the level-set generator writes into")                                     \
-    X(seed, "seed of a single trial, or the one that replaces the generator file's seed (a number)")             \
-    X(trial_level, "level file: runs one automatic trial and prints its result as JSON")               \
+    X(auto_run_shard,                                                                             \
+      "K/N: run only the K-th of N contiguous parts of the auto run (cluster jobs)")              \
+    X(auto_run_merge, "PART1,PART2,...: join shard outputs into auto_run_output")                 \
+    X(auto_run_resume, "1 continues an interrupted auto run's output file")                       \
+    X(verbose, "1 also prints information lines of the log on stderr in headless runs")           \
+    X(generate_levels, "level-set generator file (JSON); writes a set of levels into output_dir") \
+    X(output_dir, "directory the level-set generator writes into")                                \
+    X(seed,                                                                                       \
+      "seed of a single trial, or the one that replaces the generator file's seed (a number)")    \
+    X(trial_level, "level file: runs one automatic trial and prints its result as JSON")          \
     X(traits, "traits of the single trial's player: O,C,E,A,N (default 0,0,0,0,0)")
 
 struct ProgramParameters {

@@ -19,14 +19,16 @@ struct ApiEnvSlot {
 
 std::optional<std::string> string_field(const nlohmann::json& root, const char* key) {
     auto it = root.find(key);
-    if (it == root.end() || !it->is_string()) return std::nullopt;
+    if (it == root.end() || !it->is_string())
+        return std::nullopt;
     return it->get<std::string>();
 }
 }  // namespace
 
 void initialize_api_env() {
     auto& slot = ctx().slot<ApiEnvSlot>();
-    if (!once_only_first_call(slot.initialized)) return;
+    if (!once_only_first_call(slot.initialized))
+        return;
     slot.env = ApiEnv{};
     std::ifstream in(resolve_user_path(API_ENV_FILENAME), std::ios::binary);
     nlohmann::json root;
@@ -39,9 +41,12 @@ void initialize_api_env() {
         log_error("Couldn't find API configuration file \".api_env.json\".");
         return;
     }
-    slot.env = {string_field(root, "remote_url"), string_field(root, "api_username"), string_field(root, "api_password")};
+    slot.env = {string_field(root, "remote_url"), string_field(root, "api_username"),
+                string_field(root, "api_password")};
 }
 
-const ApiEnv& api_env() { return ctx().slot<ApiEnvSlot>().env; }
+const ApiEnv& api_env() {
+    return ctx().slot<ApiEnvSlot>().env;
+}
 
 }  // namespace veldra

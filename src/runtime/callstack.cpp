@@ -10,26 +10,34 @@ thread_local std::vector<SourceLocation> frames;
 
 std::string describe(const SourceLocation& where) {
     std::string_view file = where.file_name();
-    if (auto slash = file.rfind('/'); slash != std::string_view::npos) file = file.substr(slash + 1);
-    return std::string(where.function_name()) + " (" + std::string(file) + ":" + std::to_string(where.line()) + ")";
+    if (auto slash = file.rfind('/'); slash != std::string_view::npos)
+        file = file.substr(slash + 1);
+    return std::string(where.function_name()) + " (" + std::string(file) + ":" +
+           std::to_string(where.line()) + ")";
 }
 }  // namespace
 
-CallstackScope::CallstackScope(SourceLocation where) { frames.push_back(where); }
-CallstackScope::~CallstackScope() { frames.pop_back(); }
+CallstackScope::CallstackScope(SourceLocation where) {
+    frames.push_back(where);
+}
+CallstackScope::~CallstackScope() {
+    frames.pop_back();
+}
 
 std::vector<std::string> debug_get_callstack(SourceLocation where) {
     std::vector<std::string> out;
     out.reserve(frames.size() + 1);
     out.push_back(describe(where));
-    for (auto it = frames.rbegin(); it != frames.rend(); ++it) out.push_back(describe(*it));
+    for (auto it = frames.rbegin(); it != frames.rend(); ++it)
+        out.push_back(describe(*it));
     return out;
 }
 
 std::string debug_callstack_text(SourceLocation where) {
     std::string text;
     for (const auto& frame : debug_get_callstack(where)) {
-        if (!text.empty()) text += "\n";
+        if (!text.empty())
+            text += "\n";
         text += frame;
     }
     return text;

@@ -3,9 +3,9 @@
 // and the uncaught-rejection handler print it. A function opts in with VELDRA_SCOPE() at its
 // top; the marker costs two stores and no allocation.
 
-#include "runtime/source_location.h"
 #include <string>
 #include <vector>
+#include "runtime/source_location.h"
 
 namespace veldra {
 

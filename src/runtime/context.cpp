@@ -24,16 +24,21 @@ Context::~Context() {
 }
 
 Context& ctx() {
-    assert(current_context && "ctx() with no current Context: create one and a ContextScope first?");
+    assert(current_context &&
+           "ctx() with no current Context: create one and a ContextScope first?");
     return *current_context;
 }
 
-bool has_ctx() { return current_context != nullptr; }
+bool has_ctx() {
+    return current_context != nullptr;
+}
 
 ContextScope::ContextScope(Context& context) : previous_(current_context) {
     current_context = &context;
 }
 
-ContextScope::~ContextScope() { current_context = previous_; }
+ContextScope::~ContextScope() {
+    current_context = previous_;
+}
 
 }  // namespace veldra

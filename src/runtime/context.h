@@ -31,7 +31,8 @@ public:
     template <class T>
     T& slot() {
         const std::size_t id = detail::context_slot_id<T>();
-        if (id >= slots_.size()) slots_.resize(id + 1, nullptr);
+        if (id >= slots_.size())
+            slots_.resize(id + 1, nullptr);
         if (!slots_[id]) {
             auto owned = std::make_unique<Holder<T>>();
             owned->id = id;

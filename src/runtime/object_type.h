@@ -19,7 +19,8 @@ struct ObjectType {
     // True when this type is `other` or descends from it.
     bool is_a(const ObjectType& other) const {
         for (const ObjectType* t = this; t; t = t->parent)
-            if (t == &other) return true;
+            if (t == &other)
+                return true;
         return false;
     }
 };
@@ -28,11 +29,14 @@ std::size_t object_type_count();
 
 }  // namespace veldra
 
-// Declares an object class: `class obj_human : public obj_creature { VELDRA_OBJECT(obj_human, obj_creature) ... };`
-#define VELDRA_OBJECT(Name, Parent)                                                  \
-public:                                                                              \
-    static const ::veldra::ObjectType& object_type_static() {                        \
+// Declares an object class: `class obj_human : public obj_creature { VELDRA_OBJECT(obj_human,
+// obj_creature) ... };`
+#define VELDRA_OBJECT(Name, Parent)                                                   \
+public:                                                                               \
+    static const ::veldra::ObjectType& object_type_static() {                         \
         static const ::veldra::ObjectType type(#Name, &Parent::object_type_static()); \
-        return type;                                                                 \
-    }                                                                                \
-    const ::veldra::ObjectType& object_type() const override { return object_type_static(); }
+        return type;                                                                  \
+    }                                                                                 \
+    const ::veldra::ObjectType& object_type() const override {                        \
+        return object_type_static();                                                  \
+    }

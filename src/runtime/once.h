@@ -3,8 +3,8 @@
 // slot and call this first. A repeated call is a programming fault, reported with the call stack
 // so the second caller can be found.
 
-#include "runtime/source_location.h"
 #include <string_view>
+#include "runtime/source_location.h"
 
 namespace veldra {
 

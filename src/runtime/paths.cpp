@@ -11,11 +11,14 @@ std::string data_directory() {
     if (const char* project = std::getenv("VeldraProjectDir"); project && *project)
         return std::string(project) + "/datafiles/";
     const auto& program_directory = ctx().slot<Paths>().program_directory;
-    if (program_directory.empty()) return "datafiles/";
+    if (program_directory.empty())
+        return "datafiles/";
     return (program_directory / "datafiles").string() + "/";
 }
 
-std::string make_included_file_filename(std::string_view name) { return data_directory() + std::string(name); }
+std::string make_included_file_filename(std::string_view name) {
+    return data_directory() + std::string(name);
+}
 
 bool file_exists(const std::string& path) {
     std::error_code error;
@@ -24,7 +27,8 @@ bool file_exists(const std::string& path) {
 
 std::string resolve_user_path(std::string_view path) {
     std::string given(path);
-    if (given.empty() || file_exists(given) || std::filesystem::path(given).is_absolute()) return given;
+    if (given.empty() || file_exists(given) || std::filesystem::path(given).is_absolute())
+        return given;
     std::string shipped = make_included_file_filename(given);
     return file_exists(shipped) ? shipped : given;
 }

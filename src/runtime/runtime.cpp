@@ -49,10 +49,13 @@ std::size_t Runtime::instance_number(const ObjectType& type) const {
 
 Instance* Runtime::instance_find(const ObjectType& type, std::size_t n) const {
     const auto& members = members_of(type);
-    if (!type_lists_dirty_) return n < members.size() ? members[n] : nullptr;
+    if (!type_lists_dirty_)
+        return n < members.size() ? members[n] : nullptr;
     for (Instance* inst : members) {
-        if (!inst->alive_) continue;
-        if (n == 0) return inst;
+        if (!inst->alive_)
+            continue;
+        if (n == 0)
+            return inst;
         --n;
     }
     return nullptr;
@@ -62,7 +65,8 @@ Instance* Runtime::instance_nearest(double x, double y, const ObjectType& type) 
     Instance* best = nullptr;
     double best_distance = std::numeric_limits<double>::infinity();
     for (Instance* inst : members_of(type)) {
-        if (!inst->alive_) continue;
+        if (!inst->alive_)
+            continue;
         double d = std::hypot(inst->x - x, inst->y - y);
         if (d < best_distance) {  // strict: the earliest created wins ties
             best_distance = d;
@@ -73,37 +77,46 @@ Instance* Runtime::instance_nearest(double x, double y, const ObjectType& type) 
 }
 
 void Runtime::end_instance(Instance& inst, bool run_destroy_event) {
-    if (!inst.alive_) return;
+    if (!inst.alive_)
+        return;
     // Marked dead first so that events raised from the destroy event cannot end it twice.
     inst.alive_ = false;
-    for (const ObjectType* t = &inst.object_type(); t; t = t->parent) --live_count_by_type_[t->index];
+    for (const ObjectType* t = &inst.object_type(); t; t = t->parent)
+        --live_count_by_type_[t->index];
     has_dead_ = true;
     type_lists_dirty_ = true;
-    if (type_list_walks_ == 0) compact_type_lists();
-    if (run_destroy_event) inst.on_destroy();
+    if (type_list_walks_ == 0)
+        compact_type_lists();
+    if (run_destroy_event)
+        inst.on_destroy();
     inst.on_clean_up();
 }
 
 void Runtime::instance_destroy(InstanceId id) {
     auto it = by_id_.find(id);
-    if (it == by_id_.end() || !it->second->alive_) return;
+    if (it == by_id_.end() || !it->second->alive_)
+        return;
     end_instance(*it->second, true);
-    if (iteration_depth_ == 0) reclaim_dead();
+    if (iteration_depth_ == 0)
+        reclaim_dead();
 }
 
 void Runtime::compact_type_lists() {
-    if (!type_lists_dirty_) return;
+    if (!type_lists_dirty_)
+        return;
     type_lists_dirty_ = false;
     for (auto& members : by_type_)
         std::erase_if(members, [](Instance* inst) { return !inst->alive_; });
 }
 
 void Runtime::reclaim_dead() {
-    if (!has_dead_ || iteration_depth_ > 0) return;
+    if (!has_dead_ || iteration_depth_ > 0)
+        return;
     has_dead_ = false;
     compact_type_lists();
     for (auto& owned : instances_)
-        if (!owned->alive_) by_id_.erase(owned->id_);
+        if (!owned->alive_)
+            by_id_.erase(owned->id_);
     std::erase_if(instances_, [](const std::unique_ptr<Instance>& inst) { return !inst->alive_; });
 }
 
@@ -113,17 +126,21 @@ int Runtime::room_add(RoomDefinition room) {
 }
 
 void Runtime::room_goto(int room) {
-    assert(room >= 0 && room < static_cast<int>(rooms_.size()) && "room_goto to a room that was never added?");
+    assert(room >= 0 && room < static_cast<int>(rooms_.size()) &&
+           "room_goto to a room that was never added?");
     pending_room_ = room;
 }
 
 int Runtime::room_find(std::string_view name) const {
     for (std::size_t i = 0; i < rooms_.size(); ++i)
-        if (rooms_[i].name == name) return static_cast<int>(i);
+        if (rooms_[i].name == name)
+            return static_cast<int>(i);
     return -1;
 }
 
-void Runtime::room_restart() { pending_room_ = current_room_; }
+void Runtime::room_restart() {
+    pending_room_ = current_room_;
+}
 
 double Runtime::layer_depth(const std::string& layer) const {
     auto it = layer_depths_.find(layer);
@@ -140,7 +157,8 @@ void Runtime::raise(void (Instance::*event)()) {
     // Instances created during the pass receive the event in the same pass, as the list grows.
     for (std::size_t i = 0; i < instances_.size(); ++i) {
         Instance* inst = instances_[i].get();
-        if (inst->alive_) (inst->*event)();
+        if (inst->alive_)
+            (inst->*event)();
     }
 }
 
@@ -153,7 +171,8 @@ void Runtime::run_frame() {
     raise(&Instance::on_draw_end);
     raise(&Instance::on_draw_gui);
     raise(&Instance::on_draw_gui_end);
-    if (pending_room_ >= 0) change_room();
+    if (pending_room_ >= 0)
+        change_room();
     reclaim_dead();
     ++frame_count_;
 }
@@ -166,12 +185,14 @@ void Runtime::change_room() {
         // Leaving a room ends its non-persistent instances with their clean-up event only.
         for (std::size_t i = 0; i < instances_.size(); ++i) {
             Instance& inst = *instances_[i];
-            if (inst.alive_ && !inst.persistent) end_instance(inst, false);
+            if (inst.alive_ && !inst.persistent)
+                end_instance(inst, false);
         }
     }
     current_room_ = target;
     const auto& create = rooms_.at(static_cast<std::size_t>(target)).create_instances;
-    if (create) create(*this);
+    if (create)
+        create(*this);
     raise(&Instance::on_room_start);
 }
 
@@ -180,7 +201,8 @@ void Runtime::shutdown() {
         // Newest first, like destructors: the services made at start-up (the logger) are still
         // there while the instances that use them clean up.
         IterationGuard guard(*this);
-        for (std::size_t i = instances_.size(); i-- > 0;) end_instance(*instances_[i], false);
+        for (std::size_t i = instances_.size(); i-- > 0;)
+            end_instance(*instances_[i], false);
     }
     reclaim_dead();
 }

@@ -90,7 +90,8 @@ public:
         const std::size_t count = members.size();
         for (std::size_t i = 0; i < count; ++i) {
             Instance* inst = members[i];
-            if (inst->alive()) fn(static_cast<T&>(*inst));
+            if (inst->alive())
+                fn(static_cast<T&>(*inst));
         }
     }
 
@@ -101,7 +102,9 @@ public:
     int room() const { return current_room_; }
     // The room added under `name`, or -1.
     int room_find(std::string_view name) const;
-    const std::string& room_name(int room) const { return rooms_.at(static_cast<std::size_t>(room)).name; }
+    const std::string& room_name(int room) const {
+        return rooms_.at(static_cast<std::size_t>(room)).name;
+    }
 
     // Starts the first room at once (the program's start, before the first frame).
     void start(int first_room);
@@ -122,7 +125,8 @@ private:
     struct IterationGuard {
         explicit IterationGuard(Runtime& r) : runtime(r) { ++runtime.iteration_depth_; }
         ~IterationGuard() {
-            if (--runtime.iteration_depth_ == 0) runtime.reclaim_dead();
+            if (--runtime.iteration_depth_ == 0)
+                runtime.reclaim_dead();
         }
         Runtime& runtime;
     };
@@ -132,7 +136,8 @@ private:
     struct TypeListGuard {
         explicit TypeListGuard(Runtime& r) : runtime(r) { ++runtime.type_list_walks_; }
         ~TypeListGuard() {
-            if (--runtime.type_list_walks_ == 0) runtime.compact_type_lists();
+            if (--runtime.type_list_walks_ == 0)
+                runtime.compact_type_lists();
         }
         Runtime& runtime;
     };
@@ -145,9 +150,9 @@ private:
     void change_room();
     void reclaim_dead();
 
-    std::vector<std::unique_ptr<Instance>> instances_;        // creation order
-    std::unordered_map<InstanceId, Instance*> by_id_;          // live and not yet reclaimed
-    mutable std::vector<std::vector<Instance*>> by_type_;      // per type index, descendants included
+    std::vector<std::unique_ptr<Instance>> instances_;     // creation order
+    std::unordered_map<InstanceId, Instance*> by_id_;      // live and not yet reclaimed
+    mutable std::vector<std::vector<Instance*>> by_type_;  // per type index, descendants included
     mutable std::vector<std::size_t> live_count_by_type_;
     std::unordered_map<std::string, double> layer_depths_;
     std::vector<RoomDefinition> rooms_;
@@ -168,5 +173,7 @@ private:
 
 namespace veldra {
 // The entity runtime of the current context.
-inline Runtime& rt() { return ctx().slot<Runtime>(); }
+inline Runtime& rt() {
+    return ctx().slot<Runtime>();
+}
 }  // namespace veldra

@@ -8,29 +8,36 @@
 
 namespace veldra {
 
-Services& services() { return ctx().slot<Services>(); }
+Services& services() {
+    return ctx().slot<Services>();
+}
 
 LocalDateTime FrameClock::local_now() const {
     std::time_t now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
     std::tm local{};
     localtime_r(&now, &local);
-    return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec};
+    return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday,
+            local.tm_hour,        local.tm_min,     local.tm_sec};
 }
 
 std::optional<std::string> ScriptedDialogs::next_answer() {
-    if (answers.empty()) return std::nullopt;
+    if (answers.empty())
+        return std::nullopt;
     auto answer = answers.front();
     answers.pop_front();
     return answer;
 }
 
-std::optional<std::string> ScriptedDialogs::get_string(std::string_view, std::string_view) { return next_answer(); }
+std::optional<std::string> ScriptedDialogs::get_string(std::string_view, std::string_view) {
+    return next_answer();
+}
 
 std::optional<std::string> ScriptedDialogs::get_open_filename(std::string_view, std::string_view) {
     return next_answer();
 }
 
-std::optional<std::string> ScriptedDialogs::get_save_filename(std::string_view, std::string_view, std::string_view) {
+std::optional<std::string> ScriptedDialogs::get_save_filename(std::string_view, std::string_view,
+                                                              std::string_view) {
     return next_answer();
 }
 
@@ -43,7 +50,8 @@ void ScriptedDialogs::show_message(std::string_view text) {
 }
 
 void StderrTerminal::println(LogLevel level, std::string_view line) {
-    if (level == LogLevel::info && !verbose) return;
+    if (level == LogLevel::info && !verbose)
+        return;
     std::string plain = remove_text_tags(line);
     std::fprintf(stderr, "%s\n", plain.c_str());
 }

@@ -55,9 +55,12 @@ class Dialogs {
 public:
     virtual ~Dialogs() = default;
     // Each returns nullopt when the user cancels.
-    virtual std::optional<std::string> get_string(std::string_view prompt, std::string_view initial) = 0;
-    virtual std::optional<std::string> get_open_filename(std::string_view filter, std::string_view initial) = 0;
-    virtual std::optional<std::string> get_save_filename(std::string_view filter, std::string_view initial,
+    virtual std::optional<std::string> get_string(std::string_view prompt,
+                                                  std::string_view initial) = 0;
+    virtual std::optional<std::string> get_open_filename(std::string_view filter,
+                                                         std::string_view initial) = 0;
+    virtual std::optional<std::string> get_save_filename(std::string_view filter,
+                                                         std::string_view initial,
                                                          std::string_view title) = 0;
     virtual void show_message(std::string_view text) = 0;
 };
@@ -66,8 +69,10 @@ public:
 // scripted answer every question is cancelled. Messages go to stderr so a shell user sees them.
 class ScriptedDialogs final : public Dialogs {
 public:
-    std::optional<std::string> get_string(std::string_view prompt, std::string_view initial) override;
-    std::optional<std::string> get_open_filename(std::string_view filter, std::string_view initial) override;
+    std::optional<std::string> get_string(std::string_view prompt,
+                                          std::string_view initial) override;
+    std::optional<std::string> get_open_filename(std::string_view filter,
+                                                 std::string_view initial) override;
     std::optional<std::string> get_save_filename(std::string_view filter, std::string_view initial,
                                                  std::string_view title) override;
     void show_message(std::string_view text) override;
@@ -102,6 +107,8 @@ struct Services {
 };
 
 Services& services();
-inline double current_time() { return services().clock->current_time(); }
+inline double current_time() {
+    return services().clock->current_time();
+}
 
 }  // namespace veldra

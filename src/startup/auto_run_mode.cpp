@@ -33,19 +33,25 @@ void bad_parameter(const std::string& message) {
 }
 
 std::optional<std::size_t> whole_number_at_least_1(const std::optional<std::string>& text) {
-    if (!text) return 1;
+    if (!text)
+        return 1;
     auto value = try_string_to_real(*text);
-    if (!value || *value < 1 || *value != static_cast<double>(static_cast<std::size_t>(*value))) return std::nullopt;
+    if (!value || *value < 1 || *value != static_cast<double>(static_cast<std::size_t>(*value)))
+        return std::nullopt;
     return static_cast<std::size_t>(*value);
 }
 
 // Worker processes report through their parent's progress line, not their own.
-bool is_worker() { return std::getenv("VELDRA_AUTO_RUN_WORKER") != nullptr; }
+bool is_worker() {
+    return std::getenv("VELDRA_AUTO_RUN_WORKER") != nullptr;
+}
 
-void run_in_this_process(const ProgramParameters& params, double seed, std::size_t shard_k, std::size_t shard_n) {
+void run_in_this_process(const ProgramParameters& params, double seed, std::size_t shard_k,
+                         std::size_t shard_n) {
     const std::string& output = *params.auto_run_output;
     // Checked here as well, so a bad file ends the run with its message and nothing else.
-    if (!auto_run_read_and_check(resolve_user_path(*params.auto_run_config))) return end_program(1);
+    if (!auto_run_read_and_check(resolve_user_path(*params.auto_run_config)))
+        return end_program(1);
     AutoRunOptions options;
     options.shard_k = shard_k;
     options.shard_n = shard_n;
@@ -56,30 +62,38 @@ void run_in_this_process(const ProgramParameters& params, double seed, std::size
             return;
         }
         options.already_done = *done;
-        if (*done > 0) log("Resuming after " + std::to_string(*done) + " finished runs in \"" + output + "\".");
+        if (*done > 0)
+            log("Resuming after " + std::to_string(*done) + " finished runs in \"" + output +
+                "\".");
     }
     auto& slot = ctx().slot<AutoRunModeSlot>();
     slot.rng.emplace(seed);
-    if (!is_worker()) slot.progress = std::make_unique<ProgressLine>("auto run:");
+    if (!is_worker())
+        slot.progress = std::make_unique<ProgressLine>("auto run:");
     options.on_progress = [&slot](std::size_t done, std::size_t total) {
         slot.runs_done = done;
-        if (slot.progress) slot.progress->update(done, total);
+        if (slot.progress)
+            slot.progress->update(done, total);
     };
     options.should_stop = [] { return interrupt_requested(); };
     const std::size_t resumed = options.already_done;
-    auto_run_trials(resolve_user_path(*params.auto_run_config), output, *slot.rng, seed, std::move(options))
+    auto_run_trials(resolve_user_path(*params.auto_run_config), output, *slot.rng, seed,
+                    std::move(options))
         .and_then([&slot, output, resumed](const Value& completed) {
             const double seconds = slot.progress ? slot.progress->finish() : 0;
             const std::size_t new_runs = slot.runs_done > resumed ? slot.runs_done - resumed : 0;
             if (!is_worker())
-                std::printf("Auto run %s: %zu trials in %.1f s (%.1f trials/s); results in \"%s\".\n",
-                            completed.as_bool() ? "done" : "interrupted", new_runs, seconds,
-                            seconds > 0 ? static_cast<double>(new_runs) / seconds : 0.0, output.c_str());
+                std::printf(
+                    "Auto run %s: %zu trials in %.1f s (%.1f trials/s); results in \"%s\".\n",
+                    completed.as_bool() ? "done" : "interrupted", new_runs, seconds,
+                    seconds > 0 ? static_cast<double>(new_runs) / seconds : 0.0, output.c_str());
             end_program(completed.as_bool() ? 0 : (interrupt_requested() ? EXIT_INTERRUPTED : 1));
         })
         .and_catch([&slot](const Value& reason) {
-            if (slot.progress) slot.progress->finish();
-            if (!reason.is_undefined()) log_error(to_string(reason));
+            if (slot.progress)
+                slot.progress->finish();
+            if (!reason.is_undefined())
+                log_error(to_string(reason));
             end_program(1);
         });
 }
@@ -103,21 +117,25 @@ void start_auto_run_mode(const ProgramParameters& params) {
     }
     const auto jobs = whole_number_at_least_1(params.auto_run_jobs);
     if (!jobs) {
-        bad_parameter("auto_run_jobs=" + *params.auto_run_jobs + " is not a whole number of at least 1.");
+        bad_parameter("auto_run_jobs=" + *params.auto_run_jobs +
+                      " is not a whole number of at least 1.");
         return;
     }
     std::pair<std::size_t, std::size_t> shard{1, 1};
     if (params.auto_run_shard) {
         auto parsed = parse_shard(*params.auto_run_shard);
         if (!parsed) {
-            bad_parameter("auto_run_shard=" + *params.auto_run_shard + " must be K/N with 1 <= K <= N.");
+            bad_parameter("auto_run_shard=" + *params.auto_run_shard +
+                          " must be K/N with 1 <= K <= N.");
             return;
         }
         shard = *parsed;
     }
     if (*jobs > 1) {
         if (params.auto_run_shard || params.auto_run_resume == "1") {
-            bad_parameter("auto_run_jobs works on a whole run: use it without auto_run_shard and auto_run_resume.");
+            bad_parameter(
+                "auto_run_jobs works on a whole run: use it without auto_run_shard and "
+                "auto_run_resume.");
             return;
         }
         end_program(run_auto_run_jobs(params, {*jobs, seed, *params.auto_run_output}));
@@ -133,13 +151,16 @@ void start_auto_run_merge_mode(const ProgramParameters& params) {
     }
     std::vector<std::string> parts;
     for (const std::string& part : string_split(*params.auto_run_merge, ','))
-        if (!string_trim(part).empty()) parts.push_back(string_trim(part));
+        if (!string_trim(part).empty())
+            parts.push_back(string_trim(part));
     if (parts.empty()) {
         bad_parameter("auto_run_merge needs the part files: auto_run_merge=PART1,PART2,...");
         return;
     }
     const bool ok = auto_run_merge_parts(parts, *params.auto_run_output);
-    if (ok) std::printf("Merged %zu parts into \"%s\".\n", parts.size(), params.auto_run_output->c_str());
+    if (ok)
+        std::printf("Merged %zu parts into \"%s\".\n", parts.size(),
+                    params.auto_run_output->c_str());
     end_program(ok ? 0 : 1);
 }
 

@@ -8,7 +8,9 @@ namespace {
 // The one piece of process-wide state: a signal handler can reach nothing else.
 volatile std::sig_atomic_t interrupted = 0;
 
-extern "C" void on_interrupt(int) { interrupted = 1; }
+extern "C" void on_interrupt(int) {
+    interrupted = 1;
+}
 }  // namespace
 
 void install_interrupt_handler() {
@@ -16,6 +18,8 @@ void install_interrupt_handler() {
     std::signal(SIGTERM, on_interrupt);
 }
 
-bool interrupt_requested() { return interrupted != 0; }
+bool interrupt_requested() {
+    return interrupted != 0;
+}
 
 }  // namespace veldra

@@ -11,9 +11,6 @@
 #include "creatures/creature_spawning.h"
 #include "creatures/human_action_type.h"
 #include "net/api_env.h"
-#include "trials/promise.h"
-#include "trials/trial.h"
-#include "world/level_cell_types.h"
 #include "runtime/callstack.h"
 #include "runtime/context.h"
 #include "runtime/log.h"
@@ -21,6 +18,9 @@
 #include "runtime/services.h"
 #include "startup/program.h"
 #include "startup/run_mode.h"
+#include "trials/promise.h"
+#include "trials/trial.h"
+#include "world/level_cell_types.h"
 
 #ifndef VELDRA_BUILD_CONFIGURATION
 #define VELDRA_BUILD_CONFIGURATION "Default"
@@ -32,12 +32,15 @@ namespace {
 
 std::string os_type_to_string() {
     utsname name{};
-    if (uname(&name) != 0) return "unknown -1";
+    if (uname(&name) != 0)
+        return "unknown -1";
     return std::string(name.sysname) + " " + name.release;
 }
 
 // A desktop program runs in no browser; the runtime reports that as -1.
-std::string os_browser_to_string() { return "not_a_browser -1"; }
+std::string os_browser_to_string() {
+    return "not_a_browser -1";
+}
 
 void log_start_up_lines() {
     log("Program started.");
@@ -51,7 +54,8 @@ void log_start_up_lines() {
 void choose_language() {
     initialize_localization();
     std::optional<std::string> language = program_params().lang;
-    if (!language) language = _debug_ask_localization();
+    if (!language)
+        language = _debug_ask_localization();
     load_and_set_localization(language.value_or("en"));
 }
 

@@ -20,23 +20,29 @@ namespace {
 void print_help() {
     std::printf("Usage: veldra [key=value ...]\n\nParameters:\n");
     for (const auto& info : program_parameter_table())
-        std::printf("  %-18s %.*s\n", std::string(info.name).c_str(), static_cast<int>(info.help.size()), info.help.data());
-    std::printf("\nOther options:\n  --help             print this text\n  --version          print the version\n");
+        std::printf("  %-18s %.*s\n", std::string(info.name).c_str(),
+                    static_cast<int>(info.help.size()), info.help.data());
+    std::printf(
+        "\nOther options:\n  --help             print this text\n  --version          print the "
+        "version\n");
     std::printf("\nEnvironment:\n  VeldraProjectDir   data directory override: <dir>/datafiles/\n");
 }
 
 std::filesystem::path program_directory(const char* argv0) {
     std::error_code error;
     auto self = std::filesystem::read_symlink("/proc/self/exe", error);
-    if (!error) return self.parent_path();
+    if (!error)
+        return self.parent_path();
     return std::filesystem::absolute(argv0, error).parent_path();
 }
 
 std::optional<long long> parse_frames(const std::optional<std::string>& text) {
-    if (!text) return std::nullopt;
+    if (!text)
+        return std::nullopt;
     long long frames = 0;
     auto [end, error] = std::from_chars(text->data(), text->data() + text->size(), frames);
-    if (error != std::errc() || end != text->data() + text->size() || frames < 0) return -1;
+    if (error != std::errc() || end != text->data() + text->size() || frames < 0)
+        return -1;
     return frames;
 }
 

@@ -15,6 +15,8 @@ int add_rooms(Runtime& runtime) {
     return r.init;
 }
 
-const Rooms& rooms() { return ctx().slot<Rooms>(); }
+const Rooms& rooms() {
+    return ctx().slot<Rooms>();
+}
 
 }  // namespace veldra

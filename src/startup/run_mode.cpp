@@ -32,7 +32,8 @@ void run_level_set_generator(const ProgramParameters& params) {
             return;
         }
     }
-    const bool ok = generate_level_set(resolve_user_path(*params.generate_levels), *params.output_dir, seed);
+    const bool ok =
+        generate_level_set(resolve_user_path(*params.generate_levels), *params.output_dir, seed);
     end_program(ok ? 0 : 1);
 }
 
@@ -40,8 +41,10 @@ void run_level_set_generator(const ProgramParameters& params) {
 
 void choose_run_mode() {
     const ProgramParameters& params = program_params();
-    if (params.generate_levels) return run_level_set_generator(params);
-    if (params.auto_run_merge) return start_auto_run_merge_mode(params);
+    if (params.generate_levels)
+        return run_level_set_generator(params);
+    if (params.auto_run_merge)
+        return start_auto_run_merge_mode(params);
     // Everything below plays trials: without a configuration there is nothing to play with.
     const bool plays = params.user_id || params.auto_run_config || params.trial_level;
     if (plays && !configs_loaded()) {
@@ -52,8 +55,10 @@ void choose_run_mode() {
         log_error("Sessions against the research server are not available in this build.");
         return end_program(2);
     }
-    if (params.auto_run_config) return start_auto_run_mode(params);
-    if (params.trial_level) return start_single_trial_mode(params);
+    if (params.auto_run_config)
+        return start_auto_run_mode(params);
+    if (params.trial_level)
+        return start_single_trial_mode(params);
     // The developer menu needs a window; a headless start with nothing to run has nothing to
     // wait for, unless the caller asked for a number of frames.
     if (services().headless && !params.frames) {

@@ -25,7 +25,8 @@ std::vector<double> option_values(const char* key) {
     std::vector<double> values;
     const Value options = config_value(key);
     for (std::size_t i = 0; i < options.size(); ++i)
-        if (options.at(i).is_number()) values.push_back(options.at(i).as_number());
+        if (options.at(i).is_number())
+            values.push_back(options.at(i).as_number());
     return values;
 }
 
@@ -33,18 +34,23 @@ std::vector<double> option_values(const char* key) {
 
 std::optional<AutoRunConfigs> read_auto_run_configs(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
-    if (!in) return fail(path, "the file cannot be opened.");
+    if (!in)
+        return fail(path, "the file cannot be opened.");
     std::stringstream text;
     text << in.rdbuf();
-    const auto root = nlohmann::json::parse(_json_remove_comments(text.str()), nullptr, /*allow_exceptions=*/false);
-    if (root.is_discarded()) return fail(path, "not valid JSON.");
-    if (!root.is_object()) return fail(path, "the file must hold one JSON object.");
+    const auto root = nlohmann::json::parse(_json_remove_comments(text.str()), nullptr,
+                                            /*allow_exceptions=*/false);
+    if (root.is_discarded())
+        return fail(path, "not valid JSON.");
+    if (!root.is_object())
+        return fail(path, "the file must hold one JSON object.");
     AutoRunConfigs configs;
     auto levels = root.find("levels");
     if (levels == root.end() || !levels->is_array())
         return fail(path, "\"levels\" must be an array of level file names.");
     for (const auto& level : *levels) {
-        if (!level.is_string()) return fail(path, "\"levels\" must hold only file names (strings).");
+        if (!level.is_string())
+            return fail(path, "\"levels\" must hold only file names (strings).");
         configs.levels.push_back(level.get<std::string>());
     }
     auto runs = root.find("num_runs_per_permutation");
@@ -61,7 +67,8 @@ std::vector<AutoRunParams> auto_run_build_run_list(const AutoRunConfigs& configs
         option_values("options_extraversion"), option_values("options_agreeableness"),
         option_values("options_neuroticism"));
     std::vector<AutoRunParams> runs;
-    runs.reserve(configs.levels.size() * combinations.size() * static_cast<std::size_t>(configs.num_runs_per_permutation));
+    runs.reserve(configs.levels.size() * combinations.size() *
+                 static_cast<std::size_t>(configs.num_runs_per_permutation));
     for (const std::string& level : configs.levels)
         for (const PersonalityTraits& traits : combinations)
             for (double i = 0; i < configs.num_runs_per_permutation; ++i)
@@ -75,10 +82,12 @@ RunRange auto_run_shard_range(std::size_t count, std::size_t k, std::size_t n) {
 
 std::optional<std::pair<std::size_t, std::size_t>> parse_shard(const std::string& text) {
     const auto parts = string_split(text, '/');
-    if (parts.size() != 2) return std::nullopt;
+    if (parts.size() != 2)
+        return std::nullopt;
     const auto k = try_string_to_real(parts[0]);
     const auto n = try_string_to_real(parts[1]);
-    if (!k || !n || *k != std::floor(*k) || *n != std::floor(*n) || *k < 1 || *n < 1 || *k > *n) return std::nullopt;
+    if (!k || !n || *k != std::floor(*k) || *n != std::floor(*n) || *k < 1 || *n < 1 || *k > *n)
+        return std::nullopt;
     return std::pair{static_cast<std::size_t>(*k), static_cast<std::size_t>(*n)};
 }
 

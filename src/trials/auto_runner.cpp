@@ -25,25 +25,30 @@ struct AutoRunLevels {
 
 const Level* auto_run_level(const std::string& filename) {
     auto& levels = ctx().slot<AutoRunLevels>().by_filename;
-    if (auto it = levels.find(filename); it != levels.end()) return &it->second;
+    if (auto it = levels.find(filename); it != levels.end())
+        return &it->second;
     auto level = level_load_from_file(resolve_user_path(filename));
-    if (!level) return nullptr;
+    if (!level)
+        return nullptr;
     return &levels.emplace(filename, std::move(*level)).first->second;
 }
 
 }  // namespace
 
 obj_auto_runner::~obj_auto_runner() {
-    if (file_) std::fclose(file_);
+    if (file_)
+        std::fclose(file_);
 }
 
 bool obj_auto_runner::reopen(const char* mode) {
-    if (file_) std::fclose(file_);
+    if (file_)
+        std::fclose(file_);
     file_ = std::fopen(output_csv_filename_.c_str(), mode);
     return file_ != nullptr;
 }
 
-bool obj_auto_runner::initialize(const AutoRunConfigs& configs, const std::string& output_csv_filename, Rng& rng,
+bool obj_auto_runner::initialize(const AutoRunConfigs& configs,
+                                 const std::string& output_csv_filename, Rng& rng,
                                  std::function<void(bool)> callback, AutoRunOptions options) {
     output_csv_filename_ = output_csv_filename;
     callback_ = std::move(callback);
@@ -66,17 +71,20 @@ bool obj_auto_runner::initialize(const AutoRunConfigs& configs, const std::strin
 }
 
 void obj_auto_runner::finish(bool completed) {
-    if (finished_) return;
+    if (finished_)
+        return;
     finished_ = true;
     if (file_) {
         std::fclose(file_);
         file_ = nullptr;
     }
-    if (callback_) callback_(completed);
+    if (callback_)
+        callback_(completed);
 }
 
 void obj_auto_runner::on_step() {
-    if (running || finished_) return;
+    if (running || finished_)
+        return;
     if (current_param_index >= range_.last) {
         finish(true);
         return;
@@ -94,7 +102,8 @@ void obj_auto_runner::on_step() {
     gc_collect();
     running = true;
     const AutoRunParams& run = params[current_param_index];
-    auto_run_trial(run.filename, static_cast<double>(current_param_index), run.traits, run.seed, total_score)
+    auto_run_trial(run.filename, static_cast<double>(current_param_index), run.traits, run.seed,
+                   total_score)
         .and_then([this](const Value& record) {
             total_score += record.get("result").get("trial_score").as_number();
             const std::string line = trial_data_value_as_csv(record);
@@ -103,11 +112,13 @@ void obj_auto_runner::on_step() {
             running = false;
             ++current_param_index;
             if (options_.on_progress)
-                options_.on_progress(current_param_index - range_.first, range_.last - range_.first);
+                options_.on_progress(current_param_index - range_.first,
+                                     range_.last - range_.first);
         })
         .and_catch([this](const Value& reason) {
             services().dialogs->show_message(to_string(reason));
-            log_error("Auto run #" + std::to_string(current_param_index) + " failed: " + to_string(reason));
+            log_error("Auto run #" + std::to_string(current_param_index) +
+                      " failed: " + to_string(reason));
             finish(false);
         });
 }
@@ -121,26 +132,30 @@ void obj_auto_runner::on_clean_up() {
 
 std::optional<AutoRunConfigs> auto_run_read_and_check(const std::string& configs_filename) {
     auto configs = read_auto_run_configs(configs_filename);
-    if (!configs) return std::nullopt;
+    if (!configs)
+        return std::nullopt;
     for (const std::string& level : configs->levels)
-        if (!auto_run_level(level)) return std::nullopt;
+        if (!auto_run_level(level))
+            return std::nullopt;
     return configs;
 }
 
-Promise auto_run_trials(const std::string& configs_filename, const std::string& output_csv_filename, Rng& rng,
-                        double seed, AutoRunOptions options) {
+Promise auto_run_trials(const std::string& configs_filename, const std::string& output_csv_filename,
+                        Rng& rng, double seed, AutoRunOptions options) {
     auto configs = auto_run_read_and_check(configs_filename);
-    if (!configs) return promise_reject(Value());
+    if (!configs)
+        return promise_reject(Value());
     log("Starting auto runs of one or more trials...");
     log("Auto run configurations: \"" + configs_filename + "\"");
     log("Auto run output file: \"" + output_csv_filename + "\"");
     log("Auto run seed: \"" + number_to_string(seed) + "\"");
-    return Promise([&, configs = std::move(*configs), options = std::move(options)](const Resolve& resolve,
-                                                                                   const Reject& reject) mutable {
+    return Promise([&, configs = std::move(*configs), options = std::move(options)](
+                       const Resolve& resolve, const Reject& reject) mutable {
         auto& runner = rt().instance_create<obj_auto_runner>(0, 0);
         runner.persistent = true;
         auto done = [resolve](bool completed) {
-            if (completed) log("Auto runs completed.");
+            if (completed)
+                log("Auto runs completed.");
             resolve(Value(completed));
         };
         if (!runner.initialize(configs, output_csv_filename, rng, done, std::move(options)))
@@ -148,13 +163,16 @@ Promise auto_run_trials(const std::string& configs_filename, const std::string& 
     });
 }
 
-Promise auto_run_trial(const std::string& level_filename, double play_order, const PersonalityTraits& traits,
-                       double seed, double total_score_before_this_trial) {
-    if (obj_trial* previous = current_trial()) rt().instance_destroy(previous->id());
+Promise auto_run_trial(const std::string& level_filename, double play_order,
+                       const PersonalityTraits& traits, double seed,
+                       double total_score_before_this_trial) {
+    if (obj_trial* previous = current_trial())
+        rt().instance_destroy(previous->id());
     log("Starting auto run #" + number_to_string(play_order));
     return room_goto_or_restart(rt().room_find("rm_game")).and_then([=]() -> HandlerResult {
         const Level* level = auto_run_level(level_filename);
-        if (!level) return promise_reject(Value("Failed to read level \"" + level_filename + "\"."));
+        if (!level)
+            return promise_reject(Value("Failed to read level \"" + level_filename + "\"."));
         auto& trial = rt().instance_create<obj_trial>(0, 0);
         set_current_trial(trial.id());
         trial.initialize(*level, seed, true, configs().game_speed, total_score_before_this_trial);

@@ -19,9 +19,10 @@
 namespace veldra {
 
 struct AutoRunOptions {
-    std::size_t shard_k = 1;       // this process plays the K-th of N contiguous parts of the list
+    std::size_t shard_k = 1;  // this process plays the K-th of N contiguous parts of the list
     std::size_t shard_n = 1;
-    std::size_t already_done = 0;  // runs of that part already in the file (resuming): appended after
+    std::size_t already_done =
+        0;  // runs of that part already in the file (resuming): appended after
     std::function<void(std::size_t done, std::size_t total)> on_progress;
     std::function<bool()> should_stop;  // asked before each run: an interrupted batch ends cleanly
 };
@@ -58,15 +59,16 @@ private:
 // Reads the auto-run file, checks every level can be read, logs the start lines and runs the
 // batch. Fulfilled (with true) when every run is done, with false when stopped early; rejected
 // when the file, a level or the output is unusable.
-Promise auto_run_trials(const std::string& configs_filename, const std::string& output_csv_filename, Rng& rng,
-                        double seed, AutoRunOptions options = {});
+Promise auto_run_trials(const std::string& configs_filename, const std::string& output_csv_filename,
+                        Rng& rng, double seed, AutoRunOptions options = {});
 
 // Reads the auto-run file and every level it names (each failure logged). The check
 // auto_run_trials makes first; a shell run makes it before anything starts.
 std::optional<AutoRunConfigs> auto_run_read_and_check(const std::string& configs_filename);
 
 // One automatic trial; fulfilled with the record (a struct, see trial_data_to_value).
-Promise auto_run_trial(const std::string& level_filename, double play_order, const PersonalityTraits& traits,
-                       double seed, double total_score_before_this_trial);
+Promise auto_run_trial(const std::string& level_filename, double play_order,
+                       const PersonalityTraits& traits, double seed,
+                       double total_score_before_this_trial);
 
 }  // namespace veldra

@@ -22,8 +22,7 @@ void PromiseSettler::operator()(const Value& value_or_reason) const {
 
 HandlerResult::HandlerResult(const Promise& promise) : promise_(PromiseAccess::state_of(promise)) {}
 
-Promise::Promise(Executor executor, SourceLocation where)
-    : state_(detail::make_state(where)) {
+Promise::Promise(Executor executor, SourceLocation where) : state_(detail::make_state(where)) {
     state_->executor = std::move(executor);
     if (detail::promise_settings().delayed_execution)
         get_promise_event_loop().queue.push_back(state_);

@@ -18,11 +18,11 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
-#include "runtime/source_location.h"
 #include <string>
 #include <type_traits>
 #include <utility>
 #include <vector>
+#include "runtime/source_location.h"
 
 #include "runtime/value.h"
 
@@ -119,8 +119,7 @@ public:
     // With delayed execution off (the default) the executor runs here, inside the constructor;
     // with it on, it runs in the event loop's next step. `where` is recorded as the innermost
     // frame of debug_callstack() when promise debugging is on.
-    explicit Promise(Executor executor,
-                     SourceLocation where = SourceLocation::current());
+    explicit Promise(Executor executor, SourceLocation where = SourceLocation::current());
 
     PromiseStatus status() const;
     bool is_pending() const { return status() == PromiseStatus::pending; }

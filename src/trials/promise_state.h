@@ -5,9 +5,9 @@
 
 #include <functional>
 #include <memory>
-#include "runtime/source_location.h"
 #include <string>
 #include <vector>
+#include "runtime/source_location.h"
 
 #include "trials/promise.h"
 

@@ -5,11 +5,11 @@
 #include "config/game_configurations.h"
 #include "config/program_parameters.h"
 #include "creatures/eid.h"
+#include "creatures/food.h"
 #include "creatures/human.h"
 #include "creatures/human_ai.h"
 #include "creatures/human_player.h"
 #include "creatures/monster.h"
-#include "creatures/food.h"
 #include "creatures/personality_traits.h"
 #include "creatures/trial_world.h"
 #include "runtime/callstack.h"
@@ -25,7 +25,6 @@ namespace veldra {
 
 namespace {
 
-
 // Used for AI humans whose configured ranges are missing: the span of the values the traits
 // menu offers, so a custom file's scale is respected.
 PersonalityTraitRanges default_ai_trait_ranges() {
@@ -33,10 +32,13 @@ PersonalityTraitRanges default_ai_trait_ranges() {
         const Value options = config_value(key);
         double low = 0, high = 0;
         for (std::size_t i = 0; i < options.size(); ++i) {
-            if (!options.at(i).is_number()) continue;
+            if (!options.at(i).is_number())
+                continue;
             const double v = options.at(i).as_number();
-            if (i == 0 || v < low) low = v;
-            if (i == 0 || v > high) high = v;
+            if (i == 0 || v < low)
+                low = v;
+            if (i == 0 || v > high)
+                high = v;
         }
         return std::array<double, 2>{low, high};
     };
@@ -90,21 +92,28 @@ void obj_trial::give_traits_to_ai_humans() {
             if (table.size() == 0)
                 log_error("Configurations don't have any entries in ai_human_traits!");
             else
-                ranges = personality_traits_ranges_from_value(
-                    table.at(static_cast<std::size_t>(rng->rng_irandom(static_cast<double>(table.size() - 1)))));
-        } else if (*human.type_number >= 0 && static_cast<std::size_t>(*human.type_number) < table.size()) {
-            ranges = personality_traits_ranges_from_value(table.at(static_cast<std::size_t>(*human.type_number)));
+                ranges = personality_traits_ranges_from_value(table.at(static_cast<std::size_t>(
+                    rng->rng_irandom(static_cast<double>(table.size() - 1)))));
+        } else if (*human.type_number >= 0 &&
+                   static_cast<std::size_t>(*human.type_number) < table.size()) {
+            ranges = personality_traits_ranges_from_value(
+                table.at(static_cast<std::size_t>(*human.type_number)));
         } else {
-            log_error("Human AI \"" + EID(&human, false) + "\" has type number \"" + std::to_string(*human.type_number) +
+            log_error("Human AI \"" + EID(&human, false) + "\" has type number \"" +
+                      std::to_string(*human.type_number) +
                       "\" but the configurations don't define personality traits for that number.");
         }
-        human.set_traits(personality_traits_from_ranges(ranges.value_or(default_ai_trait_ranges()), *rng));
-        if (!is_auto_run) log_event("Traits and action weights for " + EID(&human, true) + ":\n" + personality_traits_format_data(human.personality_traits));
+        human.set_traits(
+            personality_traits_from_ranges(ranges.value_or(default_ai_trait_ranges()), *rng));
+        if (!is_auto_run)
+            log_event("Traits and action weights for " + EID(&human, true) + ":\n" +
+                      personality_traits_format_data(human.personality_traits));
     });
 }
 
 obj_trial::StartResult obj_trial::start(std::optional<PersonalityTraits> player_traits) {
-    if (state != TrialState::Initialized) return std::monostate{};
+    if (state != TrialState::Initialized)
+        return std::monostate{};
     traits = player_traits;
     rt().for_each<obj_human_player>([&](obj_human_player& player) {
         player.set_traits(traits.value_or(PersonalityTraits{}));
@@ -116,7 +125,8 @@ obj_trial::StartResult obj_trial::start(std::optional<PersonalityTraits> player_
     state = TrialState::Running;
     log_event("Trial started.");
     if (is_auto_run) {
-        while (state != TrialState::Reported) _step();
+        while (state != TrialState::Reported)
+            _step();
         return *result;
     }
     return Promise([this](const Resolve& resolve, const Reject&) {
@@ -137,16 +147,19 @@ void obj_trial::build_result(const char* outcome) {
     r.num_food_remaining = static_cast<double>(rt().instance_number<obj_food>());
     r.num_humans_remaining = static_cast<double>(rt().instance_number<obj_human>());
     r.energy_remaining = energy;
-    r.trial_score = configs().trial_score(traits.value_or(PersonalityTraits{}), energy_fraction, time_fraction);
+    r.trial_score =
+        configs().trial_score(traits.value_or(PersonalityTraits{}), energy_fraction, time_fraction);
     result = r;
 }
 
 bool obj_trial::tick() {
-    if (result) return false;
+    if (result)
+        return false;
     if (static_cast<double>(ticker.spent_ticks) < max_ticks) {
         ticker.tick();
         trial_world().spent_ticks = static_cast<double>(ticker.spent_ticks);
-        if (rt().instance_number<obj_human_player>() == 0) build_result(TRES_PERISHED);
+        if (rt().instance_number<obj_human_player>() == 0)
+            build_result(TRES_PERISHED);
     } else {
         build_result(TRES_SURVIVED);
     }
@@ -166,11 +179,13 @@ void obj_trial::_step() {
                     tick();
                 }
             }
-            if (result) state = TrialState::Ended;
+            if (result)
+                state = TrialState::Ended;
             break;
         case TrialState::Ended:
             log_event("Trial ended.");
-            if (ended_callback) ended_callback(*result);
+            if (ended_callback)
+                ended_callback(*result);
             state = TrialState::Reported;
             break;
         default:
@@ -178,37 +193,46 @@ void obj_trial::_step() {
     }
 }
 
-void obj_trial::on_step() { _step(); }
+void obj_trial::on_step() {
+    _step();
+}
 
 void obj_trial::log_event(const std::string& message) const {
     // Batches stay quiet unless their events are wanted in a log: an auto run writing an
     // output file, or a single trial run from the shell.
     const auto& params = program_params();
-    if (is_auto_run && !params.auto_run_output && !params.trial_level) return;
-    log("[#55dd55]TRIAL(" + std::to_string(id()) + ") TICK#" + std::to_string(ticker.spent_ticks) + "[/c] " + message);
+    if (is_auto_run && !params.auto_run_output && !params.trial_level)
+        return;
+    log("[#55dd55]TRIAL(" + std::to_string(id()) + ") TICK#" + std::to_string(ticker.spent_ticks) +
+        "[/c] " + message);
 }
 
 void obj_trial::on_clean_up() {
     log_event("Trial cleaned up.");
     ticker.free();
-    if (trial_world().terrain == &terrain) trial_world() = TrialWorld{};
+    if (trial_world().terrain == &terrain)
+        trial_world() = TrialWorld{};
     terrain = Terrain{};
 }
 
 Promise trial_run(const Level& level, double seed, std::optional<PersonalityTraits> traits,
-                  std::optional<std::string> trait_menu_header, double total_score_before_this_trial) {
-    if (obj_trial* previous = current_trial()) rt().instance_destroy(previous->id());
+                  std::optional<std::string> trait_menu_header,
+                  double total_score_before_this_trial) {
+    if (obj_trial* previous = current_trial())
+        rt().instance_destroy(previous->id());
     // The traits menu comes with the game window; until then the given traits are used as they are.
     (void)trait_menu_header;
     return room_goto_or_restart(rt().room_find("rm_game"))
         .and_then([level, seed, total_score_before_this_trial]() {
             auto& trial = rt().instance_create<obj_trial>(0, 0);
             set_current_trial(trial.id());
-            trial.initialize(level, seed, false, configs().game_speed, total_score_before_this_trial);
+            trial.initialize(level, seed, false, configs().game_speed,
+                             total_score_before_this_trial);
         })
         .and_then([traits]() -> HandlerResult {
             obj_trial* trial = current_trial();
-            if (!trial) return promise_reject(Value("The trial ended before it started."));
+            if (!trial)
+                return promise_reject(Value("The trial ended before it started."));
             auto started = trial->start(traits);
             return std::get<Promise>(started);
         });

@@ -29,8 +29,8 @@ public:
     void on_step() override;
     void on_clean_up() override;
 
-    void initialize(const Level& level, double seed, bool is_auto_run = false, double game_speed = 1,
-                    double total_score_before_this_trial = 0);
+    void initialize(const Level& level, double seed, bool is_auto_run = false,
+                    double game_speed = 1, double total_score_before_this_trial = 0);
 
     // Only in state Initialized (otherwise monostate, nothing changes). Automatic trials return
     // their TrialResult; interactive ones a promise fulfilled one frame after the result.
@@ -72,7 +72,7 @@ void set_current_trial(InstanceId trial);
 // Goes to the game room, creates an interactive trial there and starts it; fulfilled with the
 // result (as a struct) when the trial has reported its end.
 Promise trial_run(const Level& level, double seed, std::optional<PersonalityTraits> traits,
-                  std::optional<std::string> trait_menu_header, double total_score_before_this_trial);
-
+                  std::optional<std::string> trait_menu_header,
+                  double total_score_before_this_trial);
 
 }  // namespace veldra

@@ -60,7 +60,8 @@ Value trial_data_to_value(const TrialData& data) {
     return v;
 }
 
-void _struct_get_names_recursively(const Value& structure, const std::string& prefix, std::vector<std::string>& out_names) {
+void _struct_get_names_recursively(const Value& structure, const std::string& prefix,
+                                   std::vector<std::string>& out_names) {
     for (const auto& field : structure.fields()) {
         if (field.value.is_struct())
             _struct_get_names_recursively(field.value, prefix + field.name + ".", out_names);
@@ -71,7 +72,8 @@ void _struct_get_names_recursively(const Value& structure, const std::string& pr
 
 Value _struct_get_value_recursively(const Value& structure, std::string_view path) {
     Value current = structure;
-    for (const std::string& part : string_split(path, '.')) current = current.get(part);
+    for (const std::string& part : string_split(path, '.'))
+        current = current.get(part);
     return current;
 }
 
@@ -93,12 +95,15 @@ std::string trial_data_as_csv_headers() {
     return csv_from_rows({std::vector<Value>(names.begin(), names.end())});
 }
 
-std::string trial_data_as_csv(const TrialData& data) { return trial_data_value_as_csv(trial_data_to_value(data)); }
+std::string trial_data_as_csv(const TrialData& data) {
+    return trial_data_value_as_csv(trial_data_to_value(data));
+}
 
 std::string trial_data_value_as_csv(const Value& record) {
     std::vector<Value> row;
     row.reserve(trial_data_get_flattened_names().size());
-    for (const std::string& name : trial_data_get_flattened_names()) row.push_back(_struct_get_value_recursively(record, name));
+    for (const std::string& name : trial_data_get_flattened_names())
+        row.push_back(_struct_get_value_recursively(record, name));
     return csv_from_rows({row});
 }
 
@@ -106,7 +111,8 @@ std::string _snake_to_camel_case(std::string_view text) {
     const auto parts = string_split(text, '_');
     std::string out = parts.front();
     for (std::size_t i = 1; i < parts.size(); ++i) {
-        if (parts[i].empty()) continue;
+        if (parts[i].empty())
+            continue;
         out.push_back(static_cast<char>(std::toupper(static_cast<unsigned char>(parts[i][0]))));
         out.append(parts[i], 1);
     }

@@ -21,8 +21,8 @@ struct TrialLevelInfo {
     double play_order = 0;
     double num_monsters = 0;
     double num_food = 0;
-    double num_humans = 0;    // random humans plus every typed one
-    double num_humans_h = 0;  // cells of random humans ("h")
+    double num_humans = 0;                         // random humans plus every typed one
+    double num_humans_h = 0;                       // cells of random humans ("h")
     std::array<double, 10> num_humans_per_type{};  // cells "0" to "9"
     double num_sand = 0;
 };
@@ -55,7 +55,8 @@ std::string trial_data_value_as_csv(const Value& record);
 std::string _snake_to_camel_case(std::string_view text);
 
 // Helpers of the flattening, on any struct.
-void _struct_get_names_recursively(const Value& structure, const std::string& prefix, std::vector<std::string>& out_names);
+void _struct_get_names_recursively(const Value& structure, const std::string& prefix,
+                                   std::vector<std::string>& out_names);
 Value _struct_get_value_recursively(const Value& structure, std::string_view path);
 
 }  // namespace veldra

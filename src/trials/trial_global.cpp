@@ -12,7 +12,9 @@ struct TrialSlot {
     InstanceId trial = NO_INSTANCE;
 };
 
-TrialSlot& slot() { return ctx().slot<TrialSlot>(); }
+TrialSlot& slot() {
+    return ctx().slot<TrialSlot>();
+}
 }  // namespace
 
 void initialize_trials() {
@@ -22,7 +24,11 @@ void initialize_trials() {
     slot().trial = NO_INSTANCE;
 }
 
-obj_trial* current_trial() { return rt().find_as<obj_trial>(slot().trial); }
-void set_current_trial(InstanceId trial) { slot().trial = trial; }
+obj_trial* current_trial() {
+    return rt().find_as<obj_trial>(slot().trial);
+}
+void set_current_trial(InstanceId trial) {
+    slot().trial = trial;
+}
 
 }  // namespace veldra

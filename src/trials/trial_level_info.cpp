@@ -4,7 +4,8 @@
 
 namespace veldra {
 
-TrialLevelInfo trial_level_info_from_level(const Level& level, const std::string& filename, double play_order) {
+TrialLevelInfo trial_level_info_from_level(const Level& level, const std::string& filename,
+                                           double play_order) {
     const LevelCellTypeTable& types = lct();
     TrialLevelInfo info;
     info.filename = filename;
@@ -14,8 +15,11 @@ TrialLevelInfo trial_level_info_from_level(const Level& level, const std::string
     info.num_humans_h = level_get_num_cells_of_type(level, types.LCT_human_random);
     info.num_sand = level_get_num_cells_of_type(level, types.LCT_sand);
     double typed = 0;
-    for (std::size_t i = 0; i < info.num_humans_per_type.size() && i < types.all_typed_human_ai_level_cell_types.size(); ++i) {
-        info.num_humans_per_type[i] = level_get_num_cells_of_type(level, types.all_typed_human_ai_level_cell_types[i]);
+    for (std::size_t i = 0; i < info.num_humans_per_type.size() &&
+                            i < types.all_typed_human_ai_level_cell_types.size();
+         ++i) {
+        info.num_humans_per_type[i] =
+            level_get_num_cells_of_type(level, types.all_typed_human_ai_level_cell_types[i]);
         typed += info.num_humans_per_type[i];
     }
     info.num_humans = info.num_humans_h + typed;

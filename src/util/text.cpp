@@ -7,19 +7,22 @@ namespace veldra {
 std::string string_trim(std::string_view text) {
     constexpr std::string_view space = " \t\r\n\v\f";
     auto first = text.find_first_not_of(space);
-    if (first == std::string_view::npos) return {};
+    if (first == std::string_view::npos)
+        return {};
     auto last = text.find_last_not_of(space);
     return std::string(text.substr(first, last - first + 1));
 }
 
 std::string string_replace_all(std::string_view text, std::string_view from, std::string_view to) {
-    if (from.empty()) return std::string(text);
+    if (from.empty())
+        return std::string(text);
     std::string out;
     out.reserve(text.size());
     std::size_t pos = 0;
     while (true) {
         auto hit = text.find(from, pos);
-        if (hit == std::string_view::npos) break;
+        if (hit == std::string_view::npos)
+            break;
         out.append(text.substr(pos, hit - pos));
         out.append(to);
         pos = hit + from.size();
@@ -33,8 +36,10 @@ std::vector<std::string> string_split(std::string_view text, char delimiter) {
     std::size_t start = 0;
     while (true) {
         auto hit = text.find(delimiter, start);
-        parts.emplace_back(text.substr(start, hit == std::string_view::npos ? std::string_view::npos : hit - start));
-        if (hit == std::string_view::npos) break;
+        parts.emplace_back(text.substr(
+            start, hit == std::string_view::npos ? std::string_view::npos : hit - start));
+        if (hit == std::string_view::npos)
+            break;
         start = hit + 1;
     }
     return parts;
@@ -42,16 +47,23 @@ std::vector<std::string> string_split(std::string_view text, char delimiter) {
 
 std::optional<double> try_string_to_real(std::string_view text) {
     const std::string trimmed = string_trim(text);
-    if (trimmed.empty()) return std::nullopt;
+    if (trimmed.empty())
+        return std::nullopt;
     double value = 0;
     const char* begin = trimmed.data();
-    if (*begin == '+') ++begin;  // from_chars takes no plus sign
+    if (*begin == '+')
+        ++begin;  // from_chars takes no plus sign
     auto [end, error] = std::from_chars(begin, trimmed.data() + trimmed.size(), value);
-    if (error != std::errc() || end != trimmed.data() + trimmed.size()) return std::nullopt;
+    if (error != std::errc() || end != trimmed.data() + trimmed.size())
+        return std::nullopt;
     return value;
 }
 
-bool string_starts_with(std::string_view text, std::string_view prefix) { return text.starts_with(prefix); }
-bool string_ends_with(std::string_view text, std::string_view suffix) { return text.ends_with(suffix); }
+bool string_starts_with(std::string_view text, std::string_view prefix) {
+    return text.starts_with(prefix);
+}
+bool string_ends_with(std::string_view text, std::string_view suffix) {
+    return text.ends_with(suffix);
+}
 
 }  // namespace veldra

@@ -8,9 +8,9 @@
 
 #include "config/program_parameters.h"
 #include "runtime/context.h"
-#include "support/scratch_directory.h"
 #include "runtime/log.h"
 #include "runtime/paths.h"
+#include "support/scratch_directory.h"
 #include "util/text.h"
 
 namespace veldra {
@@ -43,7 +43,8 @@ protected:
     }
     const LogCapture::Line* first_error() const {
         for (const auto& line : capture.lines)
-            if (line.level == LogLevel::error) return &line;
+            if (line.level == LogLevel::error)
+                return &line;
         return nullptr;
     }
     Context context;
@@ -61,12 +62,15 @@ TEST_F(ConfigsLoaderTest, ShippedFileLoadsEveryKeyAndFormulasEvaluate) {
     EXPECT_EQ(loaded->levels.size(), 10u);
     PersonalityTraits traits{0, 1, 0, 0, 0};
     // Conscientiousness raises the pull of food when energy is low.
-    EXPECT_GT(loaded->weight_approach_food(traits, 0.2), loaded->weight_approach_food(PersonalityTraits{}, 0.2));
+    EXPECT_GT(loaded->weight_approach_food(traits, 0.2),
+              loaded->weight_approach_food(PersonalityTraits{}, 0.2));
     EXPECT_EQ(loaded->current_action_weight_modifier(traits, 1, 2), 2 * 2.0);
     EXPECT_EQ(loaded->target_weight_approach_food(traits, 1, 0.25), 1.75);
     EXPECT_EQ(loaded->trial_score(traits, 0.5, 1), 75);
     int methods = 0;
-    visit_config_fields(*loaded, [&](std::string_view, std::string_view type, auto&) { methods += type == "method"; });
+    visit_config_fields(*loaded, [&](std::string_view, std::string_view type, auto&) {
+        methods += type == "method";
+    });
     EXPECT_EQ(methods, 38);
 }
 
@@ -84,7 +88,8 @@ TEST_F(ConfigsLoaderTest, EachFailureHasItsText) {
         {"[1, 2]", "Configuration file \"{path}\" is in an unexpected format: array."},
         {"\"text\"", "Configuration file \"{path}\" is in an unexpected format: string."},
         {shipped_with("\"game_speed\": 1,", "\"game_speed\": \"1\","),
-         "Configuration file \"{path}\" variable \"game_speed\" is of an unexpected type \"string\". Expected \"number\"."},
+         "Configuration file \"{path}\" variable \"game_speed\" is of an unexpected type "
+         "\"string\". Expected \"number\"."},
         {shipped_with("    \"trial_time\": 60, // seconds of simulated time per trial\n", ""),
          "Configuration file \"{path}\" doesn't define the variable \"trial_time\"."},
     };
@@ -99,7 +104,10 @@ TEST_F(ConfigsLoaderTest, EachFailureHasItsText) {
 
 TEST_F(ConfigsLoaderTest, FirstMissingKeyInSchemaOrderIsNamed) {
     std::string text = shipped_with("    \"levels\": [", "    \"levels_renamed\": [");
-    text = string_replace_all(text, "    \"game_speed\": 1, // ticks per frame; negative runs the whole trial in one frame\n", "");
+    text = string_replace_all(
+        text,
+        "    \"game_speed\": 1, // ticks per frame; negative runs the whole trial in one frame\n",
+        "");
     const std::string path = write("broken.json", text);
     EXPECT_FALSE(_load_game_configurations_from_file(path, true));
     EXPECT_NE(first_error()->message.find("\"game_speed\""), std::string::npos);
@@ -107,7 +115,8 @@ TEST_F(ConfigsLoaderTest, FirstMissingKeyInSchemaOrderIsNamed) {
 
 TEST_F(ConfigsLoaderTest, FormulaThatDoesNotCompileNamesKeyFileAndColumn) {
     const std::string path =
-        write("broken.json", shipped_with("\"weight_explore\": \"max(0, 0.6 + 0.6 * O)\"", "\"weight_explore\": \"1 + * O\""));
+        write("broken.json", shipped_with("\"weight_explore\": \"max(0, 0.6 + 0.6 * O)\"",
+                                          "\"weight_explore\": \"1 + * O\""));
     EXPECT_FALSE(_load_game_configurations_from_file(path, true));
     const std::string& message = first_error()->message;
     EXPECT_NE(message.find("\"" + path + "\""), std::string::npos);
@@ -138,13 +147,15 @@ TEST_F(ConfigsLoaderTest, ReloadWithCustomOverlayAndFailuresKeepEarlierConfigs) 
     program_params().config = "fast.json";
     EXPECT_TRUE(reload_game_configurations());
     EXPECT_EQ(configs().trial_time, 60);
-    EXPECT_TRUE(capture.contains("Failed to load custom configs from \"" + (root / "datafiles" / "fast.json").string() + "\"."));
+    EXPECT_TRUE(capture.contains("Failed to load custom configs from \"" +
+                                 (root / "datafiles" / "fast.json").string() + "\"."));
 }
 
 TEST_F(ConfigsLoaderTest, NoCustomNameLoadsTheBaseOnly) {
     write("configurations.json", shipped_configuration());
     ASSERT_TRUE(reload_game_configurations());  // headless: the question is cancelled
-    EXPECT_TRUE(capture.contains("No custom configurations were loaded, because none were specified."));
+    EXPECT_TRUE(
+        capture.contains("No custom configurations were loaded, because none were specified."));
     initialize_configs();
     EXPECT_TRUE(capture.contains("called more than once"));
     EXPECT_TRUE(configs_loaded());

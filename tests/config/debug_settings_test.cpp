@@ -30,7 +30,8 @@ TEST_F(DebugSettingsTest, MissingOrMalformedFileGivesNothing) {
 }
 
 TEST_F(DebugSettingsTest, TypeRulesConvertOnlyToBool) {
-    write(R"({"show_ids": 0, "show_log": 1, "show_energies": "yes", "lang": 5, "custom_config": "fast", "extra": 1})");
+    write(
+        R"({"show_ids": 0, "show_log": 1, "show_energies": "yes", "lang": 5, "custom_config": "fast", "extra": 1})");
     auto settings = _load_debug_settings_from_file(path);
     ASSERT_TRUE(settings);
     EXPECT_FALSE(settings->show_ids);

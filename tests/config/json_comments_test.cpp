@@ -24,10 +24,12 @@ TEST(JsonRemoveComments, NeverLengthensAndKeepsLineCountOnRandomInput) {
     for (int round = 0; round < 5000; ++round) {
         std::string text;
         const int length = static_cast<int>(engine() % 60);
-        for (int i = 0; i < length; ++i) text.push_back(alphabet[engine() % alphabet.size()]);
+        for (int i = 0; i < length; ++i)
+            text.push_back(alphabet[engine() % alphabet.size()]);
         const std::string out = _json_remove_comments(text);
         ASSERT_LE(out.size(), text.size());
-        ASSERT_EQ(std::count(out.begin(), out.end(), '\n'), std::count(text.begin(), text.end(), '\n'));
+        ASSERT_EQ(std::count(out.begin(), out.end(), '\n'),
+                  std::count(text.begin(), text.end(), '\n'));
     }
 }
 

@@ -7,9 +7,9 @@
 #include <sstream>
 
 #include "runtime/context.h"
-#include "support/scratch_directory.h"
 #include "runtime/log.h"
 #include "runtime/paths.h"
+#include "support/scratch_directory.h"
 
 namespace veldra {
 namespace {
@@ -32,8 +32,10 @@ protected:
 };
 
 TEST_F(LocalizationTest, LoadsTheSectionTurnsBackslashNIntoLineBreaksAndFillsPlaceholders) {
-    write_language("t", "; comment\r\n[other]\r\nHud_TotalScore=wrong\r\n[localization]\r\n"
-                        "Hud_TotalScore=Total\r\nTwo=Line one\\nLine two\r\nFill={0} and {0}, then {1} {2}\r\n");
+    write_language(
+        "t",
+        "; comment\r\n[other]\r\nHud_TotalScore=wrong\r\n[localization]\r\n"
+        "Hud_TotalScore=Total\r\nTwo=Line one\\nLine two\r\nFill={0} and {0}, then {1} {2}\r\n");
     ASSERT_TRUE(load_and_set_localization("t"));
     const Language* language = active_language();
     ASSERT_NE(language, nullptr);
@@ -57,7 +59,8 @@ TEST_F(LocalizationTest, MissingFileIsLoggedAndKeepsTheActiveLanguage) {
     ASSERT_EQ(capture.lines.size(), 1u);
     EXPECT_EQ(capture.lines[0].level, LogLevel::error);
     EXPECT_EQ(capture.lines[0].message,
-              "Failed to load localization file \"" + (root / "datafiles" / "localization" / "xx.ini").string() + "\".");
+              "Failed to load localization file \"" +
+                  (root / "datafiles" / "localization" / "xx.ini").string() + "\".");
 
     write_language("t", "[localization]\nA=1\n");
     ASSERT_TRUE(load_and_set_localization("t"));
@@ -67,7 +70,8 @@ TEST_F(LocalizationTest, MissingFileIsLoggedAndKeepsTheActiveLanguage) {
 
 TEST(ShippedLanguages, EnglishAndGermanDefineTheSameLids) {
     auto read = [](const std::string& code) {
-        std::ifstream in(std::string(VELDRA_SOURCE_DIR) + "/datafiles/localization/" + code + ".ini");
+        std::ifstream in(std::string(VELDRA_SOURCE_DIR) + "/datafiles/localization/" + code +
+                         ".ini");
         std::stringstream text;
         text << in.rdbuf();
         return parse_language(text.str());
@@ -76,7 +80,8 @@ TEST(ShippedLanguages, EnglishAndGermanDefineTheSameLids) {
     auto de = read("de");
     ASSERT_TRUE(en && de);
     EXPECT_GE(en->lines.size(), 20u);
-    for (const auto& [lid, text] : en->lines) EXPECT_TRUE(de->lines.count(lid)) << lid;
+    for (const auto& [lid, text] : en->lines)
+        EXPECT_TRUE(de->lines.count(lid)) << lid;
     EXPECT_EQ(en->lines.size(), de->lines.size());
 }
 

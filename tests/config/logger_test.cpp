@@ -59,11 +59,13 @@ TEST_F(LoggerTest, TerminalKeepsMarkupAndFileGetsPlainLinesInBatches) {
     EXPECT_EQ(terminal->lines[1], "2024_03_07_09_05_41 [#dddd55]Warning:[/c] careful");
     EXPECT_EQ(terminal->lines[2], "2024_03_07_09_05_41 [#dd5555]Error:[/c] [#ff0000]broken[/c]");
 
-    for (int i = 0; i < LOG_DUMP_INTERVAL_STEPS - 1; ++i) rt().run_frame();
+    for (int i = 0; i < LOG_DUMP_INTERVAL_STEPS - 1; ++i)
+        rt().run_frame();
     EXPECT_EQ(read_file(path), "");  // not yet: one write-out per 60 steps
     rt().run_frame();
     EXPECT_EQ(read_file(path),
-              "2024_03_07_09_05_41 hello\n2024_03_07_09_05_41 Warning: careful\n2024_03_07_09_05_41 Error: broken\n");
+              "2024_03_07_09_05_41 hello\n2024_03_07_09_05_41 Warning: "
+              "careful\n2024_03_07_09_05_41 Error: broken\n");
 
     log("last words");
     rt().shutdown();  // the clean-up event writes what is left

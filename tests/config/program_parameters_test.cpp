@@ -6,8 +6,8 @@ namespace veldra {
 namespace {
 
 TEST(ProgramParameters, KeyValueArgumentsSetKnownFieldsOnly) {
-    auto params = get_program_parameters(
-        {"/path/veldra", "lang=de=x", "user_id=42", "bogus=1", "config", "=nothing", "log_output_file="});
+    auto params = get_program_parameters({"/path/veldra", "lang=de=x", "user_id=42", "bogus=1",
+                                          "config", "=nothing", "log_output_file="});
     EXPECT_EQ(params.lang, "de");
     EXPECT_EQ(params.user_id, "42");
     EXPECT_EQ(params.log_output_file, "");  // given, but empty

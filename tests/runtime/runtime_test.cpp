@@ -53,9 +53,9 @@ TEST_F(RuntimeTest, FrameRaisesTheEightEventsInTheirFixedOrder) {
     runtime.instance_create<obj_probe>(0, 0);
     lines.clear();
     runtime.run_frame();
-    EXPECT_EQ(lines, (std::vector<std::string>{"probe:step_begin", "probe:alarm", "probe:step", "probe:step_end",
-                                               "probe:draw", "probe:draw_end", "probe:draw_gui",
-                                               "probe:draw_gui_end"}));
+    EXPECT_EQ(lines, (std::vector<std::string>{"probe:step_begin", "probe:alarm", "probe:step",
+                                               "probe:step_end", "probe:draw", "probe:draw_end",
+                                               "probe:draw_gui", "probe:draw_gui_end"}));
 }
 
 TEST_F(RuntimeTest, QueriesIncludeDescendantsInCreationOrder) {
@@ -91,14 +91,16 @@ TEST_F(RuntimeTest, DestroyRunsDestroyAndCleanUpAtOnceAndIdsAreNeverReused) {
 
 TEST_F(RuntimeTest, DestroyingDuringIterationIsSafeAndSkipsTheDead) {
     std::vector<InstanceId> ids;
-    for (int i = 0; i < 5; ++i) ids.push_back(runtime.instance_create<obj_probe>(i, 0).id());
+    for (int i = 0; i < 5; ++i)
+        ids.push_back(runtime.instance_create<obj_probe>(i, 0).id());
     int visited = 0;
     runtime.for_each<obj_probe>([&](obj_probe& p) {
         ++visited;
         // Each visit destroys itself and the next one.
         runtime.instance_destroy(p.id());
         auto next = std::find(ids.begin(), ids.end(), p.id()) + 1;
-        if (next != ids.end()) runtime.instance_destroy(*next);
+        if (next != ids.end())
+            runtime.instance_destroy(*next);
     });
     EXPECT_EQ(visited, 3);  // 0, 2, 4
     EXPECT_EQ(runtime.instance_number<obj_probe>(), 0u);
@@ -108,7 +110,8 @@ TEST_F(RuntimeTest, DestroyingDuringIterationIsSafeAndSkipsTheDead) {
 TEST_F(RuntimeTest, InstancesCreatedDuringAnEventPassGetThatEvent) {
     struct obj_spawner : Instance {
         void on_step() override {
-            if (!spawned) runtime().instance_create<obj_probe>(0, 0);
+            if (!spawned)
+                runtime().instance_create<obj_probe>(0, 0);
             spawned = true;
         }
         bool spawned = false;
@@ -122,7 +125,8 @@ TEST_F(RuntimeTest, InstancesCreatedDuringAnEventPassGetThatEvent) {
 
 TEST_F(RuntimeTest, RoomChangeAtEndOfFrameKeepsPersistentInstances) {
     int created_in_b = 0;
-    int room_a = runtime.room_add({"a", [](Runtime& r) { r.instance_create<obj_probe>(0, 0).tag = "a"; }});
+    int room_a =
+        runtime.room_add({"a", [](Runtime& r) { r.instance_create<obj_probe>(0, 0).tag = "a"; }});
     int room_b = runtime.room_add({"b", [&](Runtime& r) {
                                        ++created_in_b;
                                        r.instance_create<obj_probe>(0, 0).tag = "b";
@@ -138,8 +142,8 @@ TEST_F(RuntimeTest, RoomChangeAtEndOfFrameKeepsPersistentInstances) {
     EXPECT_EQ(runtime.room(), room_b);
     EXPECT_EQ(created_in_b, 1);
     auto tail = std::vector<std::string>(lines.end() - 5, lines.end());
-    EXPECT_EQ(tail, (std::vector<std::string>{"keeper:draw_gui_end", "a:clean_up", "probe:create", "keeper:room_start",
-                                              "b:room_start"}));
+    EXPECT_EQ(tail, (std::vector<std::string>{"keeper:draw_gui_end", "a:clean_up", "probe:create",
+                                              "keeper:room_start", "b:room_start"}));
     EXPECT_EQ(runtime.instance_number<obj_probe>(), 2u);
 
     lines.clear();

@@ -17,11 +17,16 @@ protected:
 TEST_F(TrialDataTest, HeaderHasTheThirtyThreeSortedColumns) {
     const std::string expected =
         "config_version;game_version;level_info.filename;level_info.num_food;level_info.num_humans;"
-        "level_info.num_humans_0;level_info.num_humans_1;level_info.num_humans_2;level_info.num_humans_3;"
-        "level_info.num_humans_4;level_info.num_humans_5;level_info.num_humans_6;level_info.num_humans_7;"
-        "level_info.num_humans_8;level_info.num_humans_9;level_info.num_humans_h;level_info.num_monsters;"
-        "level_info.num_sand;level_info.play_order;result.energy_remaining;result.num_food_remaining;"
-        "result.num_humans_remaining;result.num_monsters_remaining;result.time_left;result.trial_score;"
+        "level_info.num_humans_0;level_info.num_humans_1;level_info.num_humans_2;level_info.num_"
+        "humans_3;"
+        "level_info.num_humans_4;level_info.num_humans_5;level_info.num_humans_6;level_info.num_"
+        "humans_7;"
+        "level_info.num_humans_8;level_info.num_humans_9;level_info.num_humans_h;level_info.num_"
+        "monsters;"
+        "level_info.num_sand;level_info.play_order;result.energy_remaining;result.num_food_"
+        "remaining;"
+        "result.num_humans_remaining;result.num_monsters_remaining;result.time_left;result.trial_"
+        "score;"
         "result.type;seed;traits.agreeableness;traits.conscientiousness;traits.extraversion;"
         "traits.neuroticism;traits.openness;user_id\n";
     EXPECT_EQ(trial_data_as_csv_headers(), expected);

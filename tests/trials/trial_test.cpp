@@ -50,7 +50,8 @@ protected:
         return Level("test", std::move(cells));
     }
 
-    obj_trial& make_trial(const Level& level, bool is_auto_run, double game_speed = 1, double seed = 3) {
+    obj_trial& make_trial(const Level& level, bool is_auto_run, double game_speed = 1,
+                          double seed = 3) {
         auto& trial = rt().instance_create<obj_trial>(0, 0);
         set_current_trial(trial.id());
         trial.initialize(level, seed, is_auto_run, game_speed, 0);
@@ -78,7 +79,8 @@ TEST_F(TrialTest, SurvivingTrialRunsExactlyItsTicksAndEndsOnTheNextCall) {
     EXPECT_EQ(result.time_left, 0);
     EXPECT_EQ(result.num_humans_remaining, 1);
     EXPECT_EQ(result.energy_remaining, configs().human_starting_energy);
-    EXPECT_EQ(result.trial_score, configs().trial_score(PersonalityTraits{}, result.energy_remaining / 10, 1));
+    EXPECT_EQ(result.trial_score,
+              configs().trial_score(PersonalityTraits{}, result.energy_remaining / 10, 1));
     EXPECT_FALSE(trial.tick());  // the result is never replaced
     EXPECT_EQ(trial.state, TrialState::Reported);
 }
@@ -135,7 +137,8 @@ TEST_F(TrialTest, InteractivePromiseIsFulfilledOneFrameAfterTheResult) {
     EXPECT_TRUE(std::holds_alternative<std::monostate>(obj_trial::StartResult{}));
     auto started = trial.start(PersonalityTraits{});
     ASSERT_TRUE(std::holds_alternative<Promise>(started));
-    EXPECT_TRUE(std::holds_alternative<std::monostate>(trial.start(PersonalityTraits{})));  // only once
+    EXPECT_TRUE(
+        std::holds_alternative<std::monostate>(trial.start(PersonalityTraits{})));  // only once
     Promise promise = std::get<Promise>(started);
     trial._step();
     EXPECT_TRUE(trial.result.has_value());
@@ -149,12 +152,15 @@ TEST_F(TrialTest, InteractivePromiseIsFulfilledOneFrameAfterTheResult) {
 TEST_F(TrialTest, AiHumanWithAnUnknownTypeNumberGetsDefaultRangesAndAnError) {
     auto& trial = make_trial(level_from_rows({"xxxxxx", "x p9 x", "xxxxxx"}), true);
     trial.start(PersonalityTraits{});
-    EXPECT_TRUE(capture.contains("has type number \"9\" but the configurations don't define personality traits for that number."));
+    EXPECT_TRUE(
+        capture.contains("has type number \"9\" but the configurations don't define personality "
+                         "traits for that number."));
 }
 
 TEST_F(TrialTest, SameSeedGivesTheSameResultAndEvents) {
     program_params().trial_level = "level";  // log the trial's events
-    auto level = level_load_from_file(std::string(VELDRA_SOURCE_DIR) + "/datafiles/levels/level_05.txt");
+    auto level =
+        level_load_from_file(std::string(VELDRA_SOURCE_DIR) + "/datafiles/levels/level_05.txt");
     ASSERT_TRUE(level);
     auto run = [&](double seed) {
         capture.lines.clear();
@@ -162,7 +168,8 @@ TEST_F(TrialTest, SameSeedGivesTheSameResultAndEvents) {
         auto result = std::get<TrialResult>(trial.start(PersonalityTraits{0.5, -0.5, 1, 0, -1}));
         restart_room();
         std::string events;
-        for (const auto& line : capture.lines) events += line.message + "\n";
+        for (const auto& line : capture.lines)
+            events += line.message + "\n";
         // Instance ids are never reused, so they differ between the runs; nothing else may.
         events = std::regex_replace(events, std::regex("[0-9]{6,}"), "#");
         return std::pair{json_stringify(trial_result_to_value(result), false), events};
