@@ -7,14 +7,11 @@
 #include <string>
 
 #include "config/game_configurations.h"
-#include "creatures/creature_pathfinding.h"
-#include "creatures/creature_spawning.h"
-#include "creatures/human_action_type.h"
 #include "runtime/context.h"
 #include "runtime/log.h"
 #include "runtime/runtime.h"
+#include "trials/game_systems.h"
 #include "trials/trial.h"
-#include "world/level_cell_types.h"
 #include "world/level_file.h"
 
 #ifndef VELDRA_SOURCE_DIR
@@ -29,12 +26,7 @@ void BM_AutomaticTrial(benchmark::State& state) {
     ContextScope scope(context);
     LogCapture quiet;  // the configuration loader's lines would bury the table
     setenv("VeldraProjectDir", VELDRA_SOURCE_DIR, 1);
-    initialize_configs();
-    initialize_human_action_types();
-    initialize_creature_pathfinding();
-    initialize_trials();
-    initialize_level_cell_types();
-    initialize_creature_spawning();
+    initialize_game_systems();
     if (!reload_game_configurations()) {
         state.SkipWithError("configuration did not load");
         return;

@@ -7,9 +7,6 @@
 #include "config/localization.h"
 #include "config/logger.h"
 #include "config/program_parameters.h"
-#include "creatures/creature_pathfinding.h"
-#include "creatures/creature_spawning.h"
-#include "creatures/human_action_type.h"
 #include "net/api_env.h"
 #include "runtime/callstack.h"
 #include "runtime/context.h"
@@ -18,9 +15,8 @@
 #include "runtime/services.h"
 #include "startup/program.h"
 #include "startup/run_mode.h"
+#include "trials/game_systems.h"
 #include "trials/promise.h"
-#include "trials/trial.h"
-#include "world/level_cell_types.h"
 
 #ifndef VELDRA_BUILD_CONFIGURATION
 #define VELDRA_BUILD_CONFIGURATION "Default"
@@ -73,12 +69,7 @@ void obj_init::on_create() {
     log_start_up_lines();
     load_active_debug_settings();
     choose_language();
-    initialize_configs();
-    initialize_human_action_types();
-    initialize_creature_pathfinding();
-    initialize_trials();
-    initialize_level_cell_types();
-    initialize_creature_spawning();
+    initialize_game_systems();
     reload_game_configurations();
     choose_run_mode();
 }

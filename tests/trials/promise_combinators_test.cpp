@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "promise_test_support.h"
 #include "runtime/context.h"
 #include "runtime/number_format.h"
 #include "runtime/runtime.h"
@@ -10,25 +11,12 @@
 namespace veldra {
 namespace {
 
-struct Deferred {
-    Resolve resolve;
-    Reject reject;
-    Promise promise{[this](const Resolve& res, const Reject& rej) {
-        resolve = res;
-        reject = rej;
-    }};
-};
+using testing::Deferred;
 
-class PromiseCombinatorsTest : public ::testing::Test {
+class PromiseCombinatorsTest : public testing::PromiseFixture {
 protected:
-    PromiseCombinatorsTest() {
-        promises_set_uncaught_handler([this](const Promise& p) { uncaught.push_back(p.reason()); });
-    }
-    Context context;
-    ContextScope scope{context};
     Deferred a, b, c;
     std::vector<Promise> inputs{a.promise, b.promise, c.promise};
-    std::vector<Value> uncaught;
 };
 
 TEST_F(PromiseCombinatorsTest, AllKeepsInputOrderAndFailsOnTheFirstRejection) {

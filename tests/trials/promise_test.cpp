@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "promise_test_support.h"
 #include "runtime/context.h"
 #include "runtime/log.h"
 #include "runtime/runtime.h"
@@ -14,27 +15,8 @@
 namespace veldra {
 namespace {
 
-// A promise settled from outside, later, the way a waiter or an HTTP event settles one.
-struct Deferred {
-    Resolve resolve;
-    Reject reject;
-    Promise promise{[this](const Resolve& res, const Reject& rej) {
-        resolve = res;
-        reject = rej;
-    }};
-};
-
-class PromiseTest : public ::testing::Test {
-protected:
-    PromiseTest() {
-        promises_set_uncaught_handler([this](const Promise& p) { uncaught.push_back(p.reason()); });
-    }
-    void step_event_loop() { rt().run_frame(); }
-
-    Context context;
-    ContextScope scope{context};
-    std::vector<Value> uncaught;
-};
+using testing::Deferred;
+using PromiseTest = testing::PromiseFixture;
 
 TEST_F(PromiseTest, SettlesOnceAndIgnoresLaterResolveAndReject) {
     Deferred d;

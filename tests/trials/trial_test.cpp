@@ -8,16 +8,13 @@
 
 #include "config/game_configurations.h"
 #include "config/program_parameters.h"
-#include "creatures/creature_pathfinding.h"
-#include "creatures/creature_spawning.h"
-#include "creatures/human_action_type.h"
 #include "creatures/human_player.h"
 #include "runtime/context.h"
 #include "runtime/log.h"
 #include "runtime/runtime.h"
 #include "serial/json.h"
+#include "trials/game_systems.h"
 #include "trials/trial_data.h"
-#include "world/level_cell_types.h"
 #include "world/level_file.h"
 
 namespace veldra {
@@ -27,12 +24,7 @@ class TrialTest : public ::testing::Test {
 protected:
     void SetUp() override {
         setenv("VeldraProjectDir", VELDRA_SOURCE_DIR, 1);
-        initialize_configs();
-        initialize_human_action_types();
-        initialize_creature_pathfinding();
-        initialize_trials();
-        initialize_level_cell_types();
-        initialize_creature_spawning();
+        initialize_game_systems();
         ASSERT_TRUE(reload_game_configurations());
         rt().start(rt().room_add({"rm_game", nullptr}));
     }
