@@ -1,10 +1,13 @@
-// A parallel auto run: the run list is split into contiguous chunks, several per job, and each
-// chunk is played by a worker process of this same program; at most `jobs` run at once and a
-// free job takes the next chunk. Trials on large levels cost several times those on small
-// ones, so one chunk per job would leave a job idle while the one with the large levels
-// finishes. The parent appends each chunk's lines to the output as soon as every chunk before
-// it is done, so the output is byte for byte what one process writes.
+// A parallel auto run: the run list is split into contiguous chunks that shrink towards its
+// end, and `jobs` worker processes of this same program play them, each taking the next chunk
+// as soon as it finishes one. Trials on large levels cost several times those on small ones, so
+// one fixed part per job would leave a job idle while the one with the large levels finishes;
+// small last chunks let the jobs finish together. A worker lives for the whole run and is sent
+// its chunks over a pipe, so many chunks cost one process start per job, not one per chunk.
+// The parent appends each chunk's lines to the output as soon as every chunk before it is done,
+// so the output is byte for byte what one process writes.
 
+#include <fcntl.h>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -33,30 +36,37 @@ namespace veldra {
 
 namespace {
 
-// Chunks per job: enough that the last ones are short, few enough that starting a process
-// (reading the configuration and the levels) stays a small share of a chunk.
-constexpr std::size_t chunks_per_job = 8;
-
-struct Worker {
+struct Chunk {
+    RunRange range;
     std::string part;
-    std::size_t runs = 0;  // runs of the chunk
     bool started = false;
-    pid_t pid = -1;
-    std::optional<int> exit_status;
-    std::size_t lines_seen = 0;  // newlines read so far, header included
+    std::optional<int> exit_status;  // 0 when its worker reported it done
+    std::size_t lines_seen = 0;      // newlines read so far, header included
     std::uintmax_t bytes_seen = 0;
 };
 
-// Plays the k-th of n chunks of the run list into `part`.
-pid_t spawn_worker(const ProgramParameters& params, double seed, std::size_t k, std::size_t n,
-                   const std::string& part) {
-    std::vector<std::string> args = {
-        std::filesystem::read_symlink("/proc/self/exe").string(),
-        "headless=1",
-        "auto_run_config=" + *params.auto_run_config,
-        "auto_run_output=" + part,
-        "auto_run_seed=" + number_to_string(seed),
-        "auto_run_shard=" + std::to_string(k) + "/" + std::to_string(n)};
+struct Worker {
+    pid_t pid = -1;
+    int command_fd = -1;  // the worker's standard input
+    int reply_fd = -1;    // its answers, one "done" line per chunk
+    std::optional<std::size_t> chunk;
+    bool exited = false;
+};
+
+// Starts a worker with pipes for its commands and answers; false (nothing left open) on failure.
+bool spawn_worker(const ProgramParameters& params, double seed, Worker& worker) {
+    int commands[2];
+    int replies[2];
+    if (pipe2(commands, O_CLOEXEC) != 0)
+        return false;
+    if (pipe2(replies, O_CLOEXEC) != 0) {
+        close(commands[0]);
+        close(commands[1]);
+        return false;
+    }
+    std::vector<std::string> args = {std::filesystem::read_symlink("/proc/self/exe").string(),
+                                     "headless=1", "auto_run_config=" + *params.auto_run_config,
+                                     "auto_run_seed=" + number_to_string(seed)};
     if (params.config)
         args.push_back("config=" + *params.config);
     if (params.lang)
@@ -65,31 +75,67 @@ pid_t spawn_worker(const ProgramParameters& params, double seed, std::size_t k, 
     for (auto& arg : args)
         argv.push_back(arg.data());
     argv.push_back(nullptr);
-    std::vector<std::string> env_strings = {"VELDRA_AUTO_RUN_WORKER=1"};
+    std::vector<std::string> env_strings = {std::string(auto_run_worker_environment) + "=1"};
     for (char** e = environ; *e; ++e)
         env_strings.emplace_back(*e);
     std::vector<char*> envp;
     for (auto& entry : env_strings)
         envp.push_back(entry.data());
     envp.push_back(nullptr);
-    pid_t pid = -1;
-    if (posix_spawn(&pid, argv[0], nullptr, nullptr, argv.data(), envp.data()) != 0)
-        return -1;
-    return pid;
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, commands[0], STDIN_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, replies[1], auto_run_worker_reply_fd);
+    const bool spawned =
+        posix_spawn(&worker.pid, argv[0], &actions, nullptr, argv.data(), envp.data()) == 0;
+    posix_spawn_file_actions_destroy(&actions);
+    close(commands[0]);
+    close(replies[1]);
+    if (!spawned) {
+        close(commands[1]);
+        close(replies[0]);
+        return false;
+    }
+    worker.command_fd = commands[1];
+    worker.reply_fd = replies[0];
+    fcntl(worker.reply_fd, F_SETFL, O_NONBLOCK);
+    return true;
 }
 
-// Counts new complete lines of a worker's part without reading it again from the start.
-void count_new_lines(Worker& worker) {
-    std::FILE* file = std::fopen(worker.part.c_str(), "rb");
+void close_commands(Worker& worker) {
+    if (worker.command_fd >= 0)
+        close(worker.command_fd);
+    worker.command_fd = -1;
+}
+
+bool send_chunk(Worker& worker, const Chunk& chunk) {
+    const std::string line = std::to_string(chunk.range.first) + " " +
+                             std::to_string(chunk.range.last) + " " + chunk.part + "\n";
+    return write(worker.command_fd, line.data(), line.size()) == static_cast<ssize_t>(line.size());
+}
+
+// Reads the worker's answers; true when it reported its chunk done.
+bool read_done(Worker& worker) {
+    char buffer[64];
+    bool done = false;
+    ssize_t got = 0;
+    while ((got = read(worker.reply_fd, buffer, sizeof buffer)) > 0)
+        done = done || std::find(buffer, buffer + got, '\n') != buffer + got;
+    return done;
+}
+
+// Counts new complete lines of a chunk's part without reading it again from the start.
+void count_new_lines(Chunk& chunk) {
+    std::FILE* file = std::fopen(chunk.part.c_str(), "rb");
     if (!file)
         return;
-    std::fseek(file, static_cast<long>(worker.bytes_seen), SEEK_SET);
+    std::fseek(file, static_cast<long>(chunk.bytes_seen), SEEK_SET);
     char buffer[8192];
     std::size_t read = 0;
     while ((read = std::fread(buffer, 1, sizeof buffer, file)) > 0) {
         for (std::size_t i = 0; i < read; ++i)
-            worker.lines_seen += buffer[i] == '\n';
-        worker.bytes_seen += read;
+            chunk.lines_seen += buffer[i] == '\n';
+        chunk.bytes_seen += read;
     }
     std::fclose(file);
 }
@@ -122,74 +168,98 @@ int run_auto_run_jobs(const ProgramParameters& params, const AutoRunJobsRequest&
     std::fwrite(header.data(), 1, header.size(), output);
     std::fflush(output);
 
-    const std::size_t chunk_count =
-        std::max<std::size_t>(1, std::min(total, request.jobs * chunks_per_job));
-    std::vector<Worker> chunks(chunk_count);
-    for (std::size_t k = 0; k < chunk_count; ++k) {
+    const std::vector<RunRange> ranges = auto_run_guided_chunks(total, request.jobs);
+    std::vector<Chunk> chunks(ranges.size());
+    for (std::size_t k = 0; k < chunks.size(); ++k) {
+        chunks[k].range = ranges[k];
         chunks[k].part = request.output + ".part-" + std::to_string(k + 1) + "-of-" +
-                         std::to_string(chunk_count);
-        const RunRange range = auto_run_shard_range(total, k + 1, chunk_count);
-        chunks[k].runs = range.last - range.first;
+                         std::to_string(chunks.size());
+    }
+    // A worker that finds its parent gone must not be killed by writing to a closed pipe.
+    signal(SIGPIPE, SIG_IGN);
+    std::vector<Worker> workers(std::min(request.jobs, chunks.size()));
+    for (std::size_t w = 0; w < workers.size(); ++w) {
+        if (!spawn_worker(params, request.seed, workers[w])) {
+            log_error("Failed to start worker process " + std::to_string(w + 1) + ".");
+            workers[w].exited = true;
+        }
     }
 
     ProgressLine progress("auto run (" + std::to_string(request.jobs) + " jobs):");
     std::size_t next_to_start = 0;
-    std::size_t running = 0;
     std::size_t appended = 0;
     std::size_t appended_runs = 0;
-    bool failed = false;
+    bool failed = std::all_of(workers.begin(), workers.end(), [](auto& w) { return w.exited; });
     bool forwarded_interrupt = false;
     auto last_progress = std::chrono::steady_clock::now();
-    while (appended < chunks.size()) {
-        while (running < request.jobs && next_to_start < chunks.size() && !interrupt_requested()) {
-            Worker& chunk = chunks[next_to_start++];
-            chunk.started = true;
-            chunk.pid = spawn_worker(params, request.seed, next_to_start, chunk_count, chunk.part);
-            if (chunk.pid < 0) {
-                log_error("Failed to start worker process " + std::to_string(next_to_start) + ".");
-                chunk.exit_status = 1;
-            } else {
-                ++running;
-            }
-        }
-        for (Worker& chunk : chunks) {
-            if (!chunk.started || chunk.exit_status)
+    while (!failed && appended < chunks.size()) {
+        for (Worker& worker : workers) {
+            if (worker.exited)
                 continue;
+            if (worker.chunk && read_done(worker)) {
+                chunks[*worker.chunk].exit_status = 0;
+                worker.chunk.reset();
+            }
+            if (!worker.chunk && worker.command_fd >= 0) {
+                if (next_to_start < chunks.size() && !interrupt_requested()) {
+                    Chunk& chunk = chunks[next_to_start];
+                    chunk.started = true;
+                    worker.chunk = next_to_start++;
+                    if (!send_chunk(worker, chunk))
+                        close_commands(worker);  // the worker is gone; its exit is read below
+                } else {
+                    close_commands(worker);  // nothing more to do: the worker ends
+                }
+            }
             int status = 0;
-            if (waitpid(chunk.pid, &status, WNOHANG) == chunk.pid) {
-                chunk.exit_status =
-                    WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-                --running;
+            if (waitpid(worker.pid, &status, WNOHANG) == worker.pid) {
+                worker.exited = true;
+                close_commands(worker);
+                // A "done" written just before exiting still counts.
+                if (worker.chunk && read_done(worker)) {
+                    chunks[*worker.chunk].exit_status = 0;
+                    worker.chunk.reset();
+                }
+                const int code = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+                if (worker.chunk)
+                    chunks[*worker.chunk].exit_status = code == 0 ? 1 : code;
+                else if (code != 0 && code != EXIT_INTERRUPTED)
+                    log_error("A worker process failed with exit status " + std::to_string(code) +
+                              ".");
+                close(worker.reply_fd);
             }
         }
         if (interrupt_requested() && !forwarded_interrupt) {
-            for (Worker& chunk : chunks)
-                if (chunk.started && !chunk.exit_status)
-                    kill(chunk.pid, SIGINT);
+            for (Worker& worker : workers)
+                if (!worker.exited)
+                    kill(worker.pid, SIGINT);
             forwarded_interrupt = true;
         }
         // Chunks join the output strictly in order; a chunk that stopped early (interrupt,
-        // failure) still contributes its whole lines, and nothing after it does. A chunk never
-        // started because of an interrupt ends the output there.
+        // failure) still contributes its whole lines, and nothing after it does.
         while (appended < chunks.size() && chunks[appended].exit_status) {
-            Worker& chunk = chunks[appended];
+            Chunk& chunk = chunks[appended];
             if (std::filesystem::exists(chunk.part))
                 auto_run_append_part(output, chunk.part);
             if (*chunk.exit_status != 0) {
                 failed = true;
                 if (*chunk.exit_status != EXIT_INTERRUPTED)
-                    log_error("Worker " + std::to_string(appended + 1) + " of " +
-                              std::to_string(chunks.size()) + " failed with exit status " +
-                              std::to_string(*chunk.exit_status) + ".");
+                    log_error("The worker playing runs " + std::to_string(chunk.range.first + 1) +
+                              " to " + std::to_string(chunk.range.last) +
+                              " failed with exit status " + std::to_string(*chunk.exit_status) +
+                              ".");
                 break;
             }
             std::error_code error;
             std::filesystem::remove(chunk.part, error);
-            appended_runs += chunk.runs;
+            appended_runs += chunk.range.last - chunk.range.first;
             ++appended;
         }
-        if (!failed && appended < chunks.size() && !chunks[appended].started &&
-            interrupt_requested())
+        // Stopped before every chunk was handed out, or every worker gone with chunks left.
+        const bool no_worker_left =
+            std::all_of(workers.begin(), workers.end(), [](auto& w) { return w.exited; });
+        if (!failed && appended < chunks.size() && !chunks[appended].exit_status &&
+            (no_worker_left || (interrupt_requested() && !chunks[appended].started)))
             failed = true;
         if (failed)
             break;
@@ -203,20 +273,21 @@ int run_auto_run_jobs(const ProgramParameters& params, const AutoRunJobsRequest&
             progress.update(std::min(done, total), total);
             last_progress = now;
         }
-        // Short, so that a job freed by a finished chunk is not left idle for long.
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        // Short, so that a worker that finished a chunk is not left idle for long.
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
-    if (failed) {
-        for (Worker& chunk : chunks)
-            if (chunk.started && !chunk.exit_status)
-                kill(chunk.pid, SIGINT);
-        for (Worker& chunk : chunks)
-            if (chunk.started && !chunk.exit_status)
-                waitpid(chunk.pid, nullptr, 0);
-        for (Worker& chunk : chunks) {
-            std::error_code error;
-            std::filesystem::remove(chunk.part, error);
-        }
+    for (Worker& worker : workers) {
+        if (worker.exited)
+            continue;
+        close_commands(worker);
+        if (failed)
+            kill(worker.pid, SIGINT);
+        waitpid(worker.pid, nullptr, 0);
+        close(worker.reply_fd);
+    }
+    for (Chunk& chunk : chunks) {
+        std::error_code error;
+        std::filesystem::remove(chunk.part, error);
     }
     std::fclose(output);
     const double seconds = progress.finish();
@@ -224,15 +295,15 @@ int run_auto_run_jobs(const ProgramParameters& params, const AutoRunJobsRequest&
         const std::size_t written = auto_run_count_finished_runs(request.output).value_or(0);
         std::printf(
             "Auto run interrupted: %zu of %zu trials in %.1f s; results in \"%s\", which "
-            "auto_run_resume=1 "
-            "continues.\n",
+            "auto_run_resume=1 continues.\n",
             written, total, seconds, request.output.c_str());
         return EXIT_INTERRUPTED;
     }
     if (failed)
         return 1;
     std::printf(
-        "Auto run done: %zu trials in %.1f s (%.1f trials/s) with %zu jobs; results in \"%s\".\n",
+        "Auto run done: %zu trials in %.1f s (%.1f trials/s) with %zu jobs; results in "
+        "\"%s\".\n",
         total, seconds, seconds > 0 ? static_cast<double>(total) / seconds : 0.0, request.jobs,
         request.output.c_str());
     return 0;

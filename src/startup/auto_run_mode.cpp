@@ -1,6 +1,8 @@
 #include "startup/auto_run_mode.h"
 
+#include <unistd.h>
 #include <cstdio>
+
 #include <cstdlib>
 #include <memory>
 
@@ -9,6 +11,7 @@
 #include "runtime/number_format.h"
 #include "runtime/paths.h"
 #include "runtime/random_source.h"
+#include "runtime/runtime.h"
 #include "startup/auto_run_files.h"
 #include "startup/interrupt.h"
 #include "startup/program.h"
@@ -41,9 +44,60 @@ std::optional<std::size_t> whole_number_at_least_1(const std::optional<std::stri
     return static_cast<std::size_t>(*value);
 }
 
-// Worker processes report through their parent's progress line, not their own.
 bool is_worker() {
-    return std::getenv("VELDRA_AUTO_RUN_WORKER") != nullptr;
+    return std::getenv(auto_run_worker_environment) != nullptr;
+}
+
+struct WorkerChunk {
+    RunRange range;
+    std::string part;
+};
+
+// The next chunk from the parent; nullopt at the end of the input (or a line that makes no
+// sense, which only a broken parent would send).
+std::optional<WorkerChunk> read_worker_chunk() {
+    char line[8192];
+    if (!std::fgets(line, sizeof line, stdin))
+        return std::nullopt;
+    unsigned long long first = 0;
+    unsigned long long last = 0;
+    int consumed = 0;
+    if (std::sscanf(line, "%llu %llu %n", &first, &last, &consumed) < 2 || first > last)
+        return std::nullopt;
+    std::string part = string_trim(line + consumed);
+    if (part.empty())
+        return std::nullopt;
+    return WorkerChunk{{static_cast<std::size_t>(first), static_cast<std::size_t>(last)}, part};
+}
+
+// Plays chunks until the parent has no more. One process serves the whole run, so a chunk
+// costs no process start, no configuration load and no level reads.
+void play_worker_chunks(const ProgramParameters& params, double seed) {
+    // The previous chunk's runner has finished; it would only pile up.
+    rt().for_each<obj_auto_runner>(
+        [](obj_auto_runner& runner) { rt().instance_destroy(runner.id()); });
+    const auto chunk = read_worker_chunk();
+    if (!chunk)
+        return end_program(0);
+    auto& slot = ctx().slot<AutoRunModeSlot>();
+    slot.rng.emplace(seed);  // every chunk draws the same list
+    AutoRunOptions options;
+    options.range = chunk->range;
+    options.should_stop = [] { return interrupt_requested(); };
+    auto_run_trials(resolve_user_path(*params.auto_run_config), chunk->part, *slot.rng, seed,
+                    std::move(options))
+        .and_then([params, seed](const Value& completed) {
+            if (!completed.as_bool())
+                return end_program(interrupt_requested() ? EXIT_INTERRUPTED : 1);
+            if (write(auto_run_worker_reply_fd, "done\n", 5) != 5)
+                return end_program(1);
+            play_worker_chunks(params, seed);
+        })
+        .and_catch([](const Value& reason) {
+            if (!reason.is_undefined())
+                log_error(to_string(reason));
+            end_program(1);
+        });
 }
 
 void run_in_this_process(const ProgramParameters& params, double seed, std::size_t shard_k,
@@ -68,8 +122,7 @@ void run_in_this_process(const ProgramParameters& params, double seed, std::size
     }
     auto& slot = ctx().slot<AutoRunModeSlot>();
     slot.rng.emplace(seed);
-    if (!is_worker())
-        slot.progress = std::make_unique<ProgressLine>("auto run:");
+    slot.progress = std::make_unique<ProgressLine>("auto run:");
     options.on_progress = [&slot](std::size_t done, std::size_t total) {
         slot.runs_done = done;
         if (slot.progress)
@@ -82,11 +135,10 @@ void run_in_this_process(const ProgramParameters& params, double seed, std::size
         .and_then([&slot, output, resumed](const Value& completed) {
             const double seconds = slot.progress ? slot.progress->finish() : 0;
             const std::size_t new_runs = slot.runs_done > resumed ? slot.runs_done - resumed : 0;
-            if (!is_worker())
-                std::printf(
-                    "Auto run %s: %zu trials in %.1f s (%.1f trials/s); results in \"%s\".\n",
-                    completed.as_bool() ? "done" : "interrupted", new_runs, seconds,
-                    seconds > 0 ? static_cast<double>(new_runs) / seconds : 0.0, output.c_str());
+            std::printf("Auto run %s: %zu trials in %.1f s (%.1f trials/s); results in \"%s\".\n",
+                        completed.as_bool() ? "done" : "interrupted", new_runs, seconds,
+                        seconds > 0 ? static_cast<double>(new_runs) / seconds : 0.0,
+                        output.c_str());
             end_program(completed.as_bool() ? 0 : (interrupt_requested() ? EXIT_INTERRUPTED : 1));
         })
         .and_catch([&slot](const Value& reason) {
@@ -102,7 +154,7 @@ void run_in_this_process(const ProgramParameters& params, double seed, std::size
 
 void start_auto_run_mode(const ProgramParameters& params) {
     install_interrupt_handler();
-    if (!params.auto_run_output || params.auto_run_output->empty()) {
+    if (!is_worker() && (!params.auto_run_output || params.auto_run_output->empty())) {
         bad_parameter("auto_run_output=FILE is needed: headless runs ask no questions.");
         return;
     }
@@ -115,6 +167,8 @@ void start_auto_run_mode(const ProgramParameters& params) {
         }
         seed = *parsed;
     }
+    if (is_worker())
+        return play_worker_chunks(params, seed);
     const auto jobs = whole_number_at_least_1(params.auto_run_jobs);
     if (!jobs) {
         bad_parameter("auto_run_jobs=" + *params.auto_run_jobs +

@@ -11,12 +11,20 @@ void start_auto_run_mode(const ProgramParameters& params);
 // auto_run_merge: joins shard outputs into auto_run_output.
 void start_auto_run_merge_mode(const ProgramParameters& params);
 
-// Worker processes of a parallel auto run; returns the exit status.
+// A parallel auto run (auto_run_jobs): worker processes of this program play chunks of the run
+// list; returns the exit status.
 struct AutoRunJobsRequest {
     std::size_t jobs = 2;
     double seed = 0;
     std::string output;
 };
 int run_auto_run_jobs(const ProgramParameters& params, const AutoRunJobsRequest& request);
+
+// How a worker knows it is one: this environment variable is set to 1. It then reads its
+// chunks from standard input, one line "FIRST LAST PART" each (runs [FIRST, LAST) of the list,
+// written to the file PART), answers "done" on auto_run_worker_reply_fd after each, and ends at
+// the end of its input.
+inline constexpr const char* auto_run_worker_environment = "VELDRA_AUTO_RUN_WORKER";
+inline constexpr int auto_run_worker_reply_fd = 3;
 
 }  // namespace veldra

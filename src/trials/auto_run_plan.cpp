@@ -1,5 +1,6 @@
 #include "trials/auto_run_plan.h"
 
+#include <algorithm>
 #include <cmath>
 #include <fstream>
 #include <nlohmann/json.hpp>
@@ -78,6 +79,20 @@ std::vector<AutoRunParams> auto_run_build_run_list(const AutoRunConfigs& configs
 
 RunRange auto_run_shard_range(std::size_t count, std::size_t k, std::size_t n) {
     return {count * (k - 1) / n, count * k / n};
+}
+
+std::vector<RunRange> auto_run_guided_chunks(std::size_t count, std::size_t jobs) {
+    jobs = std::max<std::size_t>(jobs, 1);
+    const std::size_t shortest = std::max<std::size_t>(1, count / (jobs * 64));
+    std::vector<RunRange> chunks;
+    std::size_t first = 0;
+    do {
+        const std::size_t left = count - first;
+        const std::size_t size = std::min(left, std::max(shortest, left / (2 * jobs)));
+        chunks.push_back({first, first + size});
+        first += size;
+    } while (first < count);
+    return chunks;
 }
 
 std::optional<std::pair<std::size_t, std::size_t>> parse_shard(const std::string& text) {

@@ -39,6 +39,12 @@ struct RunRange {
 };
 RunRange auto_run_shard_range(std::size_t count, std::size_t k, std::size_t n);
 
+// Contiguous chunks covering [0, count) in order, for `jobs` processes that each take the next
+// chunk when they finish one: every chunk a fixed share of the runs still left, so the first are
+// long (few processes to start) and the last short (the jobs finish close together), but none
+// shorter than a 64th of a job's share. One empty chunk when count is 0.
+std::vector<RunRange> auto_run_guided_chunks(std::size_t count, std::size_t jobs);
+
 // "K/N" with 1 <= K <= N; nullopt otherwise.
 std::optional<std::pair<std::size_t, std::size_t>> parse_shard(const std::string& text);
 

@@ -1,5 +1,7 @@
 #include "trials/auto_runner.h"
 
+#include <algorithm>
+
 #include "config/game_configurations.h"
 #include "runtime/gc.h"
 #include "runtime/log.h"
@@ -54,7 +56,11 @@ bool obj_auto_runner::initialize(const AutoRunConfigs& configs,
     callback_ = std::move(callback);
     params = auto_run_build_run_list(configs, rng);
     options_ = std::move(options);
-    range_ = auto_run_shard_range(params.size(), options_.shard_k, options_.shard_n);
+    range_ = options_.range
+                 ? *options_.range
+                 : auto_run_shard_range(params.size(), options_.shard_k, options_.shard_n);
+    range_.last = std::min(range_.last, params.size());
+    range_.first = std::min(range_.first, range_.last);
     current_param_index = std::min(range_.first + options_.already_done, range_.last);
     running = false;
     const bool resuming = options_.already_done > 0;

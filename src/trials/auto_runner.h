@@ -21,6 +21,7 @@ namespace veldra {
 struct AutoRunOptions {
     std::size_t shard_k = 1;  // this process plays the K-th of N contiguous parts of the list
     std::size_t shard_n = 1;
+    std::optional<RunRange> range;  // an explicit part of the list instead (parallel workers)
     std::size_t already_done =
         0;  // runs of that part already in the file (resuming): appended after
     std::function<void(std::size_t done, std::size_t total)> on_progress;
