@@ -51,12 +51,63 @@ inline double pf_grid_euclidean(int width, int cell_a, int cell_b) {
     return std::sqrt(dx * dx + dy * dy);
 }
 
+// pf_grid_euclidean as a heuristic object for one grid size, giving the very same values. The
+// search asks for an estimate at every push, so the column and row of every cell are worked out
+// once (the division by the width was a large share of the cost), and on grids small enough for
+// the table to stay in cache the square roots of every possible squared distance are too: a
+// table load is quicker than a square root, and sqrt of the same integer gives the same double.
+class PfGridEuclidean {
+public:
+    // Largest square-root table made, in entries (8 bytes each); bigger grids use std::sqrt.
+    static constexpr std::size_t max_root_table = std::size_t{1} << 14;
+
+    PfGridEuclidean(int width, int height) : coords_(static_cast<std::size_t>(width) * height) {
+        assert(width > 0 && height > 0 && "PfGridEuclidean on an empty grid?");
+        for (std::size_t cell = 0; cell < coords_.size(); ++cell) {
+            coords_[cell] = {static_cast<int>(cell) % width, static_cast<int>(cell) / width};
+        }
+        const auto dx = static_cast<std::size_t>(width - 1);
+        const auto dy = static_cast<std::size_t>(height - 1);
+        if (width < 65536 && height < 65536 && dx * dx + dy * dy < max_root_table) {
+            roots_.resize(dx * dx + dy * dy + 1);
+            for (std::size_t square = 0; square < roots_.size(); ++square)
+                roots_[square] = std::sqrt(static_cast<double>(square));
+        }
+    }
+
+    double operator()(const int& cell_a, const int& cell_b) const {
+        assert(static_cast<std::size_t>(cell_a) < coords_.size() &&
+               static_cast<std::size_t>(cell_b) < coords_.size() && "cell outside the grid");
+        const Coords a = coords_[static_cast<std::size_t>(cell_a)];
+        const Coords b = coords_[static_cast<std::size_t>(cell_b)];
+        const int dx = a.cx - b.cx;
+        const int dy = a.cy - b.cy;
+        if (!roots_.empty())
+            return roots_[static_cast<std::size_t>(dx * dx + dy * dy)];
+        const double dx_real = dx;
+        const double dy_real = dy;
+        return std::sqrt(dx_real * dx_real + dy_real * dy_real);
+    }
+
+private:
+    struct Coords {
+        int cx;
+        int cy;
+    };
+    std::vector<Coords> coords_;
+    std::vector<double> roots_;  // roots_[n] = sqrt(n); empty on large grids
+};
+
 // A get_neighbors callback for a Pathfinder<int, int, ...> on a grid whose passability does
 // not change while it is searched (a trial's terrain). The allowed steps of every cell are
 // worked out once, at construction, into one byte per cell, so an expansion only walks the set
 // bits; make a new one when cells change. A diagonal step is only allowed when both orthogonal
 // cells beside it are passable too, so paths never cut a blocked corner. Blocked cells have no
 // steps out of them, and no step leads into one.
+//
+// Two ways to call it, listing the same neighbours in the same order: through the pool and
+// scratch array (what a std::function neighbour callback holds), and with a visitor, which a
+// Pathfinder given PfGridNeighbors itself as its neighbour type uses to skip the records.
 class PfGridNeighbors {
 public:
     // passable: bool(int cell), asked once per cell and neighbour here and never again.
@@ -64,6 +115,10 @@ public:
     PfGridNeighbors(int width, int height, PfGridMoves moves, const Passable& passable)
         : width_(width), moves_(static_cast<std::size_t>(width) * height) {
         assert(width > 0 && height > 0 && "PfGridNeighbors on an empty grid?");
+        for (std::size_t d = 0; d < pf_grid_steps.size(); ++d) {
+            offsets_[d] = pf_grid_steps[d].dy * width + pf_grid_steps[d].dx;
+            costs_[d] = pf_grid_step_cost(static_cast<int>(d));
+        }
         auto open = [&](int cx, int cy) {
             return cx >= 0 && cy >= 0 && cx < width && cy < height && passable(cy * width + cx);
         };
@@ -95,9 +150,20 @@ public:
         return count;
     }
 
+    // visit(const int& to, double cost, const int& step) for every neighbour, in list order.
+    template <class Visit>
+    void operator()(const int& cell, Visit&& visit) const {
+        for (unsigned allowed = moves_[cell]; allowed != 0; allowed &= allowed - 1) {
+            const int d = std::countr_zero(allowed);
+            visit(cell + offsets_[d], costs_[d], d);
+        }
+    }
+
 private:
     int width_;
-    std::vector<std::uint8_t> moves_;  // per cell: bit d set when step d is allowed
+    std::vector<std::uint8_t> moves_;                  // per cell: bit d set when step d is allowed
+    std::array<int, pf_grid_steps.size()> offsets_{};  // cell index change of step d
+    std::array<double, pf_grid_steps.size()> costs_{};
 };
 
 }  // namespace veldra

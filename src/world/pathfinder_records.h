@@ -3,6 +3,7 @@
 // neighbour callbacks write them with. Included through world/pathfinder.h.
 
 #include <cstddef>
+#include <cstdint>
 #include <type_traits>
 #include <vector>
 
@@ -33,20 +34,41 @@ struct PfPathElement {
     Data data{};
 };
 
-// Where the best known route to a node arrives from (one per reached node other than the start).
+// Where the best known route to a node arrives from.
 template <class Node, class Data = int>
 struct PfPredecessor {
     Node from_node{};
     Data data{};
 };
 
-// What a node map holds per reached node during one search.
+// A node waiting in the open set. Taken smallest priority first and, among equal priorities,
+// smallest sequence (insertion order) first.
+template <class Node>
+struct PfOpenEntry {
+    double priority;
+    // Insertion order within one search. 32 bits keep an entry small (16 bytes with an int node),
+    // and no search pushes four billion nodes.
+    std::uint32_t sequence;
+    Node node;
+};
+
+// Whether `a` is taken from the open set before `b`. Sequence numbers are unique, so this is a
+// strict total order and any open set gives the same order of taking. Written without
+// short-circuits: in a heap the outcome is a coin toss, and a mispredicted branch costs more
+// than evaluating all three comparisons.
+template <class Node>
+bool pf_taken_before(const PfOpenEntry<Node>& a, const PfOpenEntry<Node>& b) {
+    return (a.priority < b.priority) | ((a.priority == b.priority) & (a.sequence < b.sequence));
+}
+
+// What a node map holds per reached node during one search. The predecessor sits in the entry
+// itself rather than in a pool record: a relaxation then writes one slot and allocates nothing.
 template <class Node, class Data>
 struct PfNodeEntry {
-    double g_score = 0;  // best known cost from the start
-    // Owned by the pathfinder's predecessor pool; nullptr for the start node.
-    const PfPredecessor<Node, Data>* came_from = nullptr;
-    bool in_open_set = false;  // a node is at most once in the open set
+    double g_score = 0;                     // best known cost from the start
+    PfPredecessor<Node, Data> came_from{};  // meaningful only when has_came_from
+    bool has_came_from = false;             // false for the start node
+    bool in_open_set = false;               // a node is at most once in the open set
 };
 
 // For get_neighbors callbacks: takes a record from the pool, writes it at position `count` of

@@ -168,6 +168,88 @@ TEST(PathfinderGridTest, HashAndDensePoliciesAgreeOnRandomGrids) {
     EXPECT_GT(partial, 50);
 }
 
+TEST(PathfinderGridTest, InlinedGridCallablesAndBucketsGiveTheSameSearches) {
+    // The grid's own callable types take other code paths (the visiting neighbour walk, the
+    // table heuristic, the bucket open set); each search must still be step for step the one
+    // the std::function form makes.
+    constexpr int width = 29;
+    constexpr int height = 17;
+    int partial = 0;
+    for (std::uint32_t seed = 1; seed <= 12; ++seed) {
+        RandomGrid grid(width, height, 25, seed);
+        for (PfGridMoves moves : {PfGridMoves::with_diagonals, PfGridMoves::orthogonal}) {
+            const PfGridNeighbors neighbors = grid.neighbors(moves);
+            Pathfinder<int, int> generic(&euclidean<width>, neighbors);
+            Pathfinder<int, int, PfDenseNodeMap<int, int>, PfGridEuclidean, PfGridNeighbors,
+                       PfBucketOpenSet<int>>
+                inlined(PfGridEuclidean(width, height), neighbors);
+            // Few narrow buckets, so most entries go through the respreading of the last one.
+            Pathfinder<int, int, PfHashNodeMap<int, int>, PfGridEuclidean, PfGridNeighbors,
+                       PfBucketOpenSet<int>>
+                respread(PfGridEuclidean(width, height), neighbors, {}, {},
+                         PfBucketOpenSet<int>(0.01, 8));
+            for (int pair = 0; pair < 10; ++pair) {
+                const int start = grid.random_open_cell();
+                const int goal = grid.random_open_cell();
+                for (double bound : {-1.0, 1.05 * pf_grid_euclidean(width, start, goal)}) {
+                    SCOPED_TRACE(testing::Message() << "seed " << seed << " pair " << pair);
+                    const Outcome expected = search(generic, start, goal, bound);
+                    expect_same(search(inlined, start, goal, bound), expected);
+                    expect_same(search(respread, start, goal, bound), expected);
+                    partial += !expected.found && !expected.path.empty();
+                }
+            }
+        }
+    }
+    EXPECT_GT(partial, 20);
+}
+
+TEST(PathfinderGridTest, EuclideanObjectMatchesTheDirectFormula) {
+    // Not square, so swapped rows and columns would show. The small grid reads its square
+    // roots from the table, the large one is past the table's size and computes them.
+    struct Size {
+        int width;
+        int height;
+    };
+    for (const Size size : {Size{7, 5}, Size{300, 41}}) {
+        const PfGridEuclidean euclidean(size.width, size.height);
+        const int cells = size.width * size.height;
+        const int stride = cells > 1000 ? 97 : 1;
+        for (int a = 0; a < cells; a += stride) {
+            for (int b = 0; b < cells; b += stride) {
+                ASSERT_EQ(euclidean(a, b), pf_grid_euclidean(size.width, a, b))
+                    << size.width << " wide, " << a << " to " << b;
+            }
+        }
+        // The far corners: the largest distance either way of computing it sees.
+        EXPECT_EQ(euclidean(0, cells - 1), pf_grid_euclidean(size.width, 0, cells - 1));
+        EXPECT_EQ(euclidean(size.width - 1, cells - size.width),
+                  pf_grid_euclidean(size.width, size.width - 1, cells - size.width));
+    }
+}
+
+TEST(PathfinderGridTest, VisitingAndPoolFormsListTheSameNeighbours) {
+    RandomGrid grid(11, 9, 30, 7);
+    std::vector<PfNeighbor<int, int>*> out;
+    StructPool<PfNeighbor<int, int>> pool;
+    for (PfGridMoves moves : {PfGridMoves::with_diagonals, PfGridMoves::orthogonal}) {
+        const PfGridNeighbors neighbors = grid.neighbors(moves);
+        for (int cell = 0; cell < 11 * 9; ++cell) {
+            pool.expire_all();
+            const int count = neighbors(cell, out, pool);
+            int visited = 0;
+            neighbors(cell, [&](const int& to, double cost, const int& step) {
+                ASSERT_LT(visited, count) << "cell " << cell;
+                EXPECT_EQ(to, out[visited]->node) << "cell " << cell;
+                EXPECT_EQ(cost, out[visited]->cost) << "cell " << cell;
+                EXPECT_EQ(step, out[visited]->data) << "cell " << cell;
+                ++visited;
+            });
+            EXPECT_EQ(visited, count) << "cell " << cell;
+        }
+    }
+}
+
 TEST(PathfinderGridTest, CostOnFourConnectedGridsIsTheShortestDistance) {
     constexpr int size = 32;
     const PfGridNeighbors* current = nullptr;

@@ -42,6 +42,26 @@ TYPED_TEST(NodeMapTest, IteratesInInsertionOrderAndForgetsOnClear) {
     EXPECT_FALSE(map.insert(3).in_open_set);  // a re-inserted node starts fresh
 }
 
+TYPED_TEST(NodeMapTest, FindOrInsertMakesAnEntryOnlyForANewNode) {
+    TypeParam map;
+    map.clear();
+    map.insert(7).g_score = 2;
+    const auto [existing, made_existing] = map.find_or_insert(7);
+    EXPECT_FALSE(made_existing);
+    EXPECT_EQ(existing, map.find(7));
+    EXPECT_EQ(existing->g_score, 2);
+
+    const auto [fresh, made_fresh] = map.find_or_insert(300);
+    ASSERT_TRUE(made_fresh);
+    EXPECT_FALSE(fresh->has_came_from);
+    fresh->g_score = 5;
+    EXPECT_EQ(map.find(300), fresh);
+    EXPECT_EQ(g_scores_in_order(map), (std::vector<double>{2, 5}));
+
+    map.clear();
+    EXPECT_TRUE(map.find_or_insert(7).second);  // a cleared node is new again
+}
+
 TEST(DenseNodeMapTest, StaleEntriesStayInvisibleWhenTheGenerationWraps) {
     // With 8-bit stamps the generation wraps every 255 searches; an entry made long ago must not
     // come back to life when its stamp value is reached again.
