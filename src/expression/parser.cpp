@@ -66,14 +66,8 @@ const BinaryOperator* find_binary_operator(TokenKind kind) {
     return nullptr;
 }
 
-// Appended piece by piece: GCC 12 at -O3 warns (-Wrestrict, wrongly) on "\"" + std::string.
 std::string quoted(std::string_view text) {
-    std::string result;
-    result.reserve(text.size() + 2);
-    result += '"';
-    result += text;
-    result += '"';
-    return result;
+    return "\"" + std::string(text) + "\"";
 }
 
 bool equal_ignoring_case(std::string_view a, std::string_view b) {
