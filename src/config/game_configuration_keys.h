@@ -100,8 +100,7 @@
     X(show_crosshair_attack_monster, BOOL, "same")                                              \
     X(show_crosshair_attack_human, BOOL, "same")                                                \
     X(show_crosshair_exchange_with_human, BOOL, "same")                                         \
-    X(show_build_info_watermark, BOOL,                                                          \
-      "create the build-information watermark at start-up (Part 2.1)")                          \
+    X(show_build_info_watermark, BOOL, "create the build-information watermark at start-up")    \
     X(level_background_color, STRING, "background colour of levels")                            \
     X(trait_menu_slider_is_triangle, BOOL, "draw the trait sliders as triangles")               \
     X(show_keyboard_prompts, BOOL, "show keyboard hints")                                       \
@@ -111,4 +110,4 @@
       "randomisation applied to the score passed on to `next_url`")                             \
     X(next_url, STRING, "address opened after the session")                                     \
     X(shuffle_levels, BOOL, "play the levels of a session in random order")                     \
-    X(levels, ARRAY, "the levels of a session (passed to the local session at start-up, Part 2.1)")
+    X(levels, ARRAY, "the levels of a session (passed to the local session at start-up)")
