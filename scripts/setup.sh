@@ -9,6 +9,7 @@ packages=(
   libsdl2-dev libsdl2-mixer-dev libimgui-dev libcurl4-openssl-dev fonts-dejavu-core
   libgtest-dev libgmock-dev libbenchmark-dev
   libmuparser-dev libboost-graph-dev
+  locales
 )
 missing=()
 for p in "${packages[@]}"; do

@@ -8,10 +8,6 @@ CMAKE_EXTRA_ARGS="-DVELDRA_WERROR=ON" bash scripts/setup.sh
 # A locale with a decimal comma, so the test that numbers are written the same in every locale
 # runs instead of being skipped.
 if ! locale -a 2>/dev/null | grep -qi '^de_DE\.utf-\?8$'; then
-  if ! dpkg-query -W -f='${Status}' locales 2>/dev/null | grep -q "install ok installed"; then
-    apt-get update -qq
-    DEBIAN_FRONTEND=noninteractive apt-get install -y -qq locales >/dev/null
-  fi
   grep -q '^de_DE.UTF-8 UTF-8' /etc/locale.gen || echo 'de_DE.UTF-8 UTF-8' >> /etc/locale.gen
   locale-gen >/dev/null
 fi
