@@ -156,6 +156,10 @@ private:
 // bucket is spread out again from its smallest priority. Any width gives the same order; a
 // small fraction of the cheapest step cost is usually fastest (the default suits step costs of
 // about 1, as on a grid, with room for 16 cost units of priorities before the last bucket).
+//
+// A search touches a thousand or more buckets, about once each, so where their entries live
+// decides the speed: the first few entries of every bucket sit in one flat array, a cache line
+// per bucket in bucket order, and only a crowded bucket spills into a vector of its own.
 template <class Node>
 class PfBucketOpenSet {
 public:
@@ -163,7 +167,9 @@ public:
 
     explicit PfBucketOpenSet(double width = 1.0 / 256, std::size_t bucket_count = 4096)
         : inverse_width_(1 / width),
-          buckets_(bucket_count),
+          lines_(bucket_count),
+          counts_(bucket_count),
+          spilled_(bucket_count),
           occupied_((bucket_count + word_bits - 1) / word_bits) {
         assert(width > 0 && std::isfinite(inverse_width_) && bucket_count >= 2 &&
                "PfBucketOpenSet needs a positive width and two buckets");
@@ -187,18 +193,25 @@ public:
         while (bits == 0)
             bits = occupied_[++word];
         first_ = word * word_bits + static_cast<std::size_t>(std::countr_zero(bits));
-        if (first_ == buckets_.size() - 1)
+        if (first_ == lines_.size() - 1)
             spread_last_bucket();
-        std::vector<Entry>& bucket = buckets_[first_];
-        std::size_t best = 0;
-        for (std::size_t i = 1; i < bucket.size(); ++i) {
-            if (pf_taken_before(bucket[i], bucket[best]))
-                best = i;
+        const std::size_t index = first_;
+        const std::uint32_t count = counts_[index];
+        Entry* line = lines_[index].entries;
+        Entry taken;
+        if (count <= line_entries) {
+            std::size_t best = 0;
+            for (std::size_t i = 1; i < count; ++i) {
+                if (pf_taken_before(line[i], line[best]))
+                    best = i;
+            }
+            taken = line[best];
+            line[best] = line[count - 1];
+        } else {
+            taken = pop_crowded(index);
         }
-        const Entry taken = bucket[best];
-        bucket[best] = bucket.back();
-        bucket.pop_back();
-        occupied_[first_ / word_bits] &= ~(std::uint64_t{bucket.empty()} << (first_ % word_bits));
+        counts_[index] = count - 1;
+        occupied_[index / word_bits] &= ~(std::uint64_t{count == 1} << (index % word_bits));
         --size_;
         return taken;
     }
@@ -209,41 +222,72 @@ public:
         // Only the buckets still holding entries need clearing, and the bitmap names them.
         for (std::size_t word = 0; word <= last_used_ / word_bits; ++word) {
             for (std::uint64_t bits = occupied_[word]; bits != 0; bits &= bits - 1) {
-                const auto bit = static_cast<std::size_t>(std::countr_zero(bits));
-                buckets_[word * word_bits + bit].clear();
+                const std::size_t index =
+                    word * word_bits + static_cast<std::size_t>(std::countr_zero(bits));
+                counts_[index] = 0;
+                spilled_[index].clear();
             }
             occupied_[word] = 0;
         }
         size_ = 0;
-        first_ = buckets_.size() - 1;
+        first_ = lines_.size() - 1;
         last_used_ = 0;
         based_ = false;
     }
 
     void release() {
-        for (auto& bucket : buckets_)
-            bucket = {};
+        for (auto& spilled : spilled_)
+            spilled = {};
         spread_ = {};
         clear();
     }
 
 private:
+    static constexpr std::size_t line_entries = 64 / sizeof(Entry) > 0 ? 64 / sizeof(Entry) : 1;
+    struct alignas(64) Line {
+        Entry entries[line_entries];
+    };
+
     // Never decreasing in the priority (each floating-point step rounds monotonically), so the
     // first non-empty bucket always holds the entry to take next.
     std::size_t bucket_of(double priority) const {
         const double offset = (priority - base_) * inverse_width_;
         if (!(offset >= 1))
             return 0;
-        if (offset >= static_cast<double>(buckets_.size() - 1))
-            return buckets_.size() - 1;
+        if (offset >= static_cast<double>(lines_.size() - 1))
+            return lines_.size() - 1;
         return static_cast<std::size_t>(offset);
+    }
+
+    // A bucket with more entries than its line holds: the line is full and the rest are spilled.
+    [[gnu::noinline]] Entry pop_crowded(std::size_t index) {
+        Entry* line = lines_[index].entries;
+        std::vector<Entry>& spilled = spilled_[index];
+        Entry* best = &line[0];
+        for (std::size_t i = 1; i < line_entries; ++i) {
+            if (pf_taken_before(line[i], *best))
+                best = &line[i];
+        }
+        for (Entry& entry : spilled) {
+            if (pf_taken_before(entry, *best))
+                best = &entry;
+        }
+        const Entry taken = *best;
+        *best = spilled.back();
+        spilled.pop_back();
+        return taken;
     }
 
     // Every other bucket is empty here: counts buckets afresh from the smallest priority in the
     // last one, which puts at least that entry in the first bucket.
     void spread_last_bucket() {
-        spread_.swap(buckets_.back());
-        const std::size_t last = buckets_.size() - 1;
+        const std::size_t last = lines_.size() - 1;
+        const std::uint32_t count = counts_[last];
+        spread_.assign(lines_[last].entries,
+                       lines_[last].entries + std::min<std::size_t>(count, line_entries));
+        spread_.insert(spread_.end(), spilled_[last].begin(), spilled_[last].end());
+        spilled_[last].clear();
+        counts_[last] = 0;
         occupied_[last / word_bits] &= ~(std::uint64_t{1} << (last % word_bits));
         base_ = spread_.front().priority;
         for (const Entry& entry : spread_)
@@ -257,7 +301,13 @@ private:
 
     void put(const Entry& entry) {
         const std::size_t index = bucket_of(entry.priority);
-        buckets_[index].push_back(entry);
+        const std::uint32_t count = counts_[index];
+        if (count < line_entries) {
+            lines_[index].entries[count] = entry;
+        } else {
+            spilled_[index].push_back(entry);
+        }
+        counts_[index] = count + 1;
         occupied_[index / word_bits] |= std::uint64_t{1} << (index % word_bits);
         first_ = std::min(first_, index);
         last_used_ = std::max(last_used_, index);
@@ -267,10 +317,12 @@ private:
 
     double inverse_width_;
     double base_ = 0;
-    bool based_ = false;  // base_ is set by the first push after clear()
-    std::vector<std::vector<Entry>> buckets_;
-    std::vector<std::uint64_t> occupied_;  // bit i set when bucket i holds an entry
-    std::vector<Entry> spread_;            // scratch for spread_last_bucket
+    bool based_ = false;                       // base_ is set by the first push after clear()
+    std::vector<Line> lines_;                  // the first entries of every bucket
+    std::vector<std::uint32_t> counts_;        // entries per bucket
+    std::vector<std::vector<Entry>> spilled_;  // entries past a full line
+    std::vector<std::uint64_t> occupied_;      // bit i set when bucket i holds an entry
+    std::vector<Entry> spread_;                // scratch for spread_last_bucket
     std::size_t size_ = 0;
     std::size_t first_ = 0;      // no entry in a bucket before this one
     std::size_t last_used_ = 0;  // no entry in a bucket after this one
@@ -446,9 +498,11 @@ private:
 
     void relax(const Node& from, double g_from, const Node& to, double cost, const Data& data) {
         const double tentative = g_from + cost;
-        const auto [entry, inserted] = node_map_.find_or_insert(to);
-        if (!inserted && !(tentative < entry->g_score))
+        // No comparison with NaN holds, so one test lets through both an unreached node (even
+        // for an infinite step cost) and a strictly cheaper route to a reached one.
+        if (tentative >= node_map_.g_score_or_nan(to))
             return;
+        Entry* entry = node_map_.find_or_insert(to).first;
         entry->came_from = Predecessor{from, data};
         entry->has_came_from = true;
         entry->g_score = tentative;

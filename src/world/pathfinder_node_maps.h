@@ -5,8 +5,11 @@
 // A node map policy offers:
 //   Entry* find(const Node&)       the node's entry in this search, nullptr when unreached
 //   Entry& insert(const Node&)     a fresh entry; only for a node find() reports unreached
+//   double g_score_or_nan(const Node&)
+//                                  the node's g_score, NaN when unreached; what a relaxation
+//                                  compares with before it touches the entry
 //   find_or_insert(const Node&)    {entry, true when it was just made}: find and insert in one
-//                                  lookup, which is what a relaxation needs
+//                                  lookup
 //   void clear()                   forget every entry (start of a search)
 //   for_each_entry(f)              f(const Entry&) for every entry, in insertion order
 //   std::size_t size()             entries in this search
@@ -19,6 +22,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -44,6 +48,11 @@ public:
         Entry& entry = entries_.try_emplace(node).first->second;
         order_.push_back(&entry);
         return entry;
+    }
+
+    double g_score_or_nan(const Node& node) const {
+        auto it = entries_.find(node);
+        return it == entries_.end() ? std::numeric_limits<double>::quiet_NaN() : it->second.g_score;
     }
 
     std::pair<Entry*, bool> find_or_insert(const Node& node) {
@@ -97,20 +106,30 @@ public:
 
     // node_count: how many slots to make up front; the map grows on demand past it.
     explicit PfDenseNodeMap(IndexOf index_of = {}, std::size_t node_count = 0)
-        : index_of_(index_of), slots_(node_count) {}
+        : index_of_(index_of), slots_(node_count), slot_count_(node_count) {}
 
     Entry* find(const Node& node) {
         const std::size_t index = index_of_(node);
-        if (index >= slots_.size() || slots_[index].stamp != generation_)
+        if (index >= slot_count_ || slots_[index].stamp != generation_)
             return nullptr;
         return &slots_[index];
     }
 
     Entry& insert(const Node& node) { return insert_at(index_of_(node)); }
 
+    // A select rather than a branch on the stamp: whether a neighbour was reached before is
+    // close to a coin toss in a grid search.
+    double g_score_or_nan(const Node& node) const {
+        const std::size_t index = index_of_(node);
+        if (index >= slot_count_)
+            return std::numeric_limits<double>::quiet_NaN();
+        const Slot& slot = slots_[index];
+        return slot.stamp == generation_ ? slot.g_score : std::numeric_limits<double>::quiet_NaN();
+    }
+
     std::pair<Entry*, bool> find_or_insert(const Node& node) {
         const std::size_t index = index_of_(node);
-        if (index < slots_.size() && slots_[index].stamp == generation_)
+        if (index < slot_count_ && slots_[index].stamp == generation_)
             return {&slots_[index], false};
         return {&insert_at(index), true};
     }
@@ -135,6 +154,7 @@ public:
 
     void release() {
         slots_ = {};
+        slot_count_ = 0;
         touched_ = {};
     }
 
@@ -142,7 +162,7 @@ private:
     struct Slot;
 
     Entry& insert_at(std::size_t index) {
-        if (index >= slots_.size())
+        if (index >= slot_count_)
             grow_to(index);
         Slot& slot = slots_[index];
         static_cast<Entry&>(slot) = Entry{};
@@ -156,6 +176,7 @@ private:
     // Kept out of line: it runs a few times in a map's life, insert_at for every reached node.
     [[gnu::noinline]] void grow_to(std::size_t index) {
         slots_.resize(std::max(index + 1, slots_.size() * 2));
+        slot_count_ = slots_.size();
     }
 
     struct Slot : Entry {
@@ -164,6 +185,7 @@ private:
 
     IndexOf index_of_;
     std::vector<Slot> slots_;
+    std::size_t slot_count_;  // slots_.size(), which would cost a division by the slot size
     std::vector<std::size_t> touched_;  // indices in insertion order
     Stamp generation_ = 1;
 };

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdint>
 #include <vector>
 
@@ -60,6 +61,18 @@ TYPED_TEST(NodeMapTest, FindOrInsertMakesAnEntryOnlyForANewNode) {
 
     map.clear();
     EXPECT_TRUE(map.find_or_insert(7).second);  // a cleared node is new again
+}
+
+TYPED_TEST(NodeMapTest, CostLookupGivesNaNForEveryNodeNotReachedInThisSearch) {
+    TypeParam map;
+    map.clear();
+    map.insert(4).g_score = 2.5;
+    EXPECT_EQ(map.g_score_or_nan(4), 2.5);
+    EXPECT_TRUE(std::isnan(map.g_score_or_nan(5)));
+    EXPECT_TRUE(std::isnan(map.g_score_or_nan(100000)));  // past every dense slot
+    EXPECT_EQ(map.find(100000), nullptr);                 // and the lookup made none
+    map.clear();
+    EXPECT_TRUE(std::isnan(map.g_score_or_nan(4)));
 }
 
 TEST(DenseNodeMapTest, StaleEntriesStayInvisibleWhenTheGenerationWraps) {

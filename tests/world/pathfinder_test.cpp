@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <map>
 #include <utility>
 #include <vector>
@@ -199,6 +200,21 @@ TYPED_TEST(PathfinderTest, ExpandedNodeReachedMoreCheaplyIsExpandedAgain) {
     finder.construct_path();
     EXPECT_EQ(this->steps_of(finder.get_path()),
               (std::vector<Step>{{2, 0, edge_data(0, 2)}, {1, 2, edge_data(2, 1)}, {9, 1, 109}}));
+}
+
+TYPED_TEST(PathfinderTest, InfiniteStepCostReachesANewNodeButNeverImprovesAKnownOne) {
+    // 9 is first reached for an infinite cost and queued; the second infinite route, through 1,
+    // is no cheaper, so the path keeps the first one.
+    const double infinity = std::numeric_limits<double>::infinity();
+    this->edge(0, 9, infinity);
+    this->edge(0, 1, 1);
+    this->edge(1, 9, infinity);
+    auto finder = this->make();
+    finder.start(0, 9);
+    EXPECT_TRUE(finder.finish());
+    EXPECT_EQ(finder.num_steps_performed(), 3);
+    finder.construct_path();
+    EXPECT_EQ(this->steps_of(finder.get_path()), (std::vector<Step>{{9, 0, edge_data(0, 9)}}));
 }
 
 TYPED_TEST(PathfinderTest, RestartForgetsThePreviousSearch) {
