@@ -224,8 +224,11 @@ public:
             for (std::uint64_t bits = occupied_[word]; bits != 0; bits &= bits - 1) {
                 const std::size_t index =
                     word * word_bits + static_cast<std::size_t>(std::countr_zero(bits));
+                // A spill vector is only looked at when it was used: its header is a cache
+                // miss of its own.
+                if (counts_[index] > line_entries)
+                    spilled_[index].clear();
                 counts_[index] = 0;
-                spilled_[index].clear();
             }
             occupied_[word] = 0;
         }
