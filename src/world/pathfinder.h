@@ -200,13 +200,9 @@ public:
         Entry* line = lines_[index].entries;
         Entry taken;
         if (count <= line_entries) {
-            std::size_t best = 0;
-            for (std::size_t i = 1; i < count; ++i) {
-                if (pf_taken_before(line[i], line[best]))
-                    best = i;
-            }
-            taken = line[best];
-            line[best] = line[count - 1];
+            Entry* best = taken_first(line + 1, line + count, line);
+            taken = *best;
+            *best = line[count - 1];
         } else {
             taken = pop_crowded(index);
         }
@@ -246,7 +242,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t line_entries = 64 / sizeof(Entry) > 0 ? 64 / sizeof(Entry) : 1;
+    static constexpr std::size_t line_entries = std::max<std::size_t>(1, 64 / sizeof(Entry));
     struct alignas(64) Line {
         Entry entries[line_entries];
     };
@@ -262,19 +258,21 @@ private:
         return static_cast<std::size_t>(offset);
     }
 
+    // The entry of [first, last) and `best` that is taken first.
+    static Entry* taken_first(Entry* first, Entry* last, Entry* best) {
+        for (; first != last; ++first) {
+            if (pf_taken_before(*first, *best))
+                best = first;
+        }
+        return best;
+    }
+
     // A bucket with more entries than its line holds: the line is full and the rest are spilled.
     [[gnu::noinline]] Entry pop_crowded(std::size_t index) {
         Entry* line = lines_[index].entries;
         std::vector<Entry>& spilled = spilled_[index];
-        Entry* best = &line[0];
-        for (std::size_t i = 1; i < line_entries; ++i) {
-            if (pf_taken_before(line[i], *best))
-                best = &line[i];
-        }
-        for (Entry& entry : spilled) {
-            if (pf_taken_before(entry, *best))
-                best = &entry;
-        }
+        Entry* best = taken_first(line + 1, line + line_entries, line);
+        best = taken_first(spilled.data(), spilled.data() + spilled.size(), best);
         const Entry taken = *best;
         *best = spilled.back();
         spilled.pop_back();
