@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Sets up, builds and runs every test: the normal build, then the sanitizer build.
+# Sets up, builds and runs every test: the normal build, the fuzzers, then the sanitizer build.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-CMAKE_EXTRA_ARGS="-DVELDRA_WERROR=ON" bash scripts/setup.sh
+BUILD_TARGETS=all CMAKE_EXTRA_ARGS="-DVELDRA_WERROR=ON" bash scripts/setup.sh
 
 # A locale with a decimal comma, so the test that numbers are written the same in every locale
 # runs instead of being skipped.
@@ -13,8 +13,12 @@ if ! locale -a 2>/dev/null | grep -qi '^de_DE\.utf-\?8$'; then
 fi
 ctest --test-dir build --output-on-failure -j "$(nproc)"
 
+# Each libFuzzer harness for a fixed number of inputs (scripts/fuzz.sh).
+echo "== fuzzing =="
+bash scripts/fuzz.sh
+
 echo "== address and undefined-behaviour sanitizers =="
-BUILD_DIR=build-sanitize BUILD_TYPE=Debug CMAKE_EXTRA_ARGS="-DVELDRA_SANITIZE=ON -DVELDRA_WERROR=ON -DVELDRA_BUILD_BENCH=OFF" \
+BUILD_TARGETS=all BUILD_DIR=build-sanitize BUILD_TYPE=Debug CMAKE_EXTRA_ARGS="-DVELDRA_SANITIZE=ON -DVELDRA_WERROR=ON -DVELDRA_BUILD_BENCH=OFF" \
   bash scripts/setup.sh
 ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
   ctest --test-dir build-sanitize --output-on-failure -j "$(nproc)"
