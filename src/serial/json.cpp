@@ -146,11 +146,87 @@ nlohmann::ordered_json value_to_json(const Value& value) {
     return Json(Json::value_t::discarded);
 }
 
+namespace {
+
+struct TextPosition {
+    std::size_t line = 1;
+    std::size_t column = 1;
+};
+
+TextPosition position_of(std::string_view text, std::size_t offset) {
+    TextPosition at;
+    for (std::size_t i = 0; i < offset && i < text.size(); ++i) {
+        if (text[i] == '\n') {
+            ++at.line;
+            at.column = 1;
+        } else {
+            ++at.column;
+        }
+    }
+    return at;
+}
+
+std::string position_text(TextPosition at) {
+    return "line " + std::to_string(at.line) + ", column " + std::to_string(at.column);
+}
+
+// Where the nesting first goes deeper than MAX_JSON_DEPTH, outside strings; npos when it never
+// does. Checked before parsing so that no reader builds (or later walks) a deeper document.
+std::size_t too_deep_at(std::string_view text) {
+    int depth = 0;
+    bool in_string = false;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if (in_string) {
+            if (c == '\\')
+                ++i;
+            else if (c == '"')
+                in_string = false;
+        } else if (c == '"') {
+            in_string = true;
+        } else if (c == '[' || c == '{') {
+            if (++depth > MAX_JSON_DEPTH)
+                return i;
+        } else if (c == ']' || c == '}') {
+            --depth;
+        }
+    }
+    return std::string_view::npos;
+}
+
+// nlohmann's message without its "[json.exception.parse_error.101] parse error at line 1,
+// column 2: " prefix, which names a position we give ourselves.
+std::string parse_error_reason(const std::string& what) {
+    const std::size_t colon = what.find(": ");
+    return colon == std::string::npos ? what : what.substr(colon + 2);
+}
+
+}  // namespace
+
+JsonDocument json_parse_document(std::string_view text) {
+    JsonDocument document;
+    document.json = Json(Json::value_t::discarded);
+    if (const std::size_t at = too_deep_at(text); at != std::string_view::npos) {
+        document.error = position_text(position_of(text, at)) + ": nested deeper than " +
+                         std::to_string(MAX_JSON_DEPTH) + " levels";
+        return document;
+    }
+    try {
+        document.json = Json::parse(text.begin(), text.end());
+    } catch (const Json::parse_error& error) {
+        // `byte` is one past the character that broke the parse.
+        const std::size_t offset = error.byte > 0 ? error.byte - 1 : 0;
+        document.error =
+            position_text(position_of(text, offset)) + ": " + parse_error_reason(error.what());
+    }
+    return document;
+}
+
 std::optional<Value> json_parse(std::string_view text) {
-    const Json json = Json::parse(text.begin(), text.end(), nullptr, /*allow_exceptions=*/false);
-    if (json.is_discarded())
+    const JsonDocument document = json_parse_document(text);
+    if (!document)
         return std::nullopt;
-    return from_json(json, 0);
+    return from_json(document.json, 0);
 }
 
 std::string json_stringify(const Value& value, bool pretty) {

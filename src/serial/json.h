@@ -23,6 +23,22 @@ Value json_to_value(const nlohmann::ordered_json& json);
 // is logged with log_error and gives a discarded json (`result.is_discarded()`).
 nlohmann::ordered_json value_to_json(const Value& value);
 
+// Arrays and objects nested deeper than this are refused by every JSON reader: no file the
+// game reads needs more than a handful of levels, and deeper ones only exhaust the stack.
+inline constexpr int MAX_JSON_DEPTH = 64;
+
+struct JsonDocument {
+    nlohmann::ordered_json json;  // discarded when `error` is set
+    // Empty on success, else where and what, for a message that names the file:
+    // "line 3, column 14: syntax error while parsing object - unexpected '}'".
+    std::string error;
+
+    explicit operator bool() const { return error.empty(); }
+};
+
+// Parses a whole document; never throws, never logs (the caller says which file failed).
+JsonDocument json_parse_document(std::string_view text);
+
 // nullopt for malformed or too deeply nested text; never throws, never logs (the caller says
 // which file failed).
 std::optional<Value> json_parse(std::string_view text);

@@ -58,8 +58,24 @@ TEST_F(JsonTest, MalformedOrTooDeepTextGivesNothingAndDoesNotThrow) {
     for (const char* text : {"", "{", "{\"a\":}", "[1,]", "{'a':1}", "nul", "1 2", "\"\\x\""})
         EXPECT_FALSE(json_parse(text)) << text;
     EXPECT_FALSE(json_parse(std::string(600, '[') + std::string(600, ']')));
-    EXPECT_TRUE(json_parse(std::string(100, '[') + std::string(100, ']')));
+    EXPECT_TRUE(json_parse(std::string(MAX_JSON_DEPTH, '[') + std::string(MAX_JSON_DEPTH, ']')));
     EXPECT_TRUE(log.lines.empty());
+}
+
+TEST_F(JsonTest, ErrorsNameTheLineAndColumn) {
+    EXPECT_EQ(json_parse_document("{\n  \"a\": 1,\n  \"b\": }\n").error,
+              "line 3, column 8: syntax error while parsing value - unexpected '}'; expected "
+              "'[', '{', or a literal");
+    EXPECT_EQ(json_parse_document("").error.substr(0, 17), "line 1, column 1:");
+    // Too deep is refused at the bracket that goes too far, before anything is built; brackets
+    // inside strings, escaped quotes included, do not count.
+    const std::string deep = "[\"\\\"[[[\",\n" + std::string(MAX_JSON_DEPTH, '[');
+    EXPECT_EQ(json_parse_document(deep).error,
+              "line 2, column " + std::to_string(MAX_JSON_DEPTH) + ": nested deeper than " +
+                  std::to_string(MAX_JSON_DEPTH) + " levels");
+    const JsonDocument fine = json_parse_document(" {\"k\": [1, \"]]\"]} ");
+    ASSERT_TRUE(fine) << fine.error;
+    EXPECT_EQ(fine.json["k"][1], "]]");
 }
 
 TEST_F(JsonTest, MethodsAreRefusedWithTheGameText) {
