@@ -14,6 +14,7 @@ mkdir -p build-fuzz/artifacts
 limit=(-runs="${FUZZ_RUNS:-20000}")
 [ -n "${FUZZ_SECONDS:-}" ] && limit=(-max_total_time="$FUZZ_SECONDS")
 status=0
+shopt -s nullglob
 for fuzzer in build-fuzz/fuzz/fuzz_*; do
   name=${fuzzer##*/fuzz_}
   seeds=tests/fuzz/corpus/$name
