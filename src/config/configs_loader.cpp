@@ -210,6 +210,10 @@ void initialize_configs() {
     slot().configs.reset();
 }
 
+const ConfigsSlot& configs_state() {
+    return slot();
+}
+
 bool configs_loaded() {
     return slot().configs.has_value();
 }
@@ -235,6 +239,8 @@ bool reload_game_configurations() {
         return false;
     }
     slot().configs = std::move(base);
+    slot().loaded_paths = {base_path};
+    slot().custom_failed = false;
     log("Loaded base configurations from \"" + base_path + "\"");
 
     std::optional<std::string> name = program_params().config;
@@ -253,9 +259,11 @@ bool reload_game_configurations() {
     auto custom = _load_game_configurations_from_file(custom_path, false);
     if (!custom) {
         log_error("Failed to load custom configs from \"" + custom_path + "\".");
+        slot().custom_failed = true;
         return true;
     }
     merge_game_configurations(*slot().configs, *custom);
+    slot().loaded_paths.push_back(custom_path);
     log("Loaded custom configurations from \"" + custom_path +
         "\". All fields that are defined in this configuration were overwritten over the base "
         "configurations.");

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "config/config_method.h"
 #include "config/game_configuration_keys.h"
@@ -70,7 +71,9 @@ Value config_value(std::string_view name);
 // Once-only: leaves Configs undefined until the first reload.
 void initialize_configs();
 // Loads the base file and the optional custom file. Returns false when the base file failed
-// (Configs then keeps what it had).
+// (Configs then keeps what it had). A failing custom file leaves the base in effect and is
+// remembered in ConfigsSlot::custom_failed, so that a batch the user meant to run with it can
+// refuse to start.
 bool reload_game_configurations();
 
 // Per context: the loaded configuration and the block of variables the formulas read.
@@ -78,6 +81,10 @@ struct ConfigsSlot {
     bool initialized = false;
     std::optional<GameConfigurations> configs;
     ExpressionGlobals expression_globals;
+    // The files in effect after the last reload, base first: what a run's results depend on.
+    std::vector<std::string> loaded_paths;
+    bool custom_failed = false;
 };
+const ConfigsSlot& configs_state();
 
 }  // namespace veldra

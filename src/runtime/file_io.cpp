@@ -127,6 +127,13 @@ std::string write_whole_file(const std::string& path, const std::string& text) {
     return {};
 }
 
+std::string write_all_and_flush(std::FILE* file, std::string_view bytes) {
+    errno = 0;
+    if (std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size() && std::fflush(file) == 0)
+        return {};
+    return system_error_text(errno ? errno : EIO);
+}
+
 bool same_file(const std::string& a, const std::string& b) {
     std::error_code error;
     return std::filesystem::equivalent(a, b, error) && !error;

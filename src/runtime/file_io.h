@@ -5,8 +5,10 @@
 // writer learns about a full disk instead of losing data silently.
 
 #include <cstddef>
+#include <cstdio>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace veldra {
 
@@ -35,6 +37,10 @@ FileText read_whole_file(const std::string& path, std::size_t max_bytes);
 // every byte is on disk, so a full disk or a crash leaves the old file as it was. Returns an
 // empty string on success, else the system's reason.
 std::string write_whole_file(const std::string& path, const std::string& text);
+
+// Writes all of `bytes` to an open file and flushes it, so that a full disk shows up here and
+// not at some later close. Returns an empty string on success, else the system's reason.
+std::string write_all_and_flush(std::FILE* file, std::string_view bytes);
 
 // True when both paths name the same existing file (hard links and different spellings
 // included), so an output can be refused before it overwrites one of the inputs.

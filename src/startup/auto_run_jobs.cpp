@@ -14,15 +14,18 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <thread>
 
+#include "runtime/file_io.h"
 #include "runtime/log.h"
 #include "runtime/number_format.h"
 #include "runtime/paths.h"
 #include "startup/auto_run_files.h"
+#include "startup/auto_run_fingerprint.h"
 #include "startup/auto_run_mode.h"
 #include "startup/interrupt.h"
 #include "startup/progress_line.h"
@@ -140,33 +143,23 @@ void count_new_lines(Chunk& chunk) {
     std::fclose(file);
 }
 
-// The number of runs, after checking the auto-run file and its levels; nullopt (logged) when
-// either is unusable.
-std::optional<std::size_t> run_count(const ProgramParameters& params, double seed) {
-    auto configs = auto_run_read_and_check(resolve_user_path(*params.auto_run_config));
-    if (!configs)
-        return std::nullopt;
-    Rng rng(seed);
-    return auto_run_build_run_list(*configs, rng).size();
-}
-
 }  // namespace
 
 int run_auto_run_jobs(const ProgramParameters& params, const AutoRunJobsRequest& request) {
-    // Checked once here so a bad file gives one message, not one per worker.
-    const auto counted = run_count(params, request.seed);
-    if (!counted)
+    const std::size_t total = request.run.runs;
+    if (!auto_run_write_fingerprint(request.output, {request.run.identity, total, {0, total}}))
         return 1;
-    const std::size_t total = *counted;
     std::FILE* output = std::fopen(request.output.c_str(), "wb");
     if (!output) {
         log_error("Failed to open file for writing.");
-        log_error("Output \"" + request.output + "\" cannot be written.");
+        log_error("Output \"" + request.output + "\" cannot be opened: " +
+                  system_error_text(errno) + ".");
         return 1;
     }
-    const std::string header = trial_data_as_csv_headers();
-    std::fwrite(header.data(), 1, header.size(), output);
-    std::fflush(output);
+    if (!auto_run_write(output, request.output, trial_data_as_csv_headers())) {
+        std::fclose(output);
+        return 1;
+    }
 
     const std::vector<RunRange> ranges = auto_run_guided_chunks(total, request.jobs);
     std::vector<Chunk> chunks(ranges.size());
@@ -239,8 +232,11 @@ int run_auto_run_jobs(const ProgramParameters& params, const AutoRunJobsRequest&
         // failure) still contributes its whole lines, and nothing after it does.
         while (appended < chunks.size() && chunks[appended].exit_status) {
             Chunk& chunk = chunks[appended];
-            if (std::filesystem::exists(chunk.part))
-                auto_run_append_part(output, chunk.part);
+            if (std::filesystem::exists(chunk.part) &&
+                !auto_run_append_part(output, request.output, chunk.part)) {
+                failed = true;
+                break;
+            }
             if (*chunk.exit_status != 0) {
                 failed = true;
                 if (*chunk.exit_status != EXIT_INTERRUPTED)
@@ -289,10 +285,13 @@ int run_auto_run_jobs(const ProgramParameters& params, const AutoRunJobsRequest&
         std::error_code error;
         std::filesystem::remove(chunk.part, error);
     }
-    std::fclose(output);
+    if (std::fclose(output) != 0 && !failed) {
+        log_error("Failed to write \"" + request.output + "\": " + system_error_text(errno) + ".");
+        failed = true;
+    }
     const double seconds = progress.finish();
     if (failed && interrupt_requested()) {
-        const std::size_t written = auto_run_count_finished_runs(request.output).value_or(0);
+        const std::size_t written = auto_run_count_finished_runs(request.output, total).value_or(0);
         std::printf(
             "Auto run interrupted: %zu of %zu trials in %.1f s; results in \"%s\", which "
             "auto_run_resume=1 continues.\n",

@@ -1,19 +1,25 @@
 #include "startup/auto_run_mode.h"
 
 #include <unistd.h>
+#include <cerrno>
 #include <cstdio>
 
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
 
+#include "config/game_configurations.h"
 #include "runtime/context.h"
+#include "runtime/file_io.h"
 #include "runtime/log.h"
 #include "runtime/number_format.h"
 #include "runtime/paths.h"
 #include "runtime/random_source.h"
 #include "runtime/runtime.h"
 #include "startup/auto_run_files.h"
+#include "startup/auto_run_fingerprint.h"
 #include "startup/interrupt.h"
+#include "startup/parameter_values.h"
 #include "startup/program.h"
 #include "startup/progress_line.h"
 #include "trials/auto_runner.h"
@@ -29,20 +35,6 @@ struct AutoRunModeSlot {
     std::unique_ptr<ProgressLine> progress;
     std::size_t runs_done = 0;
 };
-
-void bad_parameter(const std::string& message) {
-    log_error(message);
-    end_program(2);
-}
-
-std::optional<std::size_t> whole_number_at_least_1(const std::optional<std::string>& text) {
-    if (!text)
-        return 1;
-    auto value = try_string_to_real(*text);
-    if (!value || *value < 1 || *value != static_cast<double>(static_cast<std::size_t>(*value)))
-        return std::nullopt;
-    return static_cast<std::size_t>(*value);
-}
 
 bool is_worker() {
     return std::getenv(auto_run_worker_environment) != nullptr;
@@ -62,9 +54,13 @@ std::optional<WorkerChunk> read_worker_chunk() {
     unsigned long long first = 0;
     unsigned long long last = 0;
     int consumed = 0;
-    if (std::sscanf(line, "%llu %llu %n", &first, &last, &consumed) < 2 || first > last)
+    // Exactly one space before the part: a path may itself begin with spaces.
+    if (std::sscanf(line, "%llu %llu%n", &first, &last, &consumed) < 2 || first > last ||
+        line[consumed] != ' ')
         return std::nullopt;
-    std::string part = string_trim(line + consumed);
+    std::string part = line + consumed + 1;
+    if (!part.empty() && part.back() == '\n')
+        part.pop_back();
     if (part.empty())
         return std::nullopt;
     return WorkerChunk{{static_cast<std::size_t>(first), static_cast<std::size_t>(last)}, part};
@@ -100,25 +96,60 @@ void play_worker_chunks(const ProgramParameters& params, double seed) {
         });
 }
 
-void run_in_this_process(const ProgramParameters& params, double seed, std::size_t shard_k,
-                         std::size_t shard_n) {
+// Where the run continues in an existing output, after checking that the output belongs to
+// this run; nullopt (logged) when it does not.
+std::optional<std::size_t> runs_to_skip(const std::string& output,
+                                        const AutoRunFingerprint& fingerprint) {
+    std::error_code error;
+    if (!std::filesystem::exists(output, error) || std::filesystem::file_size(output, error) == 0)
+        return 0;
+    std::string why;
+    const auto written = auto_run_read_fingerprint(output, why);
+    if (!written) {
+        log_error("Cannot resume \"" + output + "\": " + why +
+                  ". Only a file this program wrote for the same run can be continued.");
+        return std::nullopt;
+    }
+    if (!(*written == fingerprint)) {
+        log_error("Cannot resume \"" + output +
+                  "\": it was written by another run (another seed, configuration, auto-run "
+                  "file, level, shard or program version). Start it afresh without "
+                  "auto_run_resume, or give the parameters of the run that wrote it.");
+        return std::nullopt;
+    }
+    return auto_run_count_finished_runs(output, fingerprint.range.last - fingerprint.range.first);
+}
+
+void run_in_this_process(const ProgramParameters& params, double seed, const PreparedRun& run,
+                         std::pair<std::size_t, std::size_t> shard, bool resume) {
     const std::string& output = *params.auto_run_output;
-    // Checked here as well, so a bad file ends the run with its message and nothing else.
-    if (!auto_run_read_and_check(resolve_user_path(*params.auto_run_config)))
-        return end_program(1);
+    const AutoRunFingerprint fingerprint{
+        run.identity, run.runs, auto_run_shard_range(run.runs, shard.first, shard.second)};
     AutoRunOptions options;
-    options.shard_k = shard_k;
-    options.shard_n = shard_n;
-    if (params.auto_run_resume == "1") {
-        auto done = auto_run_count_finished_runs(output);
-        if (!done) {
-            end_program(1);
-            return;
-        }
+    options.shard_k = shard.first;
+    options.shard_n = shard.second;
+    if (resume) {
+        const auto done = runs_to_skip(output, fingerprint);
+        if (!done)
+            return end_program(1);
         options.already_done = *done;
         if (*done > 0)
             log("Resuming after " + std::to_string(*done) + " finished runs in \"" + output +
                 "\".");
+    }
+    if (options.already_done == 0) {
+        // Opened here first so that an output that cannot be written fails with the game's
+        // text before its fingerprint is written beside it.
+        std::FILE* probe = std::fopen(output.c_str(), "wb");
+        if (!probe) {
+            log_error("Failed to open file for writing.");
+            log_error("Output \"" + output + "\" cannot be opened: " + system_error_text(errno) +
+                      ".");
+            return end_program(1);
+        }
+        std::fclose(probe);
+        if (!auto_run_write_fingerprint(output, fingerprint))
+            return end_program(1);
     }
     auto& slot = ctx().slot<AutoRunModeSlot>();
     slot.rng.emplace(seed);
@@ -135,8 +166,11 @@ void run_in_this_process(const ProgramParameters& params, double seed, std::size
         .and_then([&slot, output, resumed](const Value& completed) {
             const double seconds = slot.progress ? slot.progress->finish() : 0;
             const std::size_t new_runs = slot.runs_done > resumed ? slot.runs_done - resumed : 0;
+            const char* how = completed.as_bool() ? "done"
+                              : interrupt_requested() ? "interrupted"
+                                                      : "failed";
             std::printf("Auto run %s: %zu trials in %.1f s (%.1f trials/s); results in \"%s\".\n",
-                        completed.as_bool() ? "done" : "interrupted", new_runs, seconds,
+                        how, new_runs, seconds,
                         seconds > 0 ? static_cast<double>(new_runs) / seconds : 0.0,
                         output.c_str());
             end_program(completed.as_bool() ? 0 : (interrupt_requested() ? EXIT_INTERRUPTED : 1));
@@ -150,67 +184,106 @@ void run_in_this_process(const ProgramParameters& params, double seed, std::size
         });
 }
 
+// Checks shared by every way of running a batch, before any file is written: the auto-run file
+// and its levels, the length of the run list, and that the output is none of the run's inputs.
+// nullopt when the program was ended with the reason.
+std::optional<PreparedRun> prepare_run(const ProgramParameters& params, double seed) {
+    const std::string configs_path = resolve_user_path(*params.auto_run_config);
+    auto configs = auto_run_read_and_check(configs_path);
+    if (!configs) {
+        end_program(1);
+        return std::nullopt;
+    }
+    std::vector<std::string> inputs = configs_state().loaded_paths;
+    inputs.push_back(configs_path);
+    for (const std::string& level : configs->levels)
+        inputs.push_back(resolve_user_path(level));
+    if (params.log_output_file)
+        inputs.push_back(*params.log_output_file);
+    if (const auto input = auto_run_output_clobbers(*params.auto_run_output, inputs)) {
+        bad_parameter("auto_run_output", *params.auto_run_output,
+                      "would overwrite \"" + *input + "\", which the run reads. Choose another "
+                      "output file.");
+        return std::nullopt;
+    }
+    auto identity = auto_run_identity(params, seed, *configs);
+    if (!identity) {
+        end_program(1);
+        return std::nullopt;
+    }
+    return PreparedRun{auto_run_count_runs(*configs), std::move(*identity)};
+}
+
 }  // namespace
 
 void start_auto_run_mode(const ProgramParameters& params) {
     install_interrupt_handler();
-    if (!is_worker() && (!params.auto_run_output || params.auto_run_output->empty())) {
-        bad_parameter("auto_run_output=FILE is needed: headless runs ask no questions.");
-        return;
-    }
+    if (!is_worker() && (!params.auto_run_output || string_trim(*params.auto_run_output).empty()))
+        return bad_parameter("auto_run_output", params.auto_run_output.value_or(""),
+                             "is needed: headless runs ask no questions.");
     double seed = random_seed_value();
     if (params.auto_run_seed) {
-        auto parsed = try_string_to_real(*params.auto_run_seed);
-        if (!parsed) {
-            bad_parameter("auto_run_seed=" + *params.auto_run_seed + " is not a number.");
-            return;
-        }
+        const auto parsed = parse_seed_value(*params.auto_run_seed);
+        if (!parsed)
+            return bad_parameter("auto_run_seed", *params.auto_run_seed, SEED_PROBLEM);
         seed = *parsed;
     }
     if (is_worker())
         return play_worker_chunks(params, seed);
-    const auto jobs = whole_number_at_least_1(params.auto_run_jobs);
-    if (!jobs) {
-        bad_parameter("auto_run_jobs=" + *params.auto_run_jobs +
-                      " is not a whole number of at least 1.");
-        return;
+    std::uint64_t jobs = 1;
+    if (params.auto_run_jobs) {
+        const auto parsed = try_string_to_whole_number(*params.auto_run_jobs, 1, MAX_AUTO_RUN_JOBS);
+        if (!parsed)
+            return bad_parameter("auto_run_jobs", *params.auto_run_jobs,
+                                 "is not a whole number from 1 to " +
+                                     std::to_string(MAX_AUTO_RUN_JOBS) + ".");
+        jobs = *parsed;
+    }
+    bool resume = false;
+    if (params.auto_run_resume) {
+        const auto parsed = parse_switch_value(*params.auto_run_resume);
+        if (!parsed)
+            return bad_parameter("auto_run_resume", *params.auto_run_resume,
+                                 "must be 1 (continue the output file) or 0 (start afresh).");
+        resume = *parsed;
     }
     std::pair<std::size_t, std::size_t> shard{1, 1};
     if (params.auto_run_shard) {
-        auto parsed = parse_shard(*params.auto_run_shard);
-        if (!parsed) {
-            bad_parameter("auto_run_shard=" + *params.auto_run_shard +
-                          " must be K/N with 1 <= K <= N.");
-            return;
-        }
+        const auto parsed = parse_shard(*params.auto_run_shard);
+        if (!parsed)
+            return bad_parameter("auto_run_shard", *params.auto_run_shard,
+                                 "must be K/N with whole numbers 1 <= K <= N <= " +
+                                     std::to_string(MAX_AUTO_RUN_RUNS) + ".");
         shard = *parsed;
     }
-    if (*jobs > 1) {
-        if (params.auto_run_shard || params.auto_run_resume == "1") {
-            bad_parameter(
-                "auto_run_jobs works on a whole run: use it without auto_run_shard and "
-                "auto_run_resume.");
-            return;
-        }
-        end_program(run_auto_run_jobs(params, {*jobs, seed, *params.auto_run_output}));
+    if (jobs > 1 && (params.auto_run_shard || resume))
+        return bad_parameter("auto_run_jobs", *params.auto_run_jobs,
+                             "works on a whole run: use it without auto_run_shard and "
+                             "auto_run_resume.");
+    const auto run = prepare_run(params, seed);
+    if (!run)
         return;
-    }
-    run_in_this_process(params, seed, shard.first, shard.second);
+    if (shard.second > std::max<std::size_t>(run->runs, 1))
+        return bad_parameter("auto_run_shard", *params.auto_run_shard,
+                             "asks for more parts than the run list has runs (" +
+                                 std::to_string(run->runs) + "): every part would not get one.");
+    if (jobs > 1)
+        return end_program(run_auto_run_jobs(params, {static_cast<std::size_t>(jobs), seed,
+                                                      *params.auto_run_output, *run}));
+    run_in_this_process(params, seed, *run, shard, resume);
 }
 
 void start_auto_run_merge_mode(const ProgramParameters& params) {
-    if (!params.auto_run_output || params.auto_run_output->empty()) {
-        bad_parameter("auto_run_merge needs auto_run_output=FILE: the file to write.");
-        return;
-    }
+    if (!params.auto_run_output || string_trim(*params.auto_run_output).empty())
+        return bad_parameter("auto_run_output", params.auto_run_output.value_or(""),
+                             "is needed by auto_run_merge: the file to write.");
     std::vector<std::string> parts;
     for (const std::string& part : string_split(*params.auto_run_merge, ','))
         if (!string_trim(part).empty())
             parts.push_back(string_trim(part));
-    if (parts.empty()) {
-        bad_parameter("auto_run_merge needs the part files: auto_run_merge=PART1,PART2,...");
-        return;
-    }
+    if (parts.empty())
+        return bad_parameter("auto_run_merge", *params.auto_run_merge,
+                             "needs the part files: auto_run_merge=PART1,PART2,...");
     const bool ok = auto_run_merge_parts(parts, *params.auto_run_output);
     if (ok)
         std::printf("Merged %zu parts into \"%s\".\n", parts.size(),

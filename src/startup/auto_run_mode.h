@@ -1,4 +1,7 @@
 #pragma once
+#include <cstdint>
+#include <string>
+
 #include "config/program_parameters.h"
 
 namespace veldra {
@@ -13,10 +16,19 @@ void start_auto_run_merge_mode(const ProgramParameters& params);
 
 // A parallel auto run (auto_run_jobs): worker processes of this program play chunks of the run
 // list; returns the exit status.
+// What start_auto_run_mode learned of a run before starting it.
+struct PreparedRun {
+    std::size_t runs = 0;  // length of the whole run list
+    std::string identity;  // the fingerprint of its inputs (auto_run_fingerprint.h)
+};
+
+inline constexpr std::uint64_t MAX_AUTO_RUN_JOBS = 256;
+
 struct AutoRunJobsRequest {
     std::size_t jobs = 2;
     double seed = 0;
     std::string output;
+    PreparedRun run;
 };
 int run_auto_run_jobs(const ProgramParameters& params, const AutoRunJobsRequest& request);
 

@@ -7,9 +7,9 @@
 #include "runtime/runtime.h"
 #include "runtime/services.h"
 #include "startup/auto_run_mode.h"
+#include "startup/parameter_values.h"
 #include "startup/program.h"
 #include "startup/single_trial_mode.h"
-#include "util/text.h"
 #include "world/level_set_generator.h"
 
 namespace veldra {
@@ -25,12 +25,9 @@ void run_level_set_generator(const ProgramParameters& params) {
     }
     std::optional<double> seed;
     if (params.seed) {
-        seed = try_string_to_real(*params.seed);
-        if (!seed) {
-            log_error("seed=" + *params.seed + " is not a number.");
-            end_program(2);
-            return;
-        }
+        seed = parse_seed_value(*params.seed);
+        if (!seed)
+            return bad_parameter("seed", *params.seed, SEED_PROBLEM);
     }
     const bool ok =
         generate_level_set(resolve_user_path(*params.generate_levels), *params.output_dir, seed);
@@ -41,6 +38,14 @@ void run_level_set_generator(const ProgramParameters& params) {
 
 void choose_run_mode() {
     const ProgramParameters& params = program_params();
+    // A batch the user asked to run with a custom configuration must not quietly run without it.
+    const bool shell_mode = params.generate_levels || params.auto_run_merge ||
+                            params.auto_run_config || params.trial_level;
+    if (shell_mode && configs_state().custom_failed) {
+        log_error("Stopped: the custom configuration config=" + params.config.value_or("") +
+                  " could not be loaded (see above), and this run would not use it.");
+        return end_program(1);
+    }
     if (params.generate_levels)
         return run_level_set_generator(params);
     if (params.auto_run_merge)

@@ -7,50 +7,29 @@
 #include "runtime/paths.h"
 #include "runtime/runtime.h"
 #include "serial/json.h"
+#include "startup/parameter_values.h"
 #include "startup/program.h"
 #include "trials/room_goer.h"
 #include "trials/trial.h"
 #include "trials/trial_data.h"
-#include "util/text.h"
+#include "runtime/number_format.h"
 #include "world/level_file.h"
 
 namespace veldra {
 
-namespace {
-
-std::optional<PersonalityTraits> parse_traits(const std::string& text) {
-    const auto parts = string_split(text, ',');
-    if (parts.size() != 5)
-        return std::nullopt;
-    double values[5];
-    for (int i = 0; i < 5; ++i) {
-        auto value = try_string_to_real(parts[static_cast<std::size_t>(i)]);
-        if (!value)
-            return std::nullopt;
-        values[i] = *value;
-    }
-    return PersonalityTraits{values[0], values[1], values[2], values[3], values[4]};
-}
-
-}  // namespace
-
 void start_single_trial_mode(const ProgramParameters& params) {
     double seed = 0;
     if (params.seed) {
-        auto parsed = try_string_to_real(*params.seed);
-        if (!parsed) {
-            log_error("seed=" + *params.seed + " is not a number.");
-            return end_program(2);
-        }
+        const auto parsed = parse_seed_value(*params.seed);
+        if (!parsed)
+            return bad_parameter("seed", *params.seed, SEED_PROBLEM);
         seed = *parsed;
     }
     PersonalityTraits traits;
     if (params.traits) {
-        auto parsed = parse_traits(*params.traits);
-        if (!parsed) {
-            log_error("traits=" + *params.traits + " must be five numbers O,C,E,A,N.");
-            return end_program(2);
-        }
+        const auto parsed = parse_traits_value(*params.traits);
+        if (!parsed)
+            return bad_parameter("traits", *params.traits, "must be five numbers O,C,E,A,N.");
         traits = *parsed;
     }
     auto level = level_load_from_file(resolve_user_path(*params.trial_level));
@@ -66,6 +45,12 @@ void start_single_trial_mode(const ProgramParameters& params) {
             const TrialResult result = std::get<TrialResult>(trial.start(traits));
             std::printf("%s\n", json_stringify(trial_result_to_value(result), false).c_str());
             end_program(0);
+        })
+        .and_catch([](const Value& reason) {
+            // Running out of memory on a huge level, for one: a shell run ends with the reason
+            // instead of waiting for frames that will never bring a result.
+            log_error("The trial failed: " + to_string(reason));
+            end_program(1);
         });
 }
 

@@ -2,14 +2,14 @@
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
-#include <nlohmann/json.hpp>
-#include <sstream>
+#include <limits>
 
 #include "config/game_configurations.h"
 #include "config/json_comments.h"
 #include "creatures/personality_traits.h"
+#include "runtime/file_io.h"
 #include "runtime/log.h"
+#include "serial/json.h"
 #include "util/text.h"
 
 namespace veldra {
@@ -31,18 +31,32 @@ std::vector<double> option_values(const char* key) {
     return values;
 }
 
+std::size_t saturating_multiply(std::size_t a, std::size_t b) {
+    if (a != 0 && b > std::numeric_limits<std::size_t>::max() / a)
+        return std::numeric_limits<std::size_t>::max();
+    return a * b;
+}
+
 }  // namespace
 
+std::size_t auto_run_count_runs(const AutoRunConfigs& configs) {
+    std::size_t combinations = 1;
+    for (const char* key : {"options_openness", "options_conscientiousness",
+                            "options_extraversion", "options_agreeableness", "options_neuroticism"})
+        combinations = saturating_multiply(combinations, option_values(key).size());
+    const std::size_t per_level =
+        saturating_multiply(combinations, static_cast<std::size_t>(configs.num_runs_per_permutation));
+    return saturating_multiply(per_level, configs.levels.size());
+}
+
 std::optional<AutoRunConfigs> read_auto_run_configs(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in)
-        return fail(path, "the file cannot be opened.");
-    std::stringstream text;
-    text << in.rdbuf();
-    const auto root = nlohmann::json::parse(_json_remove_comments(text.str()), nullptr,
-                                            /*allow_exceptions=*/false);
-    if (root.is_discarded())
-        return fail(path, "not valid JSON.");
+    const FileText text = read_whole_file(path, MAX_AUTO_RUN_FILE_BYTES);
+    if (!text)
+        return fail(path, text.error + ".");
+    const JsonDocument document = json_parse_document(_json_remove_comments(*text.text));
+    if (!document)
+        return fail(path, document.error + ".");
+    const auto& root = document.json;
     if (!root.is_object())
         return fail(path, "the file must hold one JSON object.");
     AutoRunConfigs configs;
@@ -55,10 +69,21 @@ std::optional<AutoRunConfigs> read_auto_run_configs(const std::string& path) {
         configs.levels.push_back(level.get<std::string>());
     }
     auto runs = root.find("num_runs_per_permutation");
-    if (runs == root.end() || !runs->is_number() || runs->get<double>() < 0 ||
-        runs->get<double>() != std::floor(runs->get<double>()))
-        return fail(path, "\"num_runs_per_permutation\" must be a whole number of at least 0.");
+    // Compared as a double first: a huge or fractional number must not reach an integer cast.
+    const double most = static_cast<double>(MAX_AUTO_RUN_RUNS);
+    if (runs == root.end() || !runs->is_number() || !(runs->get<double>() >= 0) ||
+        runs->get<double>() > most || runs->get<double>() != std::floor(runs->get<double>()))
+        return fail(path, "\"num_runs_per_permutation\" must be a whole number from 0 to " +
+                              std::to_string(MAX_AUTO_RUN_RUNS) + ".");
     configs.num_runs_per_permutation = runs->get<double>();
+    if (const std::size_t count = auto_run_count_runs(configs); count > MAX_AUTO_RUN_RUNS)
+        return fail(path, "the run list would hold " +
+                              (count == std::numeric_limits<std::size_t>::max()
+                                   ? std::string("more than 2^64")
+                                   : std::to_string(count)) +
+                              " runs (levels x trait combinations x num_runs_per_permutation); "
+                              "at most " +
+                              std::to_string(MAX_AUTO_RUN_RUNS) + " fit in one auto run.");
     return configs;
 }
 
@@ -99,9 +124,10 @@ std::optional<std::pair<std::size_t, std::size_t>> parse_shard(const std::string
     const auto parts = string_split(text, '/');
     if (parts.size() != 2)
         return std::nullopt;
-    const auto k = try_string_to_real(parts[0]);
-    const auto n = try_string_to_real(parts[1]);
-    if (!k || !n || *k != std::floor(*k) || *n != std::floor(*n) || *k < 1 || *n < 1 || *k > *n)
+    // Bounded so that the shard arithmetic (count * k) cannot overflow.
+    const auto n = try_string_to_whole_number(parts[1], 1, MAX_AUTO_RUN_RUNS);
+    const auto k = n ? try_string_to_whole_number(parts[0], 1, *n) : std::nullopt;
+    if (!k)
         return std::nullopt;
     return std::pair{static_cast<std::size_t>(*k), static_cast<std::size_t>(*n)};
 }

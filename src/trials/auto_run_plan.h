@@ -13,6 +13,11 @@
 
 namespace veldra {
 
+// The most runs one auto run may list. Each run is held in memory with its seed before the first
+// trial starts, so a slip of the keyboard (1e9 runs per permutation) must not take the machine
+// down; a larger study splits into several auto-run files or seeds.
+inline constexpr std::size_t MAX_AUTO_RUN_RUNS = 10'000'000;
+
 struct AutoRunConfigs {
     std::vector<std::string> levels;  // as written in the file
     double num_runs_per_permutation = 0;
@@ -25,8 +30,13 @@ struct AutoRunParams {
 };
 
 // Reads the auto-run file; on failure logs "Failed to read auto-run configurations." and a line
-// naming the file and the problem.
+// naming the file and the problem (the line and column of a JSON error, a run list longer than
+// MAX_AUTO_RUN_RUNS with the configuration's trait options).
 std::optional<AutoRunConfigs> read_auto_run_configs(const std::string& path);
+
+// How many runs the list of `configs` holds with the configuration's trait options; saturates
+// instead of overflowing, so anything above MAX_AUTO_RUN_RUNS compares as too many.
+std::size_t auto_run_count_runs(const AutoRunConfigs& configs);
 
 // Levels, then trait combinations (openness outermost), then repetitions; one seed per run,
 // rng_irandom(2^32), in that order.
@@ -36,6 +46,8 @@ std::vector<AutoRunParams> auto_run_build_run_list(const AutoRunConfigs& configs
 struct RunRange {
     std::size_t first = 0;
     std::size_t last = 0;
+
+    bool operator==(const RunRange&) const = default;
 };
 RunRange auto_run_shard_range(std::size_t count, std::size_t k, std::size_t n);
 

@@ -1,8 +1,10 @@
 #include "trials/auto_runner.h"
 
 #include <algorithm>
+#include <cerrno>
 
 #include "config/game_configurations.h"
+#include "runtime/file_io.h"
 #include "runtime/gc.h"
 #include "runtime/log.h"
 #include "runtime/number_format.h"
@@ -46,6 +48,11 @@ bool obj_auto_runner::reopen(const char* mode) {
     if (file_)
         std::fclose(file_);
     file_ = std::fopen(output_csv_filename_.c_str(), mode);
+    if (!file_) {
+        log_error("Failed to open file for writing.");
+        log_error("Output \"" + output_csv_filename_ + "\" cannot be opened: " +
+                  system_error_text(errno) + ".");
+    }
     return file_ != nullptr;
 }
 
@@ -64,16 +71,16 @@ bool obj_auto_runner::initialize(const AutoRunConfigs& configs,
     current_param_index = std::min(range_.first + options_.already_done, range_.last);
     running = false;
     const bool resuming = options_.already_done > 0;
-    if (!reopen(resuming ? "ab" : "wb")) {
-        log_error("Failed to open file for writing.");
+    if (!reopen(resuming ? "ab" : "wb"))
         return false;
-    }
-    if (!resuming) {
-        const std::string header = trial_data_as_csv_headers();
-        std::fwrite(header.data(), 1, header.size(), file_);
-        std::fflush(file_);
-    }
-    return true;
+    return resuming || write_line(trial_data_as_csv_headers());
+}
+
+bool obj_auto_runner::write_line(const std::string& line) {
+    const std::string error = write_all_and_flush(file_, line);
+    if (!error.empty())
+        log_error("Failed to write \"" + output_csv_filename_ + "\": " + error + ".");
+    return error.empty();
 }
 
 void obj_auto_runner::finish(bool completed) {
@@ -101,7 +108,6 @@ void obj_auto_runner::on_step() {
     }
     // Every line written so far is on disk before the next trial starts.
     if (!reopen("ab")) {
-        log_error("Failed to open file for writing.");
         finish(false);
         return;
     }
@@ -112,9 +118,11 @@ void obj_auto_runner::on_step() {
                    total_score)
         .and_then([this](const Value& record) {
             total_score += record.get("result").get("trial_score").as_number();
-            const std::string line = trial_data_value_as_csv(record);
-            std::fwrite(line.data(), 1, line.size(), file_);
-            std::fflush(file_);
+            // A line that did not reach the disk ends the batch: going on would leave a gap.
+            if (!write_line(trial_data_value_as_csv(record))) {
+                finish(false);
+                return;
+            }
             running = false;
             ++current_param_index;
             if (options_.on_progress)
@@ -155,18 +163,20 @@ Promise auto_run_trials(const std::string& configs_filename, const std::string& 
     log("Auto run configurations: \"" + configs_filename + "\"");
     log("Auto run output file: \"" + output_csv_filename + "\"");
     log("Auto run seed: \"" + number_to_string(seed) + "\"");
-    return Promise([&, configs = std::move(*configs), options = std::move(options)](
-                       const Resolve& resolve, const Reject& reject) mutable {
-        auto& runner = rt().instance_create<obj_auto_runner>(0, 0);
-        runner.persistent = true;
-        auto done = [resolve](bool completed) {
-            if (completed)
-                log("Auto runs completed.");
-            resolve(Value(completed));
-        };
-        if (!runner.initialize(configs, output_csv_filename, rng, done, std::move(options)))
-            reject(Value("Failed to open file for writing."));
-    });
+    auto& runner = rt().instance_create<obj_auto_runner>(0, 0);
+    runner.persistent = true;
+    // The callback is set once the promise exists; the runner calls it from a later step.
+    auto resolve_slot = std::make_shared<Resolve>();
+    auto done = [resolve_slot](bool completed) {
+        if (completed)
+            log("Auto runs completed.");
+        (*resolve_slot)(Value(completed));
+    };
+    if (!runner.initialize(*configs, output_csv_filename, rng, done, std::move(options))) {
+        rt().instance_destroy(runner.id());
+        return promise_resolve(Value(false));  // not completed; the reason is logged already
+    }
+    return Promise([resolve_slot](const Resolve& resolve, const Reject&) { *resolve_slot = resolve; });
 }
 
 Promise auto_run_trial(const std::string& level_filename, double play_order,

@@ -36,7 +36,8 @@ public:
     void on_clean_up() override;
 
     // Builds the run list and opens the output (writing the header unless resuming). False when
-    // the output cannot be opened ("Failed to open file for writing." is logged).
+    // the output cannot be opened ("Failed to open file for writing." is logged, then the path
+    // and the system's reason) or written.
     bool initialize(const AutoRunConfigs& configs, const std::string& output_csv_filename, Rng& rng,
                     std::function<void(bool completed)> callback, AutoRunOptions options = {});
 
@@ -47,6 +48,7 @@ public:
 
 private:
     bool reopen(const char* mode);
+    bool write_line(const std::string& line);
     void finish(bool completed);
 
     std::string output_csv_filename_;
@@ -58,8 +60,8 @@ private:
 };
 
 // Reads the auto-run file, checks every level can be read, logs the start lines and runs the
-// batch. Fulfilled (with true) when every run is done, with false when stopped early; rejected
-// when the file, a level or the output is unusable.
+// batch. Fulfilled (with true) when every run is done, with false when stopped early or when
+// the output cannot be written; rejected when the file or a level is unusable.
 Promise auto_run_trials(const std::string& configs_filename, const std::string& output_csv_filename,
                         Rng& rng, double seed, AutoRunOptions options = {});
 

@@ -125,6 +125,10 @@ obj_trial::StartResult obj_trial::start(std::optional<PersonalityTraits> player_
     state = TrialState::Running;
     log_event("Trial started.");
     if (is_auto_run) {
+        // To its end here whatever the game speed: a speed of 0 (or one so small that a frame
+        // never adds up to a tick) would otherwise never end the trial.
+        while (tick()) {
+        }
         while (state != TrialState::Reported)
             _step();
         return *result;

@@ -1,6 +1,7 @@
 #include "util/text.h"
 
 #include <charconv>
+#include <cmath>
 
 namespace veldra {
 
@@ -54,7 +55,21 @@ std::optional<double> try_string_to_real(std::string_view text) {
     if (*begin == '+')
         ++begin;  // from_chars takes no plus sign
     auto [end, error] = std::from_chars(begin, trimmed.data() + trimmed.size(), value);
-    if (error != std::errc() || end != trimmed.data() + trimmed.size())
+    // "nan" and "inf" are numbers to from_chars, but no setting of the game means either.
+    if (error != std::errc() || end != trimmed.data() + trimmed.size() || !std::isfinite(value))
+        return std::nullopt;
+    return value;
+}
+
+std::optional<std::uint64_t> try_string_to_whole_number(std::string_view text, std::uint64_t low,
+                                                        std::uint64_t high) {
+    const std::string trimmed = string_trim(text);
+    std::uint64_t value = 0;
+    const char* end = trimmed.data() + trimmed.size();
+    // Digits only: no sign, exponent or fraction, and a number beyond 64 bits is reported
+    // instead of wrapped.
+    auto [stop, error] = std::from_chars(trimmed.data(), end, value);
+    if (trimmed.empty() || error != std::errc() || stop != end || value < low || value > high)
         return std::nullopt;
     return value;
 }

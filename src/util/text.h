@@ -1,6 +1,7 @@
 #pragma once
 // Small string helpers shared by the whole game.
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,8 +12,12 @@ namespace veldra {
 std::string string_trim(std::string_view text);
 std::string string_replace_all(std::string_view text, std::string_view from, std::string_view to);
 std::vector<std::string> string_split(std::string_view text, char delimiter);
-// The whole text as a number (surrounding white space allowed); nullopt when it is not one.
+// The whole text as a finite number (surrounding white space allowed); nullopt when it is not
+// one, for NaN and infinities too.
 std::optional<double> try_string_to_real(std::string_view text);
+// The whole text as a whole number written in decimal digits only, between low and high.
+std::optional<std::uint64_t> try_string_to_whole_number(std::string_view text, std::uint64_t low,
+                                                        std::uint64_t high);
 bool string_starts_with(std::string_view text, std::string_view prefix);
 bool string_ends_with(std::string_view text, std::string_view suffix);
 

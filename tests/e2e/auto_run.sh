@@ -42,11 +42,12 @@ cmp one.csv merged.csv
 
 # A file cut inside a line, as a kill leaves it, resumes to the same bytes.
 head -c "$(( $(head -n 10 one.csv | wc -c) + 17 ))" one.csv > resumed.csv
+cp one.csv.fingerprint resumed.csv.fingerprint
 run auto_run_output=resumed.csv auto_run_seed=5 auto_run_resume=1 > /dev/null
 cmp one.csv resumed.csv
 
 # A real Ctrl-C: exit status 130, a valid prefix, then a resume to the same bytes.
-echo '{"levels": ["a.txt", "b.txt"], "num_runs_per_permutation": 40}' > long.json
+echo '{"levels": ["a.txt", "b.txt"], "num_runs_per_permutation": 400}' > long.json
 "$veldra" config=small auto_run_config=long.json auto_run_output=full.csv auto_run_seed=9 > /dev/null
 "$veldra" config=small auto_run_config=long.json auto_run_output=cut.csv auto_run_seed=9 > /dev/null 2>&1 &
 pid=$!
@@ -55,7 +56,7 @@ kill -INT "$pid"
 status=0; wait "$pid" || status=$?
 [ "$status" -eq 130 ]
 lines=$(wc -l < cut.csv)
-[ "$lines" -lt 481 ]
+[ "$lines" -lt 4801 ]
 cmp <(head -n "$lines" full.csv) cut.csv
 "$veldra" config=small auto_run_config=long.json auto_run_output=cut.csv auto_run_seed=9 auto_run_resume=1 > /dev/null
 cmp full.csv cut.csv
@@ -81,6 +82,64 @@ expect 1 "Failed to open file for writing." "$veldra" auto_run_config=runs.json 
 expect 2 "auto_run_output" "$veldra" auto_run_config=runs.json
 expect 2 "auto_run_seed" "$veldra" auto_run_config=runs.json auto_run_output=x.csv auto_run_seed=abc
 expect 2 "auto_run_shard" "$veldra" auto_run_config=runs.json auto_run_output=x.csv auto_run_shard=4/3
+# Numbers that are no numbers of their kind, and switches that are no switches.
+for bad in auto_run_seed=nan auto_run_seed=inf auto_run_seed=1.5 auto_run_seed=1e300; do
+  expect 2 "${bad%%=*}" run auto_run_output=x.csv "$bad"
+done
+for bad in 1/inf 1e30/1e30 18446744073709551615/18446744073709551615 \
+    9223372036854775808/9223372036854775808 0/3 -1/3 1/25; do
+  expect 2 "auto_run_shard=$bad" run auto_run_output=x.csv auto_run_shard="$bad"
+done
+expect 2 "auto_run_resume=yes" run auto_run_output=one.csv auto_run_resume=yes
+expect 2 "auto_run_jobs=0" run auto_run_output=x.csv auto_run_jobs=0
+cmp one.csv again.csv
+
+# An output that is one of the run's inputs is refused before anything is written.
+cp runs.json runs.bak
+expect 2 'would overwrite' run auto_run_output=runs.json
+expect 2 'would overwrite' run auto_run_output=./a.txt
+cmp runs.json runs.bak
+
+# A full disk is an error, not a quiet exit 0.
+expect 1 'Failed to write "/dev/full": No space left on device.' run auto_run_output=/dev/full
+[ ! -e /dev/full.fingerprint ]
+
+# Resume continues only the run that wrote the file.
+cp one.csv other_seed.csv; cp one.csv.fingerprint other_seed.csv.fingerprint
+expect 1 "written by another run" run auto_run_output=other_seed.csv auto_run_seed=6 auto_run_resume=1
+cmp one.csv other_seed.csv
+cp one.csv nofp.csv
+expect 1 "nofp.csv.fingerprint" run auto_run_output=nofp.csv auto_run_seed=5 auto_run_resume=1
+(head -n 5 one.csv; echo "not a record"; tail -n +6 one.csv) > garbage.csv
+cp one.csv.fingerprint garbage.csv.fingerprint
+expect 1 'line 6 of "garbage.csv" is not a trial record' run auto_run_output=garbage.csv auto_run_seed=5 auto_run_resume=1
+(cat one.csv; tail -n 3 one.csv) > longer.csv; cp one.csv.fingerprint longer.csv.fingerprint
+expect 1 "holds 27 runs, but this run has only 24" run auto_run_output=longer.csv auto_run_seed=5 auto_run_resume=1
+
+# Merge refuses to empty a part, parts of other runs, gaps and unfinished parts, and leaves an
+# existing output as it was when it refuses.
+cp s1.csv s1.bak
+expect 1 "would be emptied" "$veldra" auto_run_merge=s1.csv,s2.csv,s3.csv auto_run_output=s1.csv
+cmp s1.csv s1.bak
+echo keep > kept.csv
+expect 1 "none missing" "$veldra" auto_run_merge=s1.csv,s3.csv auto_run_output=kept.csv
+run auto_run_output=o2.csv auto_run_seed=6 auto_run_shard=2/3 > /dev/null
+expect 1 "belongs to another run" "$veldra" auto_run_merge=s1.csv,o2.csv,s3.csv auto_run_output=kept.csv
+head -n 3 s2.csv > short2.csv; cp s2.csv.fingerprint short2.csv.fingerprint
+expect 1 "Finish it first" "$veldra" auto_run_merge=s1.csv,short2.csv,s3.csv auto_run_output=kept.csv
+[ "$(cat kept.csv)" = keep ]
+
+# Parallel parts of an output whose name begins with a space still join.
+run "auto_run_output= spaced.csv" auto_run_seed=5 auto_run_jobs=2 > /dev/null
+cmp one.csv " spaced.csv"
+
+# A configuration the user asked for and that does not load stops the batch.
+expect 1 "Failed to load custom configs" "$veldra" config=nowhere auto_run_config=runs.json auto_run_output=x.csv
+# A game speed of 0 does not hold up automatic trials.
+sed 's/"trial_time": 5}/"trial_time": 5, "game_speed": 0}/' small.json > still.json
+"$veldra" config=still auto_run_config=runs.json auto_run_output=still.csv auto_run_seed=5 > /dev/null
+[ "$(wc -l < still.csv)" -eq 25 ]
+
 mkdir -p project/datafiles && echo '{' > project/datafiles/configurations.json
 export VeldraProjectDir="$work/project"
 expect 1 "Failed to load main configs" "$veldra" auto_run_config=runs.json auto_run_output=x.csv
