@@ -64,4 +64,10 @@ private:
 // The kind a method key gets, tested in this order.
 ConfigMethodKind config_method_kind_of(std::string_view key);
 
+// The variables a key's formula is given: the five traits always; ENERGY_LEVEL where the
+// callers pass the human's energy (action and exchange weights, target weights, the running
+// action's modifier, the score); and the third argument of its kind. A formula that reads
+// another variable is refused at load, since it would read NaN there.
+ExprVarMask config_formula_variables(std::string_view key);
+
 }  // namespace veldra

@@ -1,14 +1,14 @@
 #include "config/configs_loader.h"
 
 #include <cstdlib>
-#include <fstream>
+#include <filesystem>
 #include <nlohmann/json.hpp>
-#include <sstream>
 
 #include "config/debug_settings.h"
 #include "config/json_comments.h"
 #include "config/program_parameters.h"
 #include "runtime/context.h"
+#include "runtime/file_io.h"
 #include "runtime/log.h"
 #include "runtime/once.h"
 #include "runtime/paths.h"
@@ -82,7 +82,8 @@ public:
             source = value.dump();
         else
             return wrong_type(key, "string", value);
-        auto compiled = ExpressionCompiler().compile_expression_from_string(source);
+        auto compiled = ExpressionCompiler().compile_expression_from_string(
+            source, config_formula_variables(key));
         if (auto* error = std::get_if<ExpressionError>(&compiled)) {
             log_error("Configuration file \"" + path_ + "\" variable \"" + std::string(key) +
                       "\" has an expression that does not compile: " + error->message +
@@ -106,17 +107,6 @@ private:
     ExpressionGlobals& globals_;
 };
 
-std::optional<std::string> read_text_file(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in)
-        return std::nullopt;
-    std::stringstream text;
-    text << in.rdbuf();
-    if (in.bad())
-        return std::nullopt;
-    return text.str();
-}
-
 ConfigsSlot& slot() {
     return ctx().slot<ConfigsSlot>();
 }
@@ -133,22 +123,46 @@ ConfigMethodKind config_method_kind_of(std::string_view key) {
     return ConfigMethodKind::plain;
 }
 
+ExprVarMask config_formula_variables(std::string_view key) {
+    ExprVarMask given = expr_var_bit(ExprVar::O) | expr_var_bit(ExprVar::C) |
+                        expr_var_bit(ExprVar::E) | expr_var_bit(ExprVar::A) |
+                        expr_var_bit(ExprVar::N);
+    const ConfigMethodKind kind = config_method_kind_of(key);
+    const bool with_energy = kind != ConfigMethodKind::plain || key.starts_with("weight_") ||
+                             key == "exchange_give_weight" || key == "exchange_take_weight";
+    if (with_energy)
+        given |= expr_var_bit(ExprVar::ENERGY_LEVEL);
+    if (kind == ConfigMethodKind::weight)
+        given |= expr_var_bit(ExprVar::WEIGHT);
+    if (kind == ConfigMethodKind::time)
+        given |= expr_var_bit(ExprVar::TIME);
+    if (kind == ConfigMethodKind::distance)
+        given |= expr_var_bit(ExprVar::DISTANCE);
+    return static_cast<ExprVarMask>(given);
+}
+
 std::optional<GameConfigurations> _load_game_configurations_from_file(const std::string& path,
                                                                       bool require_all) {
-    if (!file_exists(path)) {
+    std::error_code error;
+    // A directory or a device exists: read_whole_file below says what it is instead.
+    if (!std::filesystem::exists(path, error)) {
         log_error("Configuration file doesn't exist (" + path + ").");
         return std::nullopt;
     }
-    auto text = read_text_file(path);
+    const FileText text = read_whole_file(path, MAX_CONFIGURATION_FILE_BYTES);
     if (!text) {
         log_error("Failed to read configuration file \"" + path + "\".");
+        log_error("\"" + path + "\" " + text.error + ".");
         return std::nullopt;
     }
-    Json root = Json::parse(_json_remove_comments(*text), nullptr, /*allow_exceptions=*/false);
-    if (root.is_discarded()) {
+    // Comments are cut from the ends of lines only, so lines and columns still match the file.
+    const JsonDocument document = json_parse_document(_json_remove_comments(*text.text));
+    if (!document) {
         log_error("Failed to read the configuration file \"" + path + "\".");
+        log_error("\"" + path + "\", " + document.error + ".");
         return std::nullopt;
     }
+    const Json& root = document.json;
     if (!root.is_object()) {
         log_error("Configuration file \"" + path +
                   "\" is in an unexpected format: " + json_type_name(root) + ".");
@@ -159,7 +173,8 @@ std::optional<GameConfigurations> _load_game_configurations_from_file(const std:
     loaded.by_name = json_to_value(root);
     FieldReader reader(path, slot().expression_globals);
     bool ok = true;
-    visit_config_fields(loaded, [&](std::string_view key, std::string_view expected, auto& field) {
+    visit_config_fields(loaded, [&](std::string_view key, std::string_view expected,
+                                    ConfigRule rule, auto& field) {
         if (!ok)
             return;
         auto it = root.find(std::string(key));
@@ -172,6 +187,11 @@ std::optional<GameConfigurations> _load_game_configurations_from_file(const std:
             return;
         }
         ok = reader.read(key, expected, *it, field);
+        if (const std::string problem = config_rule_problem(rule, *it); ok && !problem.empty()) {
+            log_error("Configuration file \"" + path + "\" variable \"" + std::string(key) +
+                      "\" " + problem + ", not " + it->dump(-1, ' ', false, Json::error_handler_t::replace).substr(0, 80) + ".");
+            ok = false;
+        }
     });
     if (!ok)
         return std::nullopt;
@@ -179,7 +199,7 @@ std::optional<GameConfigurations> _load_game_configurations_from_file(const std:
 }
 
 void merge_game_configurations(GameConfigurations& base, const GameConfigurations& custom) {
-#define VELDRA_MERGE_CONFIG_FIELD(key, type, meaning) \
+#define VELDRA_MERGE_CONFIG_FIELD(key, type, rule, meaning) \
     if (custom.by_name.has(#key))                     \
         base.key = custom.key;
     VELDRA_GAME_CONFIGURATION_KEYS(VELDRA_MERGE_CONFIG_FIELD)

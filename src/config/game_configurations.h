@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "config/config_method.h"
+#include "config/config_value_rules.h"
 #include "config/game_configuration_keys.h"
 #include "runtime/value.h"
 
@@ -29,7 +30,7 @@ using ConfigMethodField = ConfigMethod;
 #define VELDRA_CONFIG_FIELD_TYPE_METHOD detail::ConfigMethodField
 
 struct GameConfigurations {
-#define VELDRA_DECLARE_CONFIG_FIELD(key, type, meaning) VELDRA_CONFIG_FIELD_TYPE_##type key{};
+#define VELDRA_DECLARE_CONFIG_FIELD(key, type, rule, meaning) VELDRA_CONFIG_FIELD_TYPE_##type key{};
     VELDRA_GAME_CONFIGURATION_KEYS(VELDRA_DECLARE_CONFIG_FIELD)
 #undef VELDRA_DECLARE_CONFIG_FIELD
 
@@ -46,18 +47,18 @@ inline constexpr std::string_view config_type_name_ARRAY = "array";
 inline constexpr std::string_view config_type_name_METHOD = "method";
 }  // namespace detail
 
-// Calls visit(name, type_name, field) for every schema key in table order; type_name is the
+// Calls visit(name, type_name, rule, field) for every schema key in table order; type_name is the
 // runtime's type name the file's value must have ("number", "bool", "string", "array", "method").
 template <class Visitor>
 void visit_config_fields(GameConfigurations& configs, Visitor&& visit) {
-#define VELDRA_VISIT_CONFIG_FIELD(key, type, meaning) \
-    visit(#key, detail::config_type_name_##type, configs.key);
+#define VELDRA_VISIT_CONFIG_FIELD(key, type, rule, meaning) \
+    visit(#key, detail::config_type_name_##type, ConfigRule::rule, configs.key);
     VELDRA_GAME_CONFIGURATION_KEYS(VELDRA_VISIT_CONFIG_FIELD)
 #undef VELDRA_VISIT_CONFIG_FIELD
 }
 
 inline constexpr int GAME_CONFIGURATION_KEY_COUNT = 0
-#define VELDRA_COUNT_CONFIG_FIELD(key, type, meaning) +1
+#define VELDRA_COUNT_CONFIG_FIELD(key, type, rule, meaning) +1
     VELDRA_GAME_CONFIGURATION_KEYS(VELDRA_COUNT_CONFIG_FIELD)
 #undef VELDRA_COUNT_CONFIG_FIELD
     ;

@@ -1,8 +1,27 @@
 #include "config/json_comments.h"
 
-#include <algorithm>
 
 namespace veldra {
+
+namespace {
+
+// Double quotes before `end` that open or close a string: a quote escaped inside a string
+// ("a\"b//c") does not end it, so it must not flip the count.
+std::size_t quotes_before(std::string_view line, std::size_t end) {
+    std::size_t quotes = 0;
+    bool in_string = false;
+    for (std::size_t i = 0; i < end; ++i) {
+        if (in_string && line[i] == '\\') {
+            ++i;
+        } else if (line[i] == '"') {
+            ++quotes;
+            in_string = !in_string;
+        }
+    }
+    return quotes;
+}
+
+}  // namespace
 
 std::string _json_remove_comments(std::string_view text) {
     std::string out;
@@ -14,9 +33,7 @@ std::string _json_remove_comments(std::string_view text) {
             start, end == std::string_view::npos ? std::string_view::npos : end - start);
         const auto comment = line.rfind("//");
         if (comment != std::string_view::npos) {
-            const auto quotes =
-                std::count(line.begin(), line.begin() + static_cast<std::ptrdiff_t>(comment), '"');
-            if (quotes % 2 == 0)
+            if (quotes_before(line, comment) % 2 == 0)
                 line = line.substr(0, comment);
         }
         out.append(line);

@@ -56,8 +56,9 @@ std::size_t CompiledExpression::instruction_count() const noexcept {
 }
 
 std::variant<CompiledExpression, ExpressionError>
-ExpressionCompiler::compile_expression_from_string(std::string_view source) const {
-    auto parsed = detail::parse_expression(source);
+ExpressionCompiler::compile_expression_from_string(std::string_view source,
+                                                   ExprVarMask given) const {
+    auto parsed = detail::parse_expression(source, given);
     if (auto* error = std::get_if<ExpressionError>(&parsed)) {
         return std::move(*error);
     }

@@ -16,6 +16,17 @@ namespace veldra {
 enum class ExprVar : std::uint8_t { O, C, E, A, N, ENERGY_LEVEL, WEIGHT, TIME, DISTANCE };
 inline constexpr int EXPR_VAR_COUNT = 9;
 
+// A set of variables: which ones a formula is given. A formula of a key that is not given
+// ENERGY_LEVEL would read NaN there, so the compiler refuses the name instead.
+using ExprVarMask = std::uint16_t;
+constexpr ExprVarMask expr_var_bit(ExprVar var) {
+    return static_cast<ExprVarMask>(1u << static_cast<unsigned>(var));
+}
+constexpr bool expr_var_mask_has(ExprVarMask mask, ExprVar var) {
+    return (mask & expr_var_bit(var)) != 0;
+}
+inline constexpr ExprVarMask EXPR_ALL_VARS = (1u << EXPR_VAR_COUNT) - 1;
+
 namespace detail {
 struct Instr;
 struct Program;
@@ -65,7 +76,7 @@ struct ExpressionError {
 class ExpressionCompiler {
 public:
     std::variant<CompiledExpression, ExpressionError> compile_expression_from_string(
-        std::string_view source) const;
+        std::string_view source, ExprVarMask given = EXPR_ALL_VARS) const;
 };
 
 }  // namespace veldra

@@ -117,7 +117,9 @@ std::string arity_message(const Function& function) {
 
 class Parser {
 public:
-    explicit Parser(std::string_view source) : lexer_(source) { advance(); }
+    Parser(std::string_view source, ExprVarMask given) : lexer_(source), given_(given) {
+        advance();
+    }
     std::variant<ParsedExpression, ExpressionError> run();
 
 private:
@@ -143,6 +145,7 @@ private:
     Ast ast_;
     int depth_ = 0;
     std::optional<ExpressionError> error_;
+    ExprVarMask given_;
 };
 
 std::variant<ParsedExpression, ExpressionError> Parser::run() {
@@ -283,6 +286,9 @@ NodeId Parser::parse_name() {
     const Token name = token_;
     for (const VariableName& v : VARIABLES) {
         if (name.text == v.name) {
+            if (!expr_var_mask_has(given_, v.var))
+                return fail(name.column, "the variable " + quoted(v.name) +
+                                             " is not given to this formula");
             advance();
             return ast_.variable(v.var);
         }
@@ -346,8 +352,9 @@ NodeId Parser::parse_call(const Function& function, std::size_t column) {
 
 }  // namespace
 
-std::variant<ParsedExpression, ExpressionError> parse_expression(std::string_view source) {
-    return Parser(source).run();
+std::variant<ParsedExpression, ExpressionError> parse_expression(std::string_view source,
+                                                                ExprVarMask given) {
+    return Parser(source, given).run();
 }
 
 }  // namespace veldra::detail

@@ -18,6 +18,8 @@ struct ParsedExpression {
     NodeId root = NO_NODE;
 };
 
-std::variant<ParsedExpression, ExpressionError> parse_expression(std::string_view source);
+// A name of a variable outside `given` is an error at its column.
+std::variant<ParsedExpression, ExpressionError> parse_expression(std::string_view source,
+                                                                ExprVarMask given);
 
 }  // namespace veldra::detail

@@ -194,11 +194,13 @@ std::size_t too_deep_at(std::string_view text) {
     return std::string_view::npos;
 }
 
-// nlohmann's message without its "[json.exception.parse_error.101] parse error at line 1,
-// column 2: " prefix, which names a position we give ourselves.
+// nlohmann's message without its "[json.exception.parse_error.101] " tag and, for a parse error,
+// without the "parse error at line 1, column 2: " that names a position we give ourselves.
 std::string parse_error_reason(const std::string& what) {
-    const std::size_t colon = what.find(": ");
-    return colon == std::string::npos ? what : what.substr(colon + 2);
+    std::string reason = what.substr(what.find("] ") == std::string::npos ? 0 : what.find("] ") + 2);
+    if (reason.starts_with("parse error") && reason.find(": ") != std::string::npos)
+        reason = reason.substr(reason.find(": ") + 2);
+    return reason;
 }
 
 }  // namespace
@@ -218,6 +220,11 @@ JsonDocument json_parse_document(std::string_view text) {
         const std::size_t offset = error.byte > 0 ? error.byte - 1 : 0;
         document.error =
             position_text(position_of(text, offset)) + ": " + parse_error_reason(error.what());
+    } catch (const Json::exception& error) {
+        // A number beyond the range of a double ("1e999"), which nlohmann reports without a
+        // position: its text is in the reason.
+        document.json = Json(Json::value_t::discarded);
+        document.error = parse_error_reason(error.what());
     }
     return document;
 }

@@ -68,7 +68,7 @@ TEST_F(ConfigsLoaderTest, ShippedFileLoadsEveryKeyAndFormulasEvaluate) {
     EXPECT_EQ(loaded->target_weight_approach_food(traits, 1, 0.25), 1.75);
     EXPECT_EQ(loaded->trial_score(traits, 0.5, 1), 75);
     int methods = 0;
-    visit_config_fields(*loaded, [&](std::string_view, std::string_view type, auto&) {
+    visit_config_fields(*loaded, [&](std::string_view, std::string_view type, ConfigRule, auto&) {
         methods += type == "method";
     });
     EXPECT_EQ(methods, 38);
@@ -85,6 +85,7 @@ TEST_F(ConfigsLoaderTest, EachFailureHasItsText) {
     };
     const std::vector<Case> cases = {
         {"{ not json", "Failed to read the configuration file \"{path}\"."},
+        {"{\n  \"a\": 1,\n  \"b\": }", "Failed to read the configuration file \"{path}\"."},
         {"[1, 2]", "Configuration file \"{path}\" is in an unexpected format: array."},
         {"\"text\"", "Configuration file \"{path}\" is in an unexpected format: string."},
         {shipped_with("\"game_speed\": 1,", "\"game_speed\": \"1\","),
@@ -100,6 +101,88 @@ TEST_F(ConfigsLoaderTest, EachFailureHasItsText) {
         ASSERT_NE(first_error(), nullptr);
         EXPECT_EQ(first_error()->message, string_replace_all(c.message, "{path}", path));
     }
+}
+
+TEST_F(ConfigsLoaderTest, MalformedOrHostileFilesAreNamedWithWhereAndWhy) {
+    struct Case {
+        std::string text;
+        std::string detail;  // the second error line, after the file's path
+    };
+    const std::vector<Case> cases = {
+        {"{\n  \"a\": 1, // fine\n  \"b\": }",
+         "\", line 3, column 8: syntax error while parsing value - unexpected '}'; expected '[', "
+         "'{', or a literal."},
+        {"{\"trial_time\": 1e999}", "\", number overflow parsing '1e999'."},
+        {"{\"a\": " + std::string(600, '[') + std::string(600, ']') + "}",
+         "\", line 1, column 70: nested deeper than 64 levels."},
+    };
+    for (const auto& c : cases) {
+        for (bool base : {true, false}) {
+            capture.lines.clear();
+            const std::string path = write("hostile.json", c.text);
+            EXPECT_FALSE(_load_game_configurations_from_file(path, base));
+            ASSERT_GE(capture.lines.size(), 2u);
+            EXPECT_EQ(capture.lines[1].message, "\"" + path + c.detail);
+        }
+    }
+    // Not a regular file: refused with the reason, never read until memory runs out.
+    capture.lines.clear();
+    std::filesystem::create_directories(root / "datafiles" / "dir.json");
+    EXPECT_FALSE(_load_game_configurations_from_file((root / "datafiles" / "dir.json").string(), false));
+    EXPECT_TRUE(capture.contains("is a directory, not a file."));
+}
+
+TEST_F(ConfigsLoaderTest, ValuesOutsideTheirRuleAreRefusedWithKeyValueAndRule) {
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {R"({"game_speed": 0})", "variable \"game_speed\" must be from 0.01 to 1000 ticks per "
+                                 "frame, or negative (the whole trial in one frame), not 0."},
+        {R"({"game_speed": 1e-300})", "variable \"game_speed\" must be from 0.01"},
+        {R"({"attack_frequency": 0})", "variable \"attack_frequency\" must be from 0.0001"},
+        {R"({"human_energy_max": -1})", "variable \"human_energy_max\" must be more than 0, not -1."},
+        {R"({"num_memory_slots": 1e300})", "variable \"num_memory_slots\" must be a whole number"},
+        {R"({"num_memory_slots": 2.5})", "variable \"num_memory_slots\" must be a whole number"},
+        {R"({"non_player_sound_volume": 1.5})", "must be from 0 to 1, not 1.5."},
+        {R"({"trial_time": 1e12})", "variable \"trial_time\" must be from 0 to 86400"},
+        {R"({"options_openness": []})", "must list from 1 to 100 trait values, not []."},
+        {R"({"options_openness": [1, "x"]})", "must list numbers only"},
+        {R"({"ai_human_traits": [{"openness": [0, 1]}]})",
+         "entry 0 must give \"conscientiousness\" as [low, high]"},
+        {R"({"levels": ["a.txt", 3]})", "must list level file names (non-empty strings) only"},
+    };
+    for (const auto& [text, message] : cases) {
+        capture.lines.clear();
+        const std::string path = write("rules.json", text);
+        EXPECT_FALSE(_load_game_configurations_from_file(path, false)) << text;
+        ASSERT_NE(first_error(), nullptr) << text;
+        EXPECT_NE(first_error()->message.find(message), std::string::npos)
+            << first_error()->message;
+    }
+    EXPECT_TRUE(_load_game_configurations_from_file(
+        write("fine.json", R"({"game_speed": -1, "trial_time": 0, "num_memory_slots": 3})"), false));
+}
+
+TEST_F(ConfigsLoaderTest, FormulasReadOnlyTheVariablesTheirKeyIsGiven) {
+    const std::vector<std::pair<std::string, std::string>> refused = {
+        {"move_speed_explore", "2 + ENERGY_LEVEL"},
+        {"human_sight_range", "TIME * 64"},
+        {"weight_explore", "DISTANCE"},
+        {"trial_score", "WEIGHT"},
+        {"target_weight_avoid_human", "TIME"},
+    };
+    for (const auto& [key, formula] : refused) {
+        capture.lines.clear();
+        const std::string path = write("vars.json", "{\"" + key + "\": \"" + formula + "\"}");
+        EXPECT_FALSE(_load_game_configurations_from_file(path, false)) << key;
+        ASSERT_NE(first_error(), nullptr);
+        EXPECT_NE(first_error()->message.find("\"" + key + "\""), std::string::npos);
+        EXPECT_NE(first_error()->message.find("is not given to this formula"), std::string::npos)
+            << first_error()->message;
+    }
+    const std::string given = R"({"weight_explore": "ENERGY_LEVEL + O",
+        "exchange_take_weight": "1 - ENERGY_LEVEL", "trial_score": "TIME + ENERGY_LEVEL",
+        "current_action_weight_modifier": "WEIGHT * ENERGY_LEVEL",
+        "target_weight_approach_food": "1 - DISTANCE * ENERGY_LEVEL", "move_speed_explore": "2 + N"})";
+    EXPECT_TRUE(_load_game_configurations_from_file(write("vars.json", given), false));
 }
 
 TEST_F(ConfigsLoaderTest, FirstMissingKeyInSchemaOrderIsNamed) {

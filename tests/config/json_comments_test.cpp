@@ -15,6 +15,10 @@ TEST(JsonRemoveComments, CutsAtTheLastSlashesOutsideStrings) {
     EXPECT_EQ(_json_remove_comments("\"x\": 1, // a // b"), "\"x\": 1, // a ");
     EXPECT_EQ(_json_remove_comments("a\n// whole line\nb"), "a\n\nb");
     EXPECT_EQ(_json_remove_comments(""), "");
+    // An escaped quote inside a string neither ends it nor hides a later comment.
+    EXPECT_EQ(_json_remove_comments(R"("u": "a\"b//c")"), R"("u": "a\"b//c")");
+    EXPECT_EQ(_json_remove_comments(R"("u": "a\"b", // c)"), R"("u": "a\"b", )");
+    EXPECT_EQ(_json_remove_comments(R"("u": "a\\", // c)"), R"("u": "a\\", )");
     EXPECT_EQ(_json_remove_comments("\n\n"), "\n\n");
 }
 

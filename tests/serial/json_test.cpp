@@ -73,6 +73,8 @@ TEST_F(JsonTest, ErrorsNameTheLineAndColumn) {
     EXPECT_EQ(json_parse_document(deep).error,
               "line 2, column " + std::to_string(MAX_JSON_DEPTH) + ": nested deeper than " +
                   std::to_string(MAX_JSON_DEPTH) + " levels");
+    EXPECT_EQ(json_parse_document("{\"a\": 1e999}").error, "number overflow parsing '1e999'");
+    EXPECT_EQ(json_parse_document("[-1e999]").error, "number overflow parsing '-1e999'");
     const JsonDocument fine = json_parse_document(" {\"k\": [1, \"]]\"]} ");
     ASSERT_TRUE(fine) << fine.error;
     EXPECT_EQ(fine.json["k"][1], "]]");

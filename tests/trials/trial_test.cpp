@@ -77,6 +77,17 @@ TEST_F(TrialTest, SurvivingTrialRunsExactlyItsTicksAndEndsOnTheNextCall) {
     EXPECT_EQ(trial.state, TrialState::Reported);
 }
 
+TEST_F(TrialTest, AutomaticTrialRunsToItsEndAtAnyGameSpeed) {
+    mutable_configs().trial_time = 0.5;
+    for (double speed : {0.0, 1e-300, 0.25, -1.0}) {
+        auto& trial = make_trial(lonely_player(), true, speed);
+        auto result = std::get<TrialResult>(trial.start(PersonalityTraits{}));
+        EXPECT_EQ(result.type, TRES_SURVIVED) << speed;
+        EXPECT_EQ(trial.ticker.spent_ticks, 30) << speed;
+        rt().instance_destroy(trial.id());
+    }
+}
+
 TEST_F(TrialTest, ZeroLengthTrialEndsWithoutATick) {
     mutable_configs().trial_time = 0;
     auto& trial = make_trial(lonely_player(), true);
