@@ -1,13 +1,13 @@
 #include "config/debug_settings.h"
 
 #include <filesystem>
-#include <fstream>
 #include <nlohmann/json.hpp>
-#include <sstream>
 
 #include "runtime/context.h"
+#include "runtime/file_io.h"
 #include "runtime/log.h"
 #include "runtime/paths.h"
+#include "serial/json.h"
 
 namespace veldra {
 
@@ -33,14 +33,14 @@ void visit_fields(DebugSettings& s, Visitor&& visit) {
 
 // A value of another type is taken only where the default is a bool: numbers are true above
 // 0.5, as the runtime converts them; anything else keeps the default.
-void take(const nlohmann::json& value, bool& field) {
+void take(const nlohmann::ordered_json& value, bool& field) {
     if (value.is_boolean())
         field = value.get<bool>();
     else if (value.is_number())
         field = value.get<double>() > 0.5;
 }
 
-void take(const nlohmann::json& value, std::string& field) {
+void take(const nlohmann::ordered_json& value, std::string& field) {
     if (value.is_string())
         field = value.get<std::string>();
 }
@@ -52,11 +52,14 @@ struct DebugSettingsSlot {
 }  // namespace
 
 std::optional<DebugSettings> _load_debug_settings_from_file(const std::string& path) {
-    if (!file_exists(path))
+    // Missing, unreadable or malformed settings mean defaults, silently: they are a developer's
+    // preferences, never research data.
+    const FileText text = read_whole_file(path, MAX_SETTINGS_FILE_BYTES);
+    if (!text)
         return std::nullopt;
-    std::ifstream in(path, std::ios::binary);
-    nlohmann::json root = nlohmann::json::parse(in, nullptr, /*allow_exceptions=*/false);
-    if (root.is_discarded() || !root.is_object())
+    const JsonDocument document = json_parse_document(*text.text);
+    const auto& root = document.json;
+    if (!document || !root.is_object())
         return std::nullopt;
     DebugSettings settings;
     visit_fields(settings, [&](const char* name, auto& field) {
@@ -74,13 +77,12 @@ bool _save_debug_settings_to_file(const DebugSettings& settings, const std::stri
     auto parent = std::filesystem::path(path).parent_path();
     if (!parent.empty())
         std::filesystem::create_directories(parent, error);
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    if (!out) {
-        log_warning("Failed to save debug settings to \"" + path + "\".");
+    const std::string problem = write_whole_file(path, root.dump(4) + "\n");
+    if (!problem.empty()) {
+        log_warning("Failed to save debug settings to \"" + path + "\": " + problem + ".");
         return false;
     }
-    out << root.dump(4) << "\n";
-    return static_cast<bool>(out);
+    return true;
 }
 
 DebugSettings& debugs() {

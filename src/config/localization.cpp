@@ -1,10 +1,8 @@
 #include "config/localization.h"
 
-#include <fstream>
-#include <sstream>
-
 #include "config/debug_settings.h"
 #include "runtime/context.h"
+#include "runtime/file_io.h"
 #include "runtime/log.h"
 #include "runtime/once.h"
 #include "runtime/paths.h"
@@ -44,14 +42,20 @@ void initialize_localization() {
     slot().active.reset();
 }
 
-std::optional<Language> parse_language(std::string_view ini_text) {
-    auto ini = ini_parse(ini_text);
-    if (!ini)
+std::optional<Language> parse_language(std::string_view ini_text, std::string_view path) {
+    const IniFile ini = ini_parse(ini_text);
+    const std::string where = "Localization file \"" + std::string(path) + "\"";
+    for (const IniFile::SkippedLine& skipped : ini.skipped_lines)
+        log_warning(where + ", line " + std::to_string(skipped.line) + ": \"" +
+                    skipped.text.substr(0, 80) + "\" is not a LID=text line; it is skipped.");
+    const auto* section = ini.section("localization");
+    if (!section) {
+        log_error(where + " has no [localization] section.");
         return std::nullopt;
+    }
     Language language;
-    if (const auto* section = ini->section("localization"))
-        for (const auto& [lid, text] : *section)
-            language.lines[lid] = string_replace_all(text, "\\n", "\n");
+    for (const auto& [lid, text] : *section)
+        language.lines[lid] = string_replace_all(text, "\\n", "\n");
     return language;
 }
 
@@ -59,11 +63,14 @@ bool load_and_set_localization(std::string_view code) {
     const std::string path =
         make_included_file_filename("localization/" + std::string(code) + ".ini");
     std::optional<Language> language;
-    if (file_exists(path)) {
-        std::ifstream in(path, std::ios::binary);
-        std::stringstream text;
-        text << in.rdbuf();
-        language = parse_language(text.str());
+    // A code is a name, never a path: "../../x" must not read a file outside the languages.
+    const bool plain_code = !code.empty() && code.find_first_of("/\\") == std::string_view::npos;
+    if (plain_code && file_exists(path)) {
+        const FileText text = read_whole_file(path, MAX_LOCALIZATION_FILE_BYTES);
+        if (text)
+            language = parse_language(*text.text, path);
+        else
+            log_error("Localization file \"" + path + "\" " + text.error + ".");
     }
     if (!language) {
         log_error("Failed to load localization file \"" + path + "\".");

@@ -32,7 +32,8 @@ std::optional<std::string> _debug_ask_localization();
 // The ActiveLanguage global: nullptr when none is loaded.
 const Language* active_language();
 
-// Builds a language from the text of an INI file; nullopt when it is not INI.
-std::optional<Language> parse_language(std::string_view ini_text);
+// Builds a language from the text of the INI file at `path`. A stray line is warned with its
+// line number and skipped; a file without a [localization] section gives nullopt (logged).
+std::optional<Language> parse_language(std::string_view ini_text, std::string_view path);
 
 }  // namespace veldra

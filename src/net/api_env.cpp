@@ -1,13 +1,13 @@
 #include "net/api_env.h"
 
-#include <fstream>
 #include <nlohmann/json.hpp>
-#include <sstream>
 
 #include "runtime/context.h"
+#include "runtime/file_io.h"
 #include "runtime/log.h"
 #include "runtime/once.h"
 #include "runtime/paths.h"
+#include "serial/json.h"
 
 namespace veldra {
 
@@ -17,7 +17,7 @@ struct ApiEnvSlot {
     ApiEnv env;
 };
 
-std::optional<std::string> string_field(const nlohmann::json& root, const char* key) {
+std::optional<std::string> string_field(const nlohmann::ordered_json& root, const char* key) {
     auto it = root.find(key);
     if (it == root.end() || !it->is_string())
         return std::nullopt;
@@ -30,14 +30,10 @@ void initialize_api_env() {
     if (!once_only_first_call(slot.initialized))
         return;
     slot.env = ApiEnv{};
-    std::ifstream in(resolve_user_path(API_ENV_FILENAME), std::ios::binary);
-    nlohmann::json root;
-    if (in) {
-        std::stringstream text;
-        text << in.rdbuf();
-        root = nlohmann::json::parse(text.str(), nullptr, /*allow_exceptions=*/false);
-    }
-    if (!in || root.is_discarded() || !root.is_object()) {
+    const FileText text = read_whole_file(resolve_user_path(API_ENV_FILENAME), MAX_SETTINGS_FILE_BYTES);
+    const JsonDocument document = json_parse_document(text ? *text.text : std::string());
+    const auto& root = document.json;
+    if (!text || !document || !root.is_object()) {
         log_error("Couldn't find API configuration file \".api_env.json\".");
         return;
     }

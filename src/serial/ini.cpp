@@ -13,54 +13,54 @@ std::string_view trim(std::string_view text) {
 }  // namespace
 
 const IniFile::Entries* IniFile::section(std::string_view name) const {
-    for (const auto& [section_name, entries] : sections_)
-        if (section_name == name)
-            return &entries;
-    return nullptr;
+    const auto it = section_index_.find(std::string(name));
+    return it == section_index_.end() ? nullptr : &sections_[it->second].entries;
 }
 
-IniFile::Entries& IniFile::section_for_write(std::string_view name) {
-    for (auto& [section_name, entries] : sections_)
-        if (section_name == name)
-            return entries;
-    sections_.emplace_back(std::string(name), Entries{});
-    return sections_.back().second;
+IniFile::Section& IniFile::section_for_write(std::string_view name) {
+    const auto [it, added] = section_index_.try_emplace(std::string(name), sections_.size());
+    if (added)
+        sections_.emplace_back();
+    return sections_[it->second];
 }
 
-std::optional<IniFile> ini_parse(std::string_view text) {
+void IniFile::set(std::string_view section_name, std::string key, std::string value) {
+    Section& section = section_for_write(section_name);
+    const auto [it, added] = section.index.try_emplace(key, section.entries.size());
+    if (added)
+        section.entries.emplace_back(std::move(key), std::move(value));
+    else
+        section.entries[it->second].second = std::move(value);  // the last one counts
+}
+
+IniFile ini_parse(std::string_view text) {
     // Editors on Windows like to start UTF-8 files with a byte order mark.
     constexpr std::string_view bom = "\xEF\xBB\xBF";
     if (text.substr(0, bom.size()) == bom)
         text.remove_prefix(bom.size());
     IniFile ini;
-    IniFile::Entries* current = &ini.section_for_write("");
+    std::string current;
+    std::size_t line_number = 0;
     std::size_t start = 0;
     while (start <= text.size()) {
+        ++line_number;
         auto end = text.find('\n', start);
         std::string_view line = trim(text.substr(
             start, end == std::string_view::npos ? std::string_view::npos : end - start));
         start = end == std::string_view::npos ? text.size() + 1 : end + 1;
         if (line.empty() || line.front() == ';' || line.front() == '#')
             continue;
-        if (line.front() == '[') {
-            if (line.back() != ']')
-                return std::nullopt;
-            current = &ini.section_for_write(trim(line.substr(1, line.size() - 2)));
+        if (line.front() == '[' && line.back() == ']') {
+            current = std::string(trim(line.substr(1, line.size() - 2)));
             continue;
         }
         auto equals = line.find('=');
-        if (equals == std::string_view::npos)
-            return std::nullopt;
-        std::string key(trim(line.substr(0, equals)));
-        std::string value(trim(line.substr(equals + 1)));
-        bool replaced = false;
-        for (auto& entry : *current)
-            if (entry.first == key) {
-                entry.second = value;  // a repeated key: the last one counts
-                replaced = true;
-            }
-        if (!replaced)
-            current->emplace_back(std::move(key), std::move(value));
+        if (line.front() == '[' || equals == std::string_view::npos || equals == 0) {
+            ini.skipped_lines.push_back({line_number, std::string(line)});
+            continue;
+        }
+        ini.set(current, std::string(trim(line.substr(0, equals))),
+                std::string(trim(line.substr(equals + 1))));
     }
     return ini;
 }

@@ -68,13 +68,35 @@ TEST_F(LocalizationTest, MissingFileIsLoggedAndKeepsTheActiveLanguage) {
     EXPECT_EQ(active_language()->get("A"), "1");
 }
 
+TEST_F(LocalizationTest, StrayLinesAreWarnedAndAMissingSectionIsAnError) {
+    write_language("t", "[localization]\nA=1\nnot a line\nB=2\n");
+    ASSERT_TRUE(load_and_set_localization("t"));
+    EXPECT_EQ(active_language()->get("B"), "2");
+    const std::string path = (root / "datafiles" / "localization" / "t.ini").string();
+    EXPECT_TRUE(capture.contains("Localization file \"" + path +
+                                 "\", line 3: \"not a line\" is not a LID=text line; it is skipped."));
+
+    capture.lines.clear();
+    write_language("nosection", "A=1\n[other]\nB=2\n");
+    EXPECT_FALSE(load_and_set_localization("nosection"));
+    EXPECT_TRUE(capture.contains("nosection.ini\" has no [localization] section."));
+    EXPECT_EQ(active_language()->get("A"), "1");  // the language before stays
+
+    // A code is a name: no path leads out of the language folder.
+    capture.lines.clear();
+    write_language("../configurations", "[localization]\nA=x\n");
+    EXPECT_FALSE(load_and_set_localization("../configurations"));
+    std::filesystem::create_directories(root / "datafiles" / "localization" / "dir.ini");
+    EXPECT_FALSE(load_and_set_localization("dir"));
+}
+
 TEST(ShippedLanguages, EnglishAndGermanDefineTheSameLids) {
     auto read = [](const std::string& code) {
         std::ifstream in(std::string(VELDRA_SOURCE_DIR) + "/datafiles/localization/" + code +
                          ".ini");
         std::stringstream text;
         text << in.rdbuf();
-        return parse_language(text.str());
+        return parse_language(text.str(), code);
     };
     auto en = read("en");
     auto de = read("de");
