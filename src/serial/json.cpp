@@ -205,7 +205,7 @@ std::string parse_error_reason(const std::string& what) {
 
 }  // namespace
 
-JsonDocument json_parse_document(std::string_view text) {
+JsonDocument json_parse_document(std::string_view text, bool ignore_comments) {
     JsonDocument document;
     document.json = Json(Json::value_t::discarded);
     if (const std::size_t at = too_deep_at(text); at != std::string_view::npos) {
@@ -214,7 +214,7 @@ JsonDocument json_parse_document(std::string_view text) {
         return document;
     }
     try {
-        document.json = Json::parse(text.begin(), text.end());
+        document.json = Json::parse(text.begin(), text.end(), nullptr, true, ignore_comments);
     } catch (const Json::parse_error& error) {
         // `byte` is one past the character that broke the parse.
         const std::size_t offset = error.byte > 0 ? error.byte - 1 : 0;

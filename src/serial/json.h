@@ -36,8 +36,9 @@ struct JsonDocument {
     explicit operator bool() const { return error.empty(); }
 };
 
-// Parses a whole document; never throws, never logs (the caller says which file failed).
-JsonDocument json_parse_document(std::string_view text);
+// Parses a whole document; never throws, never logs (the caller says which file failed). With
+// ignore_comments, "//" and "/* */" comments are allowed outside strings.
+JsonDocument json_parse_document(std::string_view text, bool ignore_comments = false);
 
 // nullopt for malformed or too deeply nested text; never throws, never logs (the caller says
 // which file failed).

@@ -3,8 +3,11 @@
 // first), each character that of a level cell type. People edit them by hand, so reading is
 // forgiving: "\r" before a line end is dropped, one empty line after the last "\n" is not a
 // row, short lines are padded with empty cells, and an unknown character becomes an empty cell
-// with a warning. Writing gives exactly height lines of width characters, each ending "\n".
+// with a warning naming its row and column. A file is read per UTF-8 character (a leading byte
+// order mark is skipped); one that is not UTF-8 text, or larger than MAX_LEVEL_SIDE cells on a
+// side, is refused. Writing gives exactly height lines of width characters, each ending "\n".
 
+#include <cstddef>
 #include <filesystem>
 #include <optional>
 
@@ -12,8 +15,13 @@
 
 namespace veldra {
 
-// The level named after the file's stem, or nothing (with the error logged) when the file
-// cannot be read.
+// The most cells a level may have on a side. A trial keeps a terrain cell and pathfinding
+// records per cell, and creatures per cell of their kind, so larger levels take minutes per trial
+// and gigabytes of memory; no playable level comes near.
+inline constexpr std::size_t MAX_LEVEL_SIDE = 1000;
+
+// The level named after the file's stem, or nothing (with the error and its reason logged) when
+// the file cannot be read or is not a level.
 std::optional<Level> level_load_from_file(const std::filesystem::path& path);
 
 // False (with an error logged) when the file cannot be written.

@@ -4,13 +4,13 @@
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
-#include <iterator>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
+#include "runtime/file_io.h"
 #include "runtime/log.h"
+#include "serial/json.h"
 #include "util/rng.h"
 #include "world/level_file.h"
 #include "world/level_generator.h"
@@ -19,8 +19,6 @@ namespace veldra {
 
 namespace {
 
-// Larger levels would only make the generator slow and the game unplayable.
-constexpr int MAX_LEVEL_SIDE = 1000;
 constexpr int MAX_LEVEL_COUNT = 99999;
 constexpr int MAX_AMOUNT = 1000000;
 
@@ -47,6 +45,7 @@ public:
         const double value = number(key).value_or(low);
         if (!problem_ && (value != std::floor(value) || value < low || value > high)) {
             fail(fmt::format("\"{}\" must be a whole number from {} to {}.", key, low, high));
+            return low;  // never cast a number beyond the range of int
         }
         return static_cast<int>(value);
     }
@@ -77,8 +76,8 @@ public:
         if (problem_ || !root_.contains("seed"))
             return std::nullopt;
         const auto value = number("seed");
-        if (value && !(*value >= 0))
-            fail("\"seed\" must be a number of at least 0.");
+        if (value && !(*value >= 0 && *value <= 9007199254740992.0 && *value == std::floor(*value)))
+            fail("\"seed\" must be a whole number from 0 to 9007199254740992.");
         return value;
     }
 
@@ -110,26 +109,24 @@ void report_bad_file(const std::string& detail) {
 }
 
 std::optional<nlohmann::json> read_json(const std::filesystem::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        report_bad_file(fmt::format("Generator file \"{}\" could not be opened.", path.string()));
+    const FileText text = read_whole_file(path.string(), MAX_LEVEL_GENERATOR_FILE_BYTES);
+    if (!text) {
+        report_bad_file(fmt::format("Generator file \"{}\" {}.", path.string(), text.error));
         return std::nullopt;
     }
-    const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    nlohmann::json root;
-    try {
-        root = nlohmann::json::parse(text, nullptr, true, true);
-    } catch (const nlohmann::json::parse_error& error) {
-        report_bad_file(fmt::format("Generator file \"{}\" is not valid JSON ({}).", path.string(),
-                                    error.what()));
+    const JsonDocument document = json_parse_document(*text.text, /*ignore_comments=*/true);
+    if (!document) {
+        report_bad_file(
+            fmt::format("Generator file \"{}\" is not valid JSON: {}.", path.string(), document.error));
         return std::nullopt;
     }
-    if (!root.is_object()) {
+    if (!document.json.is_object()) {
         report_bad_file(
             fmt::format("Generator file \"{}\" must hold a JSON object.", path.string()));
         return std::nullopt;
     }
-    return root;
+    // The readers below take plain json; the document keeps file order, which they do not need.
+    return nlohmann::json(document.json);
 }
 
 std::optional<LevelSetRequest> read_request(const std::filesystem::path& path) {
@@ -138,8 +135,8 @@ std::optional<LevelSetRequest> read_request(const std::filesystem::path& path) {
         return std::nullopt;
     RequestReader reader(*root, path);
     LevelSetRequest request;
-    request.width = reader.whole_number("width", 3, MAX_LEVEL_SIDE);
-    request.height = reader.whole_number("height", 3, MAX_LEVEL_SIDE);
+    request.width = reader.whole_number("width", 3, static_cast<int>(MAX_LEVEL_SIDE));
+    request.height = reader.whole_number("height", 3, static_cast<int>(MAX_LEVEL_SIDE));
     request.count = reader.whole_number("count", 1, MAX_LEVEL_COUNT);
     request.monster_amounts = reader.amounts("monster_amounts");
     request.food_amounts = reader.amounts("food_amounts");

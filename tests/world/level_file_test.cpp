@@ -48,15 +48,58 @@ TEST_F(LevelFile, UnequalLinesArePadded) {
     EXPECT_EQ(read_text(path), "xxx  \nx    \n     \nxxxxx\n");
 }
 
-TEST_F(LevelFile, UnknownCharactersWarnAndBecomeEmpty) {
+TEST_F(LevelFile, UnknownCharactersWarnWithTheirPlaceAndBecomeEmpty) {
     LogCapture capture;
-    const auto loaded = level_load_from_file(write_text("odd.txt", "x\ty\nyx\n"));
+    const auto path = write_text("odd.txt", "x\ty\nyx\n");
+    const auto loaded = level_load_from_file(path);
     ASSERT_TRUE(loaded);
     EXPECT_EQ(rows_of(*loaded), (std::vector<std::string>{"x  ", " x "}));
     ASSERT_EQ(capture.lines.size(), 3u);
     EXPECT_EQ(capture.lines[0].level, LogLevel::warning);
-    EXPECT_EQ(capture.lines[0].message, "Failed to parse level cell from string \"\t\".");
-    EXPECT_EQ(capture.count("Failed to parse level cell from string \"y\"."), 2u);
+    EXPECT_EQ(capture.lines[0].message, "Failed to parse level cell from string \"\\x09\". (\"" +
+                                            path.string() + "\", row 1, column 2)");
+    EXPECT_TRUE(capture.contains("\"y\". (\"" + path.string() + "\", row 2, column 1)"));
+}
+
+TEST_F(LevelFile, ReadsCharactersNotBytes) {
+    LogCapture capture;
+    // A byte order mark is no cell; "é" and "→" are one cell each, shown by their bytes.
+    const auto loaded = level_load_from_file(write_text("utf8.txt", "\xEF\xBB\xBFx\xC3\xA9x\nx\xE2\x86\x92\n"));
+    ASSERT_TRUE(loaded);
+    EXPECT_EQ(rows_of(*loaded), (std::vector<std::string>{"x x", "x  "}));
+    EXPECT_TRUE(capture.contains("\"\\xc3\\xa9\". ("));
+    EXPECT_TRUE(capture.contains("row 2, column 2)"));
+    EXPECT_EQ(capture.lines.size(), 2u);
+
+    // Many bad cells: a few warnings and a count, not a flood.
+    capture.lines.clear();
+    ASSERT_TRUE(level_load_from_file(write_text("many.txt", std::string(500, '?'))));
+    EXPECT_EQ(capture.lines.size(), 21u);
+    EXPECT_TRUE(capture.contains("480 more cells could not be parsed and are empty."));
+}
+
+TEST_F(LevelFile, BinaryHugeAndSpecialFilesAreRefusedWithTheReason) {
+    LogCapture capture;
+    const auto expect_refused = [&](const std::filesystem::path& path, const std::string& why) {
+        capture.lines.clear();
+        EXPECT_FALSE(level_load_from_file(path)) << path;
+        ASSERT_EQ(capture.lines.size(), 2u) << path;
+        EXPECT_EQ(capture.lines[0].message,
+                  "Failed to read level from file \"" + path.string() + "\".");
+        EXPECT_NE(capture.lines[1].message.find(why), std::string::npos) << capture.lines[1].message;
+    };
+    expect_refused(write_text("nul.txt", std::string("xx\nx\0x", 6)),
+                   "is not a text file (line 2, column 2: a zero byte");
+    expect_refused(write_text("latin1.txt", "x\xE9x"), "line 1, column 2: a byte sequence");
+    expect_refused(write_text("wide.txt", std::string(1001, 'x')),
+                   "is 1001 x 1 cells; a level may be at most 1000 x 1000");
+    std::string tall;
+    for (int i = 0; i < 1001; ++i)
+        tall += "x\n";
+    expect_refused(write_text("tall.txt", tall), "is 1 x 1001 cells");
+    expect_refused(scratch(), "is a directory, not a file");
+    expect_refused("/dev/zero", "is not a regular file");
+    EXPECT_TRUE(level_load_from_file(write_text("square.txt", std::string(1000, 'x'))));
 }
 
 TEST_F(LevelFile, LineEndsAndEmptyFiles) {
@@ -81,23 +124,24 @@ TEST_F(LevelFile, UnreadableOrUnwritableFiles) {
     LogCapture capture;
     const auto missing = scratch() / "missing.txt";
     EXPECT_FALSE(level_load_from_file(missing));
-    EXPECT_FALSE(level_load_from_file(scratch()));
     ASSERT_EQ(capture.lines.size(), 2u);
     EXPECT_EQ(capture.lines[0].level, LogLevel::error);
     EXPECT_EQ(capture.lines[0].message,
               "Failed to read level from file \"" + missing.string() + "\".");
+    EXPECT_EQ(capture.lines[1].message, "\"" + missing.string() + "\" no such file.");
     const Level level = level_from_rows({"x"});
     EXPECT_FALSE(level_write_to_file(level, scratch() / "no_such_dir" / "out.txt"));
-    EXPECT_EQ(capture.lines.size(), 3u);
+    EXPECT_FALSE(level_write_to_file(level, "/dev/full"));
+    EXPECT_TRUE(capture.contains("\"/dev/full\": No space left on device."));
 }
 
-TEST_F(LevelFile, RandomBytesLoadOrFailCleanly) {
+TEST_F(LevelFile, RandomTextLoadsAndRoundTrips) {
     std::mt19937 bytes(20240611);
     LogCapture capture;  // keeps the many warnings off the test output
     for (int round = 0; round < 200; ++round) {
         std::string text(bytes() % 300, '\0');
         for (char& c : text)
-            c = static_cast<char>(bytes() % 8 == 0 ? '\n' : bytes() % 256);
+            c = static_cast<char>(bytes() % 8 == 0 ? '\n' : 1 + bytes() % 127);
         // A fresh name each round: truncating a file just written makes the disk flush it.
         const std::string name = "fuzz_" + std::to_string(round);
         const auto loaded = level_load_from_file(write_text(name + ".txt", text));

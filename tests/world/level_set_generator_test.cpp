@@ -30,6 +30,16 @@ protected:
         "monster_amounts": [1, 2], "food_amounts": [2], "human_amounts": [0, 3],
         "sand_amounts": [0, 6]
     })";
+
+    void expect_failure(const std::string& text, const std::string& detail) {
+        LogCapture capture;
+        EXPECT_FALSE(generate_level_set(config(text), scratch() / "out", std::nullopt)) << text;
+        ASSERT_EQ(capture.lines.size(), 2u) << text;
+        EXPECT_EQ(capture.lines[0].message, "Failed to read generator configurations.");
+        EXPECT_NE(capture.lines[1].message.find(detail), std::string::npos)
+            << capture.lines[1].message;
+        EXPECT_NE(capture.lines[1].message.find("generator.json"), std::string::npos);
+    }
 };
 
 TEST_F(LevelSetGenerator, SameSeedSameFiles) {
@@ -56,15 +66,6 @@ TEST_F(LevelSetGenerator, SameSeedSameFiles) {
 }
 
 TEST_F(LevelSetGenerator, BadFilesFailWithClearMessages) {
-    const auto expect_failure = [&](const std::string& text, const std::string& detail) {
-        LogCapture capture;
-        EXPECT_FALSE(generate_level_set(config(text), scratch() / "out", std::nullopt)) << text;
-        ASSERT_EQ(capture.lines.size(), 2u) << text;
-        EXPECT_EQ(capture.lines[0].message, "Failed to read generator configurations.");
-        EXPECT_NE(capture.lines[1].message.find(detail), std::string::npos)
-            << capture.lines[1].message;
-        EXPECT_NE(capture.lines[1].message.find("generator.json"), std::string::npos);
-    };
     expect_failure("{ \"width\": 14, ", "is not valid JSON");
     expect_failure("[1, 2]", "must hold a JSON object");
     std::string two_by_two = VALID;
@@ -82,7 +83,23 @@ TEST_F(LevelSetGenerator, BadFilesFailWithClearMessages) {
 
     LogCapture capture;
     EXPECT_FALSE(generate_level_set(scratch() / "absent.json", scratch() / "out", std::nullopt));
-    EXPECT_TRUE(capture.contains("absent.json\" could not be opened."));
+    EXPECT_TRUE(capture.contains("absent.json\" no such file."));
+    EXPECT_FALSE(generate_level_set(scratch(), scratch() / "out", std::nullopt));
+    EXPECT_TRUE(capture.contains("\" is a directory, not a file."));
+}
+
+TEST_F(LevelSetGenerator, NumbersBeyondTheirRangeAreRefusedNotCast) {
+    for (const char* bad : {"1e30", "-1e30", "2147483648", "1e999", "18446744073709551615"}) {
+        std::string text = VALID;
+        text.replace(text.find("\"width\": 14"), 11, std::string("\"width\": ") + bad);
+        expect_failure(text, std::string(bad) == "1e999" ? "number overflow" : "\"width\" must be");
+    }
+    std::string seed = VALID;
+    seed.replace(seed.find("\"seed\": 77"), 10, "\"seed\": 1.5");
+    expect_failure(seed, "\"seed\" must be a whole number");
+    std::string count = VALID;
+    count.replace(count.find("\"count\": 3"), 10, "\"count\": 1e12");
+    expect_failure(count, "\"count\" must be a whole number");
 }
 
 TEST_F(LevelSetGenerator, UnplayableSizeFailsAfterAllAttempts) {
