@@ -1,7 +1,9 @@
 #include "world/terrain.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <random>
 
 #include "world_test_support.h"
 
@@ -65,6 +67,38 @@ TEST_F(TerrainTest, CollidingCellsOnDiagonals) {
     EXPECT_EQ(colliding(terrain, 2, 2, 0, 0), 1);  // straight over (1, 1)
     EXPECT_EQ(colliding(terrain, 2, 0, 4, 2), 0);  // (4, 0) is in the box but beside the sweep
     EXPECT_EQ(colliding(terrain, 0, 3, 4, 0), 2);  // over (1, 1) onto the rock (4, 0)
+}
+
+TEST_F(TerrainTest, LineOfSightIsTheSameBothWaysAndInTheMirror) {
+    // A rock at (2,1): the line from (2,3) to (4,1) and its mirror image from (2,3) to (0,1)
+    // pass it alike.
+    const Terrain example = terrain_of({"     ", "  r  ", "     ", "     "});
+    EXPECT_EQ(colliding(example, 2, 3, 4, 1), colliding(example, 2, 3, 0, 1));
+
+    std::mt19937 random(2024);
+    constexpr int size = 9;
+    for (int round = 0; round < 300; ++round) {
+        std::vector<std::string> rows(size, std::string(size, ' '));
+        for (auto& row : rows)
+            for (char& c : row)
+                c = random() % 5 == 0 ? 'r' : ' ';
+        std::vector<std::string> mirrored = rows;
+        for (auto& row : mirrored)
+            std::reverse(row.begin(), row.end());
+        std::vector<std::string> flipped(rows.rbegin(), rows.rend());
+        const Terrain terrain = terrain_of(rows);
+        const Terrain mirror = terrain_of(mirrored);
+        const Terrain flip = terrain_of(flipped);
+        for (int pair = 0; pair < 40; ++pair) {
+            const int ax = random() % size, ay = random() % size;
+            const int bx = random() % size, by = random() % size;
+            const int count = colliding(terrain, ax, ay, bx, by);
+            ASSERT_EQ(count, colliding(terrain, bx, by, ax, ay));
+            ASSERT_EQ(count, colliding(mirror, size - 1 - ax, ay, size - 1 - bx, by))
+                << ax << "," << ay << " to " << bx << "," << by << " round " << round;
+            ASSERT_EQ(count, colliding(flip, ax, size - 1 - ay, bx, size - 1 - by));
+        }
+    }
 }
 
 }  // namespace
