@@ -25,6 +25,8 @@ std::optional<AutoRunConfigs> fail(const std::string& path, const std::string& p
 std::vector<double> option_values(const char* key) {
     std::vector<double> values;
     const Value options = config_value(key);
+    if (!options.is_array())
+        return values;  // no configuration loaded: no combinations
     for (std::size_t i = 0; i < options.size(); ++i)
         if (options.at(i).is_number())
             values.push_back(options.at(i).as_number());
