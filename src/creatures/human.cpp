@@ -89,14 +89,15 @@ void obj_human::decide(Rng& rng) {
         remember(std::move(candidate));
 }
 
-// Types are asked in a weighted random order; the first that can start gives the candidate.
-// Types without positive weight are never asked: a personality that has no pull toward a
-// behaviour does not fall back on it.
+// All nine types are asked in a weighted random order; the first that can start gives the
+// candidate. A type of weight 0 or less gets the key 0 (or below), so it comes after every type
+// with a pull and is asked only when none of those can start. A sampler with no positive weight
+// at all gives no candidate (its fault was logged when it was filled).
 std::unique_ptr<HumanAction> obj_human::find_candidate(Rng& rng) {
+    if (action_sampler.total_weight() <= 0)
+        return nullptr;
     action_sampler.get_ordered_array(rng, action_order_);
     for (const HumanActionType* type : action_order_) {
-        if (action_weights[type->index] <= 0)
-            continue;
         if (std::unique_ptr<HumanAction> candidate = type->try_initiate(*this, rng))
             return candidate;
     }
@@ -166,6 +167,8 @@ void obj_human::stop_actions_of_type(const HumanActionType& type) {
     retire_actions_if([&type](const HumanAction& entry) { return entry.type == &type; });
 }
 
+// Forcing cuts the memory to num_memory_slots like a decision does, so that a human with one
+// slot never holds more than the action it runs (docs/behaviour.md says why).
 void obj_human::force_start_action(std::unique_ptr<HumanAction> action) {
     const HumanAction* current = get_current_action();
     if (current && human_actions_equal(*current, *action))

@@ -75,8 +75,10 @@ HA_ExchangeWithHuman::HA_ExchangeWithHuman(InstanceId target_human)
 // One trade settles the meeting for both: the partner's own exchange toward this human ends
 // with it, so the two do not trade twice.
 bool HA_ExchangeWithHuman::tick(obj_human& human, Rng& rng) {
+    // Followed wherever it goes, as long as it lives: the decision loop, not the distance, ends
+    // an exchange that leads nowhere.
     obj_human* partner = rt().find_as<obj_human>(target);
-    if (!partner || point_distance(human.x, human.y, partner->x, partner->y) > human.sight_range)
+    if (!partner)
         return false;
     if (!first_tick_done) {
         first_tick_done = true;
@@ -90,8 +92,9 @@ bool HA_ExchangeWithHuman::tick(obj_human& human, Rng& rng) {
     if (!within_exchange_reach(human, *partner) || !human.can_exchange_with_human(*partner) ||
         !partner->can_exchange_with_human(human))
         return true;
+    // The partner's own exchange goes on; the cooldown both sides now wait out keeps it from
+    // trading again at once.
     human.exchange_with_human(*partner, rng);
-    partner->stop_equal_actions(HA_ExchangeWithHuman(human.id()));
     return false;
 }
 

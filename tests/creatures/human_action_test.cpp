@@ -212,7 +212,7 @@ TEST_F(ExchangeTest, GiveAndTakeMoveEnergyBothWays) {
     EXPECT_EQ(human.energy, human.energy_max);
 }
 
-TEST_F(ExchangeTest, AnInvitedPartnerComesAndTheyTradeOnce) {
+TEST_F(ExchangeTest, AnInvitedPartnerComesAndEachSideTradesWhenItReachesTheOther) {
     set_formula(&GC::exchange_back_chance, "1");
     only_weights({});
     auto& human = human_at(0, 0);
@@ -225,18 +225,35 @@ TEST_F(ExchangeTest, AnInvitedPartnerComesAndTheyTradeOnce) {
     ASSERT_NE(answer, nullptr);
     EXPECT_EQ(answer->target, human.id());
 
+    // The first trade ends the exchange of the side that made it and only that one: the other
+    // keeps its own until it trades in turn, once the cooldown both wait out has passed.
     int ticks = 1;
-    while (!human.actions_in_memory.empty() && ticks < 600) {
+    while (!human.actions_in_memory.empty() && !partner.actions_in_memory.empty() && ticks < 600) {
         tick();
         ++ticks;
     }
-    EXPECT_LT(ticks, 600);
-    EXPECT_TRUE(partner.actions_in_memory.empty());
-    const double gain = configs().exchange_collaboration_energy_gain;
-    EXPECT_EQ(human.energy, 7 + gain);
-    EXPECT_EQ(partner.energy, 7 + gain);
-    tick(100);  // no second trade: neither remembers the meeting
-    EXPECT_EQ(human.energy, 7 + gain);
+    ASSERT_LT(ticks, 600);
+    EXPECT_NE(human.actions_in_memory.empty(), partner.actions_in_memory.empty());
+    EXPECT_GT(human.exchange_cooldown_timer, 0);
+    EXPECT_GT(partner.exchange_cooldown_timer, 0);
+    while ((!human.actions_in_memory.empty() || !partner.actions_in_memory.empty()) && ticks < 900) {
+        tick();
+        ++ticks;
+    }
+    EXPECT_LT(ticks, 900);
+}
+
+TEST_F(ExchangeTest, APartnerThatWalksOutOfSightIsStillFollowed) {
+    set_formula(&GC::exchange_back_chance, "0");
+    only_weights({});
+    load({"                    "});
+    auto& human = human_at(0, 0);
+    auto& partner = human_at(19, 0);
+    human.sight_range = 64;  // the partner is far out of sight
+    human.force_start_action(std::make_unique<HA_ExchangeWithHuman>(partner.id()));
+    tick(5);
+    ASSERT_NE(human.get_current_action(), nullptr);
+    EXPECT_EQ(human.get_current_action()->type, human_action_types().HAT_exchange_with_human);
 }
 
 TEST_F(ExchangeTest, APartnerAlreadyComingIsNotAskedAgain) {

@@ -216,6 +216,26 @@ TEST_F(CounterAttackTest, AgainstAHumanStartsAttackHuman) {
     EXPECT_EQ(attack->target, attacker.id());
 }
 
+class CandidateTest : public HumanTest {};
+
+TEST_F(CandidateTest, TypesOfWeightZeroAreAskedAfterTheOthers) {
+    load({"     ", "     ", "     "});
+    // The only type with a pull cannot start (no food anywhere); explore, of weight 0, can.
+    only_weights({&GC::weight_approach_food});
+    auto& human = human_at(0, 0);
+    tick();
+    ASSERT_NE(human.get_current_action(), nullptr);
+    EXPECT_EQ(human.get_current_action()->type, human_action_types().HAT_explore);
+
+    // With food in sight the type with a pull comes first and wins.
+    auto& other = human_at(4, 2);
+    create_unticked<obj_food>(centre(3), centre(2));
+    other.action_choose_timer = 0;
+    tick();
+    ASSERT_NE(other.get_current_action(), nullptr);
+    EXPECT_EQ(other.get_current_action()->type, human_action_types().HAT_approach_food);
+}
+
 class ReEvaluationTest : public HumanTest {};
 
 TEST_F(ReEvaluationTest, AllZeroWeightsLogOncePerReEvaluationAndStartNothing) {
