@@ -7,6 +7,7 @@
 #include "config/debug_settings.h"
 #include "config/json_comments.h"
 #include "config/program_parameters.h"
+#include "runtime/callstack.h"
 #include "runtime/context.h"
 #include "runtime/file_io.h"
 #include "runtime/log.h"
@@ -225,6 +226,7 @@ std::string _debug_ask_custom_config_filename() {
 }
 
 void initialize_configs() {
+    VELDRA_SCOPE();
     if (!once_only_first_call(slot().initialized))
         return;
     slot().configs.reset();

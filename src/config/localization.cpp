@@ -1,6 +1,7 @@
 #include "config/localization.h"
 
 #include "config/debug_settings.h"
+#include "runtime/callstack.h"
 #include "runtime/context.h"
 #include "runtime/file_io.h"
 #include "runtime/log.h"
@@ -37,6 +38,7 @@ std::optional<std::string> Language::get(std::string_view lid,
 }
 
 void initialize_localization() {
+    VELDRA_SCOPE();
     if (!once_only_first_call(slot().initialized))
         return;
     slot().active.reset();

@@ -1,6 +1,7 @@
 #include "config/logger.h"
 
 #include "config/program_parameters.h"
+#include "runtime/callstack.h"
 #include "runtime/context.h"
 #include "runtime/once.h"
 #include "runtime/runtime.h"
@@ -29,6 +30,7 @@ bool& scream_log_errors() {
 }
 
 void initialize_log() {
+    VELDRA_SCOPE();
     if (!once_only_first_call(ctx().slot<LoggerSlot>().initialized))
         return;
     scream_log_errors() = false;

@@ -9,6 +9,7 @@
 
 #include "creatures/creature.h"
 #include "creatures/trial_world.h"
+#include "runtime/callstack.h"
 #include "runtime/context.h"
 #include "runtime/once.h"
 #include "util/geometry.h"
@@ -143,6 +144,7 @@ void find_path_into(const obj_creature& creature, const TerrainCell& target_cell
 }  // namespace
 
 void initialize_creature_pathfinding() {
+    VELDRA_SCOPE();
     once_only_first_call(pathfinding().called);
 }
 

@@ -6,6 +6,7 @@
 #include "creatures/human_player.h"
 #include "creatures/monster.h"
 #include "creatures/rock.h"
+#include "runtime/callstack.h"
 #include "runtime/context.h"
 #include "runtime/once.h"
 #include "runtime/runtime.h"
@@ -28,6 +29,7 @@ T& create_at_centre(const TerrainCell& cell) {
 }  // namespace
 
 void initialize_creature_spawning() {
+    VELDRA_SCOPE();
     if (!once_only_first_call(ctx().slot<CreatureSpawning>().called))
         return;
     LevelSpawnHooks& hooks = level_spawn_hooks();

@@ -6,6 +6,7 @@
 #include "creatures/human.h"
 #include "creatures/human_exploration.h"
 #include "creatures/monster.h"
+#include "runtime/callstack.h"
 #include "runtime/context.h"
 #include "runtime/once.h"
 #include "runtime/runtime.h"
@@ -141,6 +142,7 @@ const HumanActionType* add_type(HumanActionTypes& types, const char* name, Args.
 }  // namespace
 
 void initialize_human_action_types() {
+    VELDRA_SCOPE();
     HumanActionTypes& t = ctx().slot<HumanActionTypes>();
     if (!once_only_first_call(t.called))
         return;

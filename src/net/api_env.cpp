@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "runtime/callstack.h"
 #include "runtime/context.h"
 #include "runtime/file_io.h"
 #include "runtime/log.h"
@@ -26,6 +27,7 @@ std::optional<std::string> string_field(const nlohmann::ordered_json& root, cons
 }  // namespace
 
 void initialize_api_env() {
+    VELDRA_SCOPE();
     auto& slot = ctx().slot<ApiEnvSlot>();
     if (!once_only_first_call(slot.initialized))
         return;

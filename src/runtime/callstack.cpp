@@ -28,7 +28,13 @@ std::vector<std::string> debug_get_callstack(SourceLocation where) {
     std::vector<std::string> out;
     out.reserve(frames.size() + 1);
     out.push_back(describe(where));
-    for (auto it = frames.rbegin(); it != frames.rend(); ++it)
+    auto it = frames.rbegin();
+    // `where` inside the function whose marker is innermost is that frame, at a later line: one
+    // frame, not the same function twice.
+    if (it != frames.rend() && std::string_view(it->function_name()) == where.function_name() &&
+        std::string_view(it->file_name()) == where.file_name())
+        ++it;
+    for (; it != frames.rend(); ++it)
         out.push_back(describe(*it));
     return out;
 }

@@ -10,6 +10,7 @@
 #include "net/api_env.h"
 #include "runtime/callstack.h"
 #include "runtime/context.h"
+#include "runtime/file_io.h"
 #include "runtime/log.h"
 #include "runtime/random_source.h"
 #include "runtime/services.h"
@@ -17,6 +18,7 @@
 #include "startup/run_mode.h"
 #include "trials/game_systems.h"
 #include "trials/promise.h"
+#include "util/text.h"
 
 #ifndef VELDRA_BUILD_CONFIGURATION
 #define VELDRA_BUILD_CONFIGURATION "Default"
@@ -26,7 +28,23 @@ namespace veldra {
 
 namespace {
 
+// The system's name and version as its users know it ("Debian GNU/Linux 12 (bookworm)"), from
+// os-release; the kernel's name and release only where that file is missing.
 std::string os_type_to_string() {
+    for (const char* path : {"/etc/os-release", "/usr/lib/os-release"}) {
+        const FileText text = read_whole_file(path, MAX_SETTINGS_FILE_BYTES);
+        if (!text)
+            continue;
+        for (const std::string& line : string_split(*text.text, '\n')) {
+            if (!line.starts_with("PRETTY_NAME="))
+                continue;
+            std::string name = string_trim(line.substr(12));
+            if (name.size() >= 2 && (name.front() == '"' || name.front() == '\''))
+                name = name.substr(1, name.size() - 2);
+            if (!name.empty())
+                return name;
+        }
+    }
     utsname name{};
     if (uname(&name) != 0)
         return "unknown -1";

@@ -4,12 +4,14 @@
 #include "creatures/creature_pathfinding.h"
 #include "creatures/creature_spawning.h"
 #include "creatures/human_action_type.h"
+#include "runtime/callstack.h"
 #include "trials/trial.h"
 #include "world/level_cell_types.h"
 
 namespace veldra {
 
 void initialize_game_systems() {
+    VELDRA_SCOPE();
     initialize_configs();
     initialize_human_action_types();
     initialize_creature_pathfinding();

@@ -13,6 +13,14 @@ done
 # Timestamps lead every line: 2024_03_07_09_05_41
 grep -qE '^[0-9]{4}_[0-9]{2}_[0-9]{2}_[0-9]{2}_[0-9]{2}_[0-9]{2} Program started\.$' run.log
 ! grep -q "Failed to load localization" run.log
+# The system as its users name it, not the kernel's text.
+if [ -r /etc/os-release ]; then
+  expected=$(. /etc/os-release && echo "${PRETTY_NAME:-}")
+  [ -z "$expected" ] || grep -qF "os_type: $expected" run.log || { echo "os_type is not \"$expected\""; grep os_type run.log; exit 1; }
+fi
+# A second call of a once-only initialiser would print its callers; the log of a normal start
+# has none.
+! grep -q "called more than once" run.log
 
 # A language without a file is reported, the program still ends normally.
 "$veldra" headless=1 frames=2 log_output_file=xx.log lang=xx

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "runtime/callstack.h"
 #include "runtime/context.h"
 #include "runtime/log.h"
@@ -12,6 +14,16 @@ namespace {
 void initializer_under_test(bool& called) {
     VELDRA_SCOPE();
     once_only_first_call(called);
+}
+
+void start_up_step(bool& called) {
+    VELDRA_SCOPE();
+    initializer_under_test(called);
+}
+
+void start_up(bool& called) {
+    VELDRA_SCOPE();
+    start_up_step(called);
 }
 
 TEST(OnceOnly, SecondCallLogsTheMessageWithTheCallStack) {
@@ -27,6 +39,24 @@ TEST(OnceOnly, SecondCallLogsTheMessageWithTheCallStack) {
     EXPECT_EQ(line.level, LogLevel::error);
     EXPECT_EQ(line.message.rfind(std::string(ONCE_ONLY_MESSAGE) + "\n", 0), 0u);
     EXPECT_NE(line.message.find("initializer_under_test"), std::string::npos);
+}
+
+TEST(OnceOnly, TheCallStackShowsEachCallerOnceInnermostFirst) {
+    Context context;
+    ContextScope scope(context);
+    LogCapture capture;
+    bool called = true;
+    start_up(called);
+    ASSERT_EQ(capture.lines.size(), 1u);
+    const std::string& text = capture.lines[0].message;
+    const auto at = [&](const char* name) { return text.find(std::string(name) + "("); };
+    ASSERT_NE(at("initializer_under_test"), std::string::npos) << text;
+    ASSERT_NE(at("start_up_step"), std::string::npos) << text;
+    ASSERT_NE(at("start_up"), std::string::npos) << text;
+    EXPECT_LT(at("initializer_under_test"), at("start_up_step"));
+    EXPECT_LT(at("start_up_step"), at("start_up"));
+    // Three frames below the message line: no frame printed twice.
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 3);
 }
 
 TEST(Callstack, InnermostFrameFirstAndScopesPopOnExit) {
