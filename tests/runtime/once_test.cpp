@@ -59,14 +59,19 @@ TEST(OnceOnly, TheCallStackShowsEachCallerOnceInnermostFirst) {
     EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 3);
 }
 
-TEST(Callstack, InnermostFrameFirstAndScopesPopOnExit) {
-    auto outer = debug_get_callstack();
-    {
-        VELDRA_SCOPE();
-        auto inner = debug_get_callstack();
-        EXPECT_EQ(inner.size(), outer.size() + 1);
-    }
-    EXPECT_EQ(debug_get_callstack().size(), outer.size());
+std::size_t callstack_depth() {
+    return debug_get_callstack().size();
+}
+
+std::size_t callstack_depth_in_a_marked_function() {
+    VELDRA_SCOPE();
+    return callstack_depth();
+}
+
+TEST(Callstack, MarkersPushAFrameAndPopOnExit) {
+    const std::size_t outer = callstack_depth();
+    EXPECT_EQ(callstack_depth_in_a_marked_function(), outer + 1);
+    EXPECT_EQ(callstack_depth(), outer);
 }
 
 TEST(RemoveTextTags, StripsColourAndLayoutTagsOnly) {
