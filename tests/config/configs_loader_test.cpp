@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <map>
 #include <fstream>
 #include <sstream>
 
@@ -183,6 +184,40 @@ TEST_F(ConfigsLoaderTest, FormulasReadOnlyTheVariablesTheirKeyIsGiven) {
         "current_action_weight_modifier": "WEIGHT * ENERGY_LEVEL",
         "target_weight_approach_food": "1 - DISTANCE * ENERGY_LEVEL", "move_speed_explore": "2 + N"})";
     EXPECT_TRUE(_load_game_configurations_from_file(write("vars.json", given), false));
+}
+
+// The table of keys in docs/configuration.md says what the loader accepts: it must not drift.
+TEST_F(ConfigsLoaderTest, TheDocumentedVariablesAndRulesAreTheProgramsOwn) {
+    std::ifstream in(std::string(VELDRA_SOURCE_DIR) + "/docs/configuration.md");
+    std::map<std::string, std::vector<std::string>> rows;
+    for (std::string line; std::getline(in, line);) {
+        if (!line.starts_with("| `"))
+            continue;
+        std::vector<std::string> cells;
+        for (const std::string& cell : string_split(line, '|'))
+            cells.push_back(string_trim(cell));
+        if (cells.size() >= 8)
+            rows[cells[1].substr(1, cells[1].size() - 2)] = cells;
+    }
+    const char* names[] = {"O", "C", "E", "A", "N", "ENERGY_LEVEL", "WEIGHT", "TIME", "DISTANCE"};
+    GameConfigurations schema;
+    int checked = 0;
+    visit_config_fields(schema, [&](std::string_view key, std::string_view type, ConfigRule rule,
+                                    auto&) {
+        const auto row = rows.find(std::string(key));
+        ASSERT_NE(row, rows.end()) << key;
+        EXPECT_EQ(row->second[6], config_rule_text(rule)) << key;
+        if (type == "method") {
+            std::string sees;
+            const ExprVarMask given = config_formula_variables(key);
+            for (int v = 0; v < EXPR_VAR_COUNT; ++v)
+                if (expr_var_mask_has(given, static_cast<ExprVar>(v)))
+                    sees += std::string(sees.empty() ? "" : v < 5 ? " " : ", ") + names[v];
+            EXPECT_EQ(row->second[5], sees) << key;
+        }
+        ++checked;
+    });
+    EXPECT_EQ(checked, GAME_CONFIGURATION_KEY_COUNT);
 }
 
 TEST_F(ConfigsLoaderTest, FirstMissingKeyInSchemaOrderIsNamed) {
