@@ -147,8 +147,6 @@ void count_new_lines(Chunk& chunk) {
 
 int run_auto_run_jobs(const ProgramParameters& params, const AutoRunJobsRequest& request) {
     const std::size_t total = request.run.runs;
-    if (!auto_run_write_fingerprint(request.output, {request.run.identity, total, {0, total}}))
-        return 1;
     std::FILE* output = std::fopen(request.output.c_str(), "wb");
     if (!output) {
         log_error("Failed to open file for writing.");
@@ -156,7 +154,8 @@ int run_auto_run_jobs(const ProgramParameters& params, const AutoRunJobsRequest&
                   system_error_text(errno) + ".");
         return 1;
     }
-    if (!auto_run_write(output, request.output, trial_data_as_csv_headers())) {
+    if (!auto_run_write(output, request.output, trial_data_as_csv_headers()) ||
+        !auto_run_write_fingerprint(request.output, {request.run.identity, total, {0, total}})) {
         std::fclose(output);
         return 1;
     }
