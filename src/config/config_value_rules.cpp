@@ -17,8 +17,8 @@ bool is_number_between(const Json& value, double low, double high) {
 }
 
 std::string trait_ranges_problem(const Json& value) {
-    constexpr std::array<const char*, 5> traits = {"openness", "conscientiousness",
-                                                   "extraversion", "agreeableness", "neuroticism"};
+    constexpr std::array<const char*, 5> traits = {"openness", "conscientiousness", "extraversion",
+                                                   "agreeableness", "neuroticism"};
     for (std::size_t i = 0; i < value.size(); ++i) {
         const Json& entry = value[i];
         const std::string where = "entry " + std::to_string(i) + " ";
@@ -55,11 +55,10 @@ std::string config_rule_problem(ConfigRule rule, const Json& value) {
             return is_number_between(value, 0, 1) ? "" : "must be from 0 to 1";
         case ConfigRule::FREQUENCY:
             return is_number_between(value, 0.0001, 1e6) ? ""
-                                                          : "must be from 0.0001 to 1000000 "
-                                                            "(times per second)";
+                                                         : "must be from 0.0001 to 1000000 "
+                                                           "(times per second)";
         case ConfigRule::TRIAL_TIME:
-            return is_number_between(value, 0, 86400) ? ""
-                                                      : "must be from 0 to 86400 (seconds)";
+            return is_number_between(value, 0, 86400) ? "" : "must be from 0 to 86400 (seconds)";
         case ConfigRule::GAME_SPEED:
             return is_number_between(value, -huge, -1e-300) || is_number_between(value, 0.01, 1000)
                        ? ""

@@ -189,8 +189,9 @@ std::optional<GameConfigurations> _load_game_configurations_from_file(const std:
         }
         ok = reader.read(key, expected, *it, field);
         if (const std::string problem = config_rule_problem(rule, *it); ok && !problem.empty()) {
-            log_error("Configuration file \"" + path + "\" variable \"" + std::string(key) +
-                      "\" " + problem + ", not " + it->dump(-1, ' ', false, Json::error_handler_t::replace).substr(0, 80) + ".");
+            log_error("Configuration file \"" + path + "\" variable \"" + std::string(key) + "\" " +
+                      problem + ", not " +
+                      it->dump(-1, ' ', false, Json::error_handler_t::replace).substr(0, 80) + ".");
             ok = false;
         }
     });
@@ -201,7 +202,7 @@ std::optional<GameConfigurations> _load_game_configurations_from_file(const std:
 
 void merge_game_configurations(GameConfigurations& base, const GameConfigurations& custom) {
 #define VELDRA_MERGE_CONFIG_FIELD(key, type, rule, meaning) \
-    if (custom.by_name.has(#key))                     \
+    if (custom.by_name.has(#key))                           \
         base.key = custom.key;
     VELDRA_GAME_CONFIGURATION_KEYS(VELDRA_MERGE_CONFIG_FIELD)
 #undef VELDRA_MERGE_CONFIG_FIELD

@@ -1,6 +1,5 @@
 #include "config/json_comments.h"
 
-
 namespace veldra {
 
 namespace {

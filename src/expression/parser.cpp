@@ -287,8 +287,8 @@ NodeId Parser::parse_name() {
     for (const VariableName& v : VARIABLES) {
         if (name.text == v.name) {
             if (!expr_var_mask_has(given_, v.var))
-                return fail(name.column, "the variable " + quoted(v.name) +
-                                             " is not given to this formula");
+                return fail(name.column,
+                            "the variable " + quoted(v.name) + " is not given to this formula");
             advance();
             return ast_.variable(v.var);
         }
@@ -353,7 +353,7 @@ NodeId Parser::parse_call(const Function& function, std::size_t column) {
 }  // namespace
 
 std::variant<ParsedExpression, ExpressionError> parse_expression(std::string_view source,
-                                                                ExprVarMask given) {
+                                                                 ExprVarMask given) {
     return Parser(source, given).run();
 }
 

@@ -20,6 +20,6 @@ struct ParsedExpression {
 
 // A name of a variable outside `given` is an error at its column.
 std::variant<ParsedExpression, ExpressionError> parse_expression(std::string_view source,
-                                                                ExprVarMask given);
+                                                                 ExprVarMask given);
 
 }  // namespace veldra::detail

@@ -32,7 +32,8 @@ void initialize_api_env() {
     if (!once_only_first_call(slot.initialized))
         return;
     slot.env = ApiEnv{};
-    const FileText text = read_whole_file(resolve_user_path(API_ENV_FILENAME), MAX_SETTINGS_FILE_BYTES);
+    const FileText text =
+        read_whole_file(resolve_user_path(API_ENV_FILENAME), MAX_SETTINGS_FILE_BYTES);
     const JsonDocument document = json_parse_document(text ? *text.text : std::string());
     const auto& root = document.json;
     if (!text || !document || !root.is_object()) {

@@ -94,7 +94,8 @@ std::string write_whole_file(const std::string& path, const std::string& text) {
     // replace, and a temporary file beside it would land in /dev.
     std::error_code ignored;
     const auto status = std::filesystem::status(path, ignored);
-    const bool in_place = std::filesystem::exists(status) && !std::filesystem::is_regular_file(status);
+    const bool in_place =
+        std::filesystem::exists(status) && !std::filesystem::is_regular_file(status);
     if (std::filesystem::is_directory(status))
         return "is a directory, not a file";
     const std::string temporary = in_place ? path : path + ".writing";

@@ -197,7 +197,8 @@ std::size_t too_deep_at(std::string_view text) {
 // nlohmann's message without its "[json.exception.parse_error.101] " tag and, for a parse error,
 // without the "parse error at line 1, column 2: " that names a position we give ourselves.
 std::string parse_error_reason(const std::string& what) {
-    std::string reason = what.substr(what.find("] ") == std::string::npos ? 0 : what.find("] ") + 2);
+    std::string reason =
+        what.substr(what.find("] ") == std::string::npos ? 0 : what.find("] ") + 2);
     if (reason.starts_with("parse error") && reason.find(": ") != std::string::npos)
         reason = reason.substr(reason.find(": ") + 2);
     return reason;

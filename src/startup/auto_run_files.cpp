@@ -32,7 +32,8 @@ std::size_t csv_field_count(std::string_view line) {
 // The first data line (1-based line number in the file) that is not a whole trial record, or 0.
 std::size_t first_bad_line(const std::string& text, std::size_t begin, std::size_t end) {
     const std::string& header = trial_data_as_csv_headers();
-    const std::size_t fields = csv_field_count(std::string_view(header).substr(0, header.size() - 1));
+    const std::size_t fields =
+        csv_field_count(std::string_view(header).substr(0, header.size() - 1));
     std::size_t line_number = 2;
     for (std::size_t at = begin; at < end; ++line_number) {
         const std::size_t stop = text.find('\n', at);

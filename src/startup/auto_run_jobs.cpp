@@ -150,8 +150,8 @@ int run_auto_run_jobs(const ProgramParameters& params, const AutoRunJobsRequest&
     std::FILE* output = std::fopen(request.output.c_str(), "wb");
     if (!output) {
         log_error("Failed to open file for writing.");
-        log_error("Output \"" + request.output + "\" cannot be opened: " +
-                  system_error_text(errno) + ".");
+        log_error("Output \"" + request.output +
+                  "\" cannot be opened: " + system_error_text(errno) + ".");
         return 1;
     }
     if (!auto_run_write(output, request.output, trial_data_as_csv_headers()) ||

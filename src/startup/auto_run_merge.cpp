@@ -34,8 +34,9 @@ std::optional<AutoRunFingerprint> check_parts(const std::vector<std::string>& pa
         } else if (fingerprint->range.first != whole->range.last) {
             log_error("Cannot merge \"" + part + "\": it holds runs " +
                       std::to_string(fingerprint->range.first + 1) + " to " +
-                      std::to_string(fingerprint->range.last) + ", but the parts before it end at run " +
-                      std::to_string(whole->range.last) + ". Give the parts in order, none missing.");
+                      std::to_string(fingerprint->range.last) +
+                      ", but the parts before it end at run " + std::to_string(whole->range.last) +
+                      ". Give the parts in order, none missing.");
             return std::nullopt;
         } else {
             whole->range.last = fingerprint->range.last;
@@ -45,8 +46,8 @@ std::optional<AutoRunFingerprint> check_parts(const std::vector<std::string>& pa
         if (!held)
             return std::nullopt;
         if (*held != expected) {
-            log_error("Cannot merge \"" + part + "\": it holds " + std::to_string(*held) + " of its " +
-                      std::to_string(expected) +
+            log_error("Cannot merge \"" + part + "\": it holds " + std::to_string(*held) +
+                      " of its " + std::to_string(expected) +
                       " runs. Finish it first (the same command with auto_run_resume=1).");
             return std::nullopt;
         }

@@ -123,8 +123,8 @@ std::optional<std::size_t> runs_to_skip(const std::string& output,
 void run_in_this_process(const ProgramParameters& params, double seed, const PreparedRun& run,
                          std::pair<std::size_t, std::size_t> shard, bool resume) {
     const std::string& output = *params.auto_run_output;
-    const AutoRunFingerprint fingerprint{
-        run.identity, run.runs, auto_run_shard_range(run.runs, shard.first, shard.second)};
+    const AutoRunFingerprint fingerprint{run.identity, run.runs,
+                                         auto_run_shard_range(run.runs, shard.first, shard.second)};
     AutoRunOptions options;
     options.shard_k = shard.first;
     options.shard_n = shard.second;
@@ -166,7 +166,7 @@ void run_in_this_process(const ProgramParameters& params, double seed, const Pre
         .and_then([&slot, output, resumed](const Value& completed) {
             const double seconds = slot.progress ? slot.progress->finish() : 0;
             const std::size_t new_runs = slot.runs_done > resumed ? slot.runs_done - resumed : 0;
-            const char* how = completed.as_bool() ? "done"
+            const char* how = completed.as_bool()     ? "done"
                               : interrupt_requested() ? "interrupted"
                                                       : "failed";
             std::printf("Auto run %s: %zu trials in %.1f s (%.1f trials/s); results in \"%s\".\n",
@@ -202,8 +202,9 @@ std::optional<PreparedRun> prepare_run(const ProgramParameters& params, double s
         inputs.push_back(*params.log_output_file);
     if (const auto input = auto_run_output_clobbers(*params.auto_run_output, inputs)) {
         bad_parameter("auto_run_output", *params.auto_run_output,
-                      "would overwrite \"" + *input + "\", which the run reads. Choose another "
-                      "output file.");
+                      "would overwrite \"" + *input +
+                          "\", which the run reads. Choose another "
+                          "output file.");
         return std::nullopt;
     }
     auto identity = auto_run_identity(params, seed, *configs);
@@ -234,9 +235,9 @@ void start_auto_run_mode(const ProgramParameters& params) {
     if (params.auto_run_jobs) {
         const auto parsed = try_string_to_whole_number(*params.auto_run_jobs, 1, MAX_AUTO_RUN_JOBS);
         if (!parsed)
-            return bad_parameter("auto_run_jobs", *params.auto_run_jobs,
-                                 "is not a whole number from 1 to " +
-                                     std::to_string(MAX_AUTO_RUN_JOBS) + ".");
+            return bad_parameter(
+                "auto_run_jobs", *params.auto_run_jobs,
+                "is not a whole number from 1 to " + std::to_string(MAX_AUTO_RUN_JOBS) + ".");
         jobs = *parsed;
     }
     bool resume = false;
@@ -268,8 +269,8 @@ void start_auto_run_mode(const ProgramParameters& params) {
                              "asks for more parts than the run list has runs (" +
                                  std::to_string(run->runs) + "): every part would not get one.");
     if (jobs > 1)
-        return end_program(run_auto_run_jobs(params, {static_cast<std::size_t>(jobs), seed,
-                                                      *params.auto_run_output, *run}));
+        return end_program(run_auto_run_jobs(
+            params, {static_cast<std::size_t>(jobs), seed, *params.auto_run_output, *run}));
     run_in_this_process(params, seed, *run, shard, resume);
 }
 

@@ -4,6 +4,7 @@
 
 #include "config/game_configurations.h"
 #include "runtime/log.h"
+#include "runtime/number_format.h"
 #include "runtime/paths.h"
 #include "runtime/runtime.h"
 #include "serial/json.h"
@@ -12,7 +13,6 @@
 #include "trials/room_goer.h"
 #include "trials/trial.h"
 #include "trials/trial_data.h"
-#include "runtime/number_format.h"
 #include "world/level_file.h"
 
 namespace veldra {

@@ -43,11 +43,11 @@ std::size_t saturating_multiply(std::size_t a, std::size_t b) {
 
 std::size_t auto_run_count_runs(const AutoRunConfigs& configs) {
     std::size_t combinations = 1;
-    for (const char* key : {"options_openness", "options_conscientiousness",
-                            "options_extraversion", "options_agreeableness", "options_neuroticism"})
+    for (const char* key : {"options_openness", "options_conscientiousness", "options_extraversion",
+                            "options_agreeableness", "options_neuroticism"})
         combinations = saturating_multiply(combinations, option_values(key).size());
-    const std::size_t per_level =
-        saturating_multiply(combinations, static_cast<std::size_t>(configs.num_runs_per_permutation));
+    const std::size_t per_level = saturating_multiply(
+        combinations, static_cast<std::size_t>(configs.num_runs_per_permutation));
     return saturating_multiply(per_level, configs.levels.size());
 }
 

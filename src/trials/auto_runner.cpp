@@ -50,8 +50,8 @@ bool obj_auto_runner::reopen(const char* mode) {
     file_ = std::fopen(output_csv_filename_.c_str(), mode);
     if (!file_) {
         log_error("Failed to open file for writing.");
-        log_error("Output \"" + output_csv_filename_ + "\" cannot be opened: " +
-                  system_error_text(errno) + ".");
+        log_error("Output \"" + output_csv_filename_ +
+                  "\" cannot be opened: " + system_error_text(errno) + ".");
     }
     return file_ != nullptr;
 }
@@ -176,7 +176,8 @@ Promise auto_run_trials(const std::string& configs_filename, const std::string& 
         rt().instance_destroy(runner.id());
         return promise_resolve(Value(false));  // not completed; the reason is logged already
     }
-    return Promise([resolve_slot](const Resolve& resolve, const Reject&) { *resolve_slot = resolve; });
+    return Promise(
+        [resolve_slot](const Resolve& resolve, const Reject&) { *resolve_slot = resolve; });
 }
 
 Promise auto_run_trial(const std::string& level_filename, double play_order,

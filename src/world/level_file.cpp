@@ -55,7 +55,7 @@ std::size_t utf8_length(std::string_view text) {
 // are split at "\n", each without one trailing "\r"; text after the last "\n" is a line only
 // when it is not empty.
 std::optional<std::vector<std::vector<Character>>> split_text(std::string_view text,
-                                                             std::string& why) {
+                                                              std::string& why) {
     std::vector<std::vector<Character>> lines;
     std::size_t line_number = 1;
     while (!text.empty()) {
@@ -67,10 +67,11 @@ std::optional<std::vector<std::vector<Character>>> split_text(std::string_view t
         while (!line.empty()) {
             const std::size_t length = utf8_length(line);
             if (length == 0 || line[0] == '\0') {
-                why = fmt::format("it is not a text file (line {}, column {}: {} is not a "
-                                  "character of UTF-8 text)",
-                                  line_number, characters.size() + 1,
-                                  line[0] == '\0' ? "a zero byte" : "a byte sequence");
+                why = fmt::format(
+                    "it is not a text file (line {}, column {}: {} is not a "
+                    "character of UTF-8 text)",
+                    line_number, characters.size() + 1,
+                    line[0] == '\0' ? "a zero byte" : "a byte sequence");
                 return std::nullopt;
             }
             characters.push_back(line.substr(0, length));
@@ -136,9 +137,10 @@ std::optional<Level> level_load_from_file(const std::filesystem::path& path) {
             if (!type) {
                 type = lct().LCT_empty;
                 if (++warnings <= MAX_CELL_WARNINGS)
-                    log_warning(fmt::format(
-                        "Failed to parse level cell from string \"{}\". (\"{}\", row {}, column {})",
-                        shown(character), path.string(), cy + 1, cx + 1));
+                    log_warning(
+                        fmt::format("Failed to parse level cell from string \"{}\". (\"{}\", row "
+                                    "{}, column {})",
+                                    shown(character), path.string(), cy + 1, cx + 1));
             }
             rows[cy].push_back(LevelCell{static_cast<int>(cx), static_cast<int>(cy), type});
         }

@@ -116,8 +116,8 @@ std::optional<nlohmann::json> read_json(const std::filesystem::path& path) {
     }
     const JsonDocument document = json_parse_document(*text.text, /*ignore_comments=*/true);
     if (!document) {
-        report_bad_file(
-            fmt::format("Generator file \"{}\" is not valid JSON: {}.", path.string(), document.error));
+        report_bad_file(fmt::format("Generator file \"{}\" is not valid JSON: {}.", path.string(),
+                                    document.error));
         return std::nullopt;
     }
     if (!document.json.is_object()) {

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <map>
 #include <fstream>
+#include <map>
 #include <sstream>
 
 #include "config/program_parameters.h"
@@ -129,17 +129,20 @@ TEST_F(ConfigsLoaderTest, MalformedOrHostileFilesAreNamedWithWhereAndWhy) {
     // Not a regular file: refused with the reason, never read until memory runs out.
     capture.lines.clear();
     std::filesystem::create_directories(root / "datafiles" / "dir.json");
-    EXPECT_FALSE(_load_game_configurations_from_file((root / "datafiles" / "dir.json").string(), false));
+    EXPECT_FALSE(
+        _load_game_configurations_from_file((root / "datafiles" / "dir.json").string(), false));
     EXPECT_TRUE(capture.contains("is a directory, not a file."));
 }
 
 TEST_F(ConfigsLoaderTest, ValuesOutsideTheirRuleAreRefusedWithKeyValueAndRule) {
     const std::vector<std::pair<std::string, std::string>> cases = {
-        {R"({"game_speed": 0})", "variable \"game_speed\" must be from 0.01 to 1000 ticks per "
-                                 "frame, or negative (the whole trial in one frame), not 0."},
+        {R"({"game_speed": 0})",
+         "variable \"game_speed\" must be from 0.01 to 1000 ticks per "
+         "frame, or negative (the whole trial in one frame), not 0."},
         {R"({"game_speed": 1e-300})", "variable \"game_speed\" must be from 0.01"},
         {R"({"attack_frequency": 0})", "variable \"attack_frequency\" must be from 0.0001"},
-        {R"({"human_energy_max": -1})", "variable \"human_energy_max\" must be more than 0, not -1."},
+        {R"({"human_energy_max": -1})",
+         "variable \"human_energy_max\" must be more than 0, not -1."},
         {R"({"num_memory_slots": 1e300})", "variable \"num_memory_slots\" must be a whole number"},
         {R"({"num_memory_slots": 2.5})", "variable \"num_memory_slots\" must be a whole number"},
         {R"({"non_player_sound_volume": 1.5})", "must be from 0 to 1, not 1.5."},
@@ -159,7 +162,8 @@ TEST_F(ConfigsLoaderTest, ValuesOutsideTheirRuleAreRefusedWithKeyValueAndRule) {
             << first_error()->message;
     }
     EXPECT_TRUE(_load_game_configurations_from_file(
-        write("fine.json", R"({"game_speed": -1, "trial_time": 0, "num_memory_slots": 3})"), false));
+        write("fine.json", R"({"game_speed": -1, "trial_time": 0, "num_memory_slots": 3})"),
+        false));
 }
 
 TEST_F(ConfigsLoaderTest, FormulasReadOnlyTheVariablesTheirKeyIsGiven) {
@@ -202,21 +206,21 @@ TEST_F(ConfigsLoaderTest, TheDocumentedVariablesAndRulesAreTheProgramsOwn) {
     const char* names[] = {"O", "C", "E", "A", "N", "ENERGY_LEVEL", "WEIGHT", "TIME", "DISTANCE"};
     GameConfigurations schema;
     int checked = 0;
-    visit_config_fields(schema, [&](std::string_view key, std::string_view type, ConfigRule rule,
-                                    auto&) {
-        const auto row = rows.find(std::string(key));
-        ASSERT_NE(row, rows.end()) << key;
-        EXPECT_EQ(row->second[6], config_rule_text(rule)) << key;
-        if (type == "method") {
-            std::string sees;
-            const ExprVarMask given = config_formula_variables(key);
-            for (int v = 0; v < EXPR_VAR_COUNT; ++v)
-                if (expr_var_mask_has(given, static_cast<ExprVar>(v)))
-                    sees += std::string(sees.empty() ? "" : v < 5 ? " " : ", ") + names[v];
-            EXPECT_EQ(row->second[5], sees) << key;
-        }
-        ++checked;
-    });
+    visit_config_fields(
+        schema, [&](std::string_view key, std::string_view type, ConfigRule rule, auto&) {
+            const auto row = rows.find(std::string(key));
+            ASSERT_NE(row, rows.end()) << key;
+            EXPECT_EQ(row->second[6], config_rule_text(rule)) << key;
+            if (type == "method") {
+                std::string sees;
+                const ExprVarMask given = config_formula_variables(key);
+                for (int v = 0; v < EXPR_VAR_COUNT; ++v)
+                    if (expr_var_mask_has(given, static_cast<ExprVar>(v)))
+                        sees += std::string(sees.empty() ? "" : v < 5 ? " " : ", ") + names[v];
+                EXPECT_EQ(row->second[5], sees) << key;
+            }
+            ++checked;
+        });
     EXPECT_EQ(checked, GAME_CONFIGURATION_KEY_COUNT);
 }
 

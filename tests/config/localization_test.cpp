@@ -73,8 +73,9 @@ TEST_F(LocalizationTest, StrayLinesAreWarnedAndAMissingSectionIsAnError) {
     ASSERT_TRUE(load_and_set_localization("t"));
     EXPECT_EQ(active_language()->get("B"), "2");
     const std::string path = (root / "datafiles" / "localization" / "t.ini").string();
-    EXPECT_TRUE(capture.contains("Localization file \"" + path +
-                                 "\", line 3: \"not a line\" is not a LID=text line; it is skipped."));
+    EXPECT_TRUE(
+        capture.contains("Localization file \"" + path +
+                         "\", line 3: \"not a line\" is not a LID=text line; it is skipped."));
 
     capture.lines.clear();
     write_language("nosection", "A=1\n[other]\nB=2\n");

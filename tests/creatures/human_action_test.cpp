@@ -236,7 +236,8 @@ TEST_F(ExchangeTest, AnInvitedPartnerComesAndEachSideTradesWhenItReachesTheOther
     EXPECT_NE(human.actions_in_memory.empty(), partner.actions_in_memory.empty());
     EXPECT_GT(human.exchange_cooldown_timer, 0);
     EXPECT_GT(partner.exchange_cooldown_timer, 0);
-    while ((!human.actions_in_memory.empty() || !partner.actions_in_memory.empty()) && ticks < 900) {
+    while ((!human.actions_in_memory.empty() || !partner.actions_in_memory.empty()) &&
+           ticks < 900) {
         tick();
         ++ticks;
     }

@@ -28,8 +28,7 @@ inline std::string_view as_text(const std::uint8_t* data, std::size_t size) {
 
 // Writes the input to /tmp/veldra_fuzz_<pid><suffix>, the same path for every input.
 inline std::string input_file(std::string_view text, const char* suffix) {
-    const std::string path =
-        "/tmp/veldra_fuzz_" + std::to_string(::getpid()) + std::string(suffix);
+    const std::string path = "/tmp/veldra_fuzz_" + std::to_string(::getpid()) + std::string(suffix);
     std::FILE* file = std::fopen(path.c_str(), "wb");
     if (file) {
         std::fwrite(text.data(), 1, text.size(), file);

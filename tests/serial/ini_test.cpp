@@ -53,7 +53,8 @@ TEST(IniParse, StrayLinesAreSkippedAndListedWithTheirLineNumbers) {
 TEST(IniParse, ManyKeysAndSectionsStayInFileOrder) {
     std::string text;
     for (int i = 0; i < 20000; ++i)
-        text += "[s" + std::to_string(i % 3) + "]\nk" + std::to_string(i) + "=" + std::to_string(i) + "\n";
+        text += "[s" + std::to_string(i % 3) + "]\nk" + std::to_string(i) + "=" +
+                std::to_string(i) + "\n";
     text += "[s0]\nk0=last\n";
     const IniFile ini = ini_parse(text);
     ASSERT_TRUE(ini.section("s0"));

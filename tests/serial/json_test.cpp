@@ -70,9 +70,9 @@ TEST_F(JsonTest, ErrorsNameTheLineAndColumn) {
     // Too deep is refused at the bracket that goes too far, before anything is built; brackets
     // inside strings, escaped quotes included, do not count.
     const std::string deep = "[\"\\\"[[[\",\n" + std::string(MAX_JSON_DEPTH, '[');
-    EXPECT_EQ(json_parse_document(deep).error,
-              "line 2, column " + std::to_string(MAX_JSON_DEPTH) + ": nested deeper than " +
-                  std::to_string(MAX_JSON_DEPTH) + " levels");
+    EXPECT_EQ(json_parse_document(deep).error, "line 2, column " + std::to_string(MAX_JSON_DEPTH) +
+                                                   ": nested deeper than " +
+                                                   std::to_string(MAX_JSON_DEPTH) + " levels");
     EXPECT_EQ(json_parse_document("{\"a\": 1e999}").error, "number overflow parsing '1e999'");
     EXPECT_EQ(json_parse_document("[-1e999]").error, "number overflow parsing '-1e999'");
     const JsonDocument fine = json_parse_document(" {\"k\": [1, \"]]\"]} ");

@@ -64,7 +64,8 @@ TEST_F(LevelFile, UnknownCharactersWarnWithTheirPlaceAndBecomeEmpty) {
 TEST_F(LevelFile, ReadsCharactersNotBytes) {
     LogCapture capture;
     // A byte order mark is no cell; "é" and "→" are one cell each, shown by their bytes.
-    const auto loaded = level_load_from_file(write_text("utf8.txt", "\xEF\xBB\xBFx\xC3\xA9x\nx\xE2\x86\x92\n"));
+    const auto loaded =
+        level_load_from_file(write_text("utf8.txt", "\xEF\xBB\xBFx\xC3\xA9x\nx\xE2\x86\x92\n"));
     ASSERT_TRUE(loaded);
     EXPECT_EQ(rows_of(*loaded), (std::vector<std::string>{"x x", "x  "}));
     EXPECT_TRUE(capture.contains("\"\\xc3\\xa9\". ("));
@@ -86,7 +87,8 @@ TEST_F(LevelFile, BinaryHugeAndSpecialFilesAreRefusedWithTheReason) {
         ASSERT_EQ(capture.lines.size(), 2u) << path;
         EXPECT_EQ(capture.lines[0].message,
                   "Failed to read level from file \"" + path.string() + "\".");
-        EXPECT_NE(capture.lines[1].message.find(why), std::string::npos) << capture.lines[1].message;
+        EXPECT_NE(capture.lines[1].message.find(why), std::string::npos)
+            << capture.lines[1].message;
     };
     expect_refused(write_text("nul.txt", std::string("xx\nx\0x", 6)),
                    "is not a text file (line 2, column 2: a zero byte");
