@@ -182,6 +182,9 @@ void Runtime::change_room() {
     pending_room_ = -1;
     {
         IterationGuard guard(*this);
+        // The type lists are compacted once when all are ended, not once per instance: a
+        // level of many thousands of creatures would otherwise take minutes to leave.
+        TypeListGuard list_guard(*this);
         // Leaving a room ends its non-persistent instances with their clean-up event only.
         for (std::size_t i = 0; i < instances_.size(); ++i) {
             Instance& inst = *instances_[i];
@@ -201,6 +204,7 @@ void Runtime::shutdown() {
         // Newest first, like destructors: the services made at start-up (the logger) are still
         // there while the instances that use them clean up.
         IterationGuard guard(*this);
+        TypeListGuard list_guard(*this);
         for (std::size_t i = instances_.size(); i-- > 0;)
             end_instance(*instances_[i], false);
     }
