@@ -2,6 +2,7 @@
 
 #include <sys/utsname.h>
 
+#include "async/promise.h"
 #include "config/debug_settings.h"
 #include "config/game_configurations.h"
 #include "config/localization.h"
@@ -17,7 +18,6 @@
 #include "startup/program.h"
 #include "startup/run_mode.h"
 #include "trials/game_systems.h"
-#include "trials/promise.h"
 #include "util/text.h"
 
 #ifndef VELDRA_BUILD_CONFIGURATION

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "async/room_goer.h"
 #include "config/game_configurations.h"
 #include "runtime/log.h"
 #include "runtime/number_format.h"
@@ -10,7 +11,6 @@
 #include "serial/json.h"
 #include "startup/parameter_values.h"
 #include "startup/program.h"
-#include "trials/room_goer.h"
 #include "trials/trial.h"
 #include "trials/trial_data.h"
 #include "world/level_file.h"

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 
+#include "async/room_goer.h"
 #include "config/game_configurations.h"
 #include "runtime/file_io.h"
 #include "runtime/gc.h"
@@ -11,7 +12,6 @@
 #include "runtime/paths.h"
 #include "runtime/runtime.h"
 #include "runtime/services.h"
-#include "trials/room_goer.h"
 #include "trials/trial.h"
 #include "trials/trial_data.h"
 #include "trials/trial_level_info.h"

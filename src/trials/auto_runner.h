@@ -11,9 +11,9 @@
 #include <string>
 #include <vector>
 
+#include "async/promise.h"
 #include "runtime/instance.h"
 #include "trials/auto_run_plan.h"
-#include "trials/promise.h"
 #include "world/level.h"
 
 namespace veldra {

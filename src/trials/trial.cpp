@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "async/room_goer.h"
 #include "config/game_configurations.h"
 #include "config/program_parameters.h"
 #include "creatures/eid.h"
@@ -18,7 +19,6 @@
 #include "runtime/number_format.h"
 #include "runtime/once.h"
 #include "runtime/runtime.h"
-#include "trials/room_goer.h"
 #include "trials/trial_data.h"
 
 namespace veldra {

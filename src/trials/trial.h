@@ -9,9 +9,9 @@
 #include <string>
 #include <variant>
 
+#include "async/promise.h"
 #include "config/personality_traits.h"
 #include "runtime/instance.h"
-#include "trials/promise.h"
 #include "trials/ticker.h"
 #include "trials/trial_result.h"
 #include "util/rng.h"

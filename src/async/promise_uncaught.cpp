@@ -1,8 +1,8 @@
 #include <string>
 
+#include "async/promise.h"
 #include "runtime/log.h"
 #include "runtime/number_format.h"
-#include "trials/promise.h"
 
 namespace veldra {
 

@@ -2,11 +2,11 @@
 
 #include <vector>
 
+#include "async/promise.h"
 #include "promise_test_support.h"
 #include "runtime/context.h"
 #include "runtime/number_format.h"
 #include "runtime/runtime.h"
-#include "trials/promise.h"
 
 namespace veldra {
 namespace {

@@ -9,7 +9,7 @@
 #include <vector>
 #include "runtime/source_location.h"
 
-#include "trials/promise.h"
+#include "async/promise.h"
 
 namespace veldra::detail {
 

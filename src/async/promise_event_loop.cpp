@@ -1,9 +1,9 @@
-#include "trials/promise_event_loop.h"
+#include "async/promise_event_loop.h"
 
 #include <utility>
 
+#include "async/promise_state.h"
 #include "runtime/runtime.h"
-#include "trials/promise_state.h"
 
 namespace veldra {
 

@@ -1,4 +1,4 @@
-#include "trials/promise_state.h"
+#include "async/promise_state.h"
 
 #include <exception>
 #include <utility>

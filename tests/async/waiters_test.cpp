@@ -1,21 +1,16 @@
-#include "trials/waiters.h"
+#include "async/waiters.h"
 
 #include <gtest/gtest.h>
 
 #include <vector>
 
+#include "async/room_goer.h"
 #include "runtime/context.h"
 #include "runtime/runtime.h"
 #include "runtime/services.h"
-#include "trials/room_goer.h"
-#include "trials/ticker.h"
 
 namespace veldra {
 namespace {
-
-class obj_stand_in : public Instance {
-    VELDRA_OBJECT(obj_stand_in, Instance)
-};
 
 struct RoomStarts {
     int count = 0;
@@ -30,52 +25,14 @@ public:
 
 class WaitersTest : public ::testing::Test {
 protected:
-    WaitersTest() { ticker.initialize(1); }
     // One frame as the program runs it: events, then the clock moves on.
     void frame() {
         rt().run_frame();
         services().clock->frame_done();
     }
-    InstanceId make_stand_in() { return rt().instance_create<obj_stand_in>(0, 0).id(); }
-
     Context context;
     ContextScope scope{context};
-    Ticker ticker;
-    InstanceId trial = make_stand_in();
-    InstanceId creature = make_stand_in();
 };
-
-TEST_F(WaitersTest, WaitTicksFulfilsAfterThatManyTicksAndAtLeastOne) {
-    for (std::int64_t n : {1, 0, -3}) {
-        Promise waited = wait_ticks(ticker, trial, creature, n);
-        EXPECT_TRUE(waited.is_pending());
-        ticker.tick();
-        EXPECT_TRUE(waited.is_fulfilled()) << "num_ticks " << n;
-    }
-    Promise three = wait_ticks(ticker, trial, creature, 3);
-    ticker.tick();
-    ticker.tick();
-    EXPECT_TRUE(three.is_pending());
-    ticker.tick();
-    EXPECT_TRUE(three.is_fulfilled());
-    EXPECT_EQ(rt().instance_number<obj_tick_waiter>(), 0u);
-}
-
-TEST_F(WaitersTest, WaitTicksStaysPendingWhenItsTrialOrInstanceGoes) {
-    Promise orphaned = wait_ticks(ticker, trial, creature, 2);
-    rt().instance_destroy(trial);
-    frame();
-    EXPECT_EQ(rt().instance_number<obj_tick_waiter>(), 0u);
-    ticker.tick();
-    ticker.tick();
-    EXPECT_TRUE(orphaned.is_pending());
-
-    const InstanceId other_trial = make_stand_in();
-    Promise ownerless = wait_ticks(ticker, other_trial, creature, 1);
-    rt().instance_destroy(creature);
-    ticker.tick();
-    EXPECT_TRUE(ownerless.is_pending());
-}
 
 TEST_F(WaitersTest, WaitConditionIsTestedOnlyFromTheNextStep) {
     int tests = 0;

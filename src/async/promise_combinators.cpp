@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "trials/promise.h"
-#include "trials/promise_state.h"
+#include "async/promise.h"
+#include "async/promise_state.h"
 
 namespace veldra {
 

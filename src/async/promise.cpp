@@ -1,10 +1,10 @@
-#include "trials/promise.h"
+#include "async/promise.h"
 
 #include <exception>
 #include <utility>
 
-#include "trials/promise_event_loop.h"
-#include "trials/promise_state.h"
+#include "async/promise_event_loop.h"
+#include "async/promise_state.h"
 
 namespace veldra {
 

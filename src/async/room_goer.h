@@ -2,8 +2,8 @@
 // The room changer: a room change (or restart) as a promise that is fulfilled once the target
 // room has started.
 
+#include "async/promise.h"
 #include "runtime/instance.h"
-#include "trials/promise.h"
 
 namespace veldra {
 

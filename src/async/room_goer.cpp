@@ -1,4 +1,4 @@
-#include "trials/room_goer.h"
+#include "async/room_goer.h"
 
 #include "runtime/runtime.h"
 #include "runtime/services.h"

@@ -1,4 +1,4 @@
-#include "trials/promise.h"
+#include "async/promise.h"
 
 #include <gtest/gtest.h>
 
@@ -6,11 +6,11 @@
 #include <string>
 #include <vector>
 
+#include "async/promise_event_loop.h"
 #include "promise_test_support.h"
 #include "runtime/context.h"
 #include "runtime/log.h"
 #include "runtime/runtime.h"
-#include "trials/promise_event_loop.h"
 
 namespace veldra {
 namespace {

@@ -6,9 +6,9 @@
 
 #include <vector>
 
+#include "async/promise.h"
 #include "runtime/context.h"
 #include "runtime/runtime.h"
-#include "trials/promise.h"
 
 namespace veldra::testing {
 

@@ -1,39 +1,17 @@
-#include "trials/waiters.h"
+#include "trials/tick_waiter.h"
 
 #include <utility>
 
+#include "async/waiters.h"
 #include "runtime/runtime.h"
-#include "runtime/services.h"
 #include "trials/ticker.h"
 
 namespace veldra {
 
-namespace {
-
-template <class Waiter>
-Waiter& create_waiter() {
-    return rt().instance_create_depth<Waiter>(0, 0, 0);
-}
-
-}  // namespace
-
 Promise wait_ticks(Ticker& ticker, InstanceId trial, InstanceId instance, std::int64_t num_ticks) {
     return Promise([&ticker, trial, instance, num_ticks](const Resolve& resolve, const Reject&) {
-        create_waiter<obj_tick_waiter>().initialize(ticker, trial, instance, num_ticks, resolve);
-    });
-}
-
-Promise wait_one_step() {
-    return Promise([](const Resolve& resolve, const Reject&) {
-        create_waiter<obj_step_waiter>().callback = resolve;
-    });
-}
-
-Promise wait_condition(std::function<bool()> condition) {
-    return Promise([condition = std::move(condition)](const Resolve& resolve, const Reject&) {
-        auto& waiter = create_waiter<obj_condition_waiter>();
-        waiter.condition = condition;
-        waiter.callback = resolve;
+        detail::create_waiter<obj_tick_waiter>().initialize(ticker, trial, instance, num_ticks,
+                                                            resolve);
     });
 }
 
@@ -65,24 +43,6 @@ void obj_tick_waiter::count_down() {
 void obj_tick_waiter::on_step() {
     if (!runtime().instance_exists(trial))
         runtime().instance_destroy(id());
-}
-
-void obj_step_waiter::on_create() {
-    current_time_at_create = current_time();
-}
-
-void obj_step_waiter::on_step() {
-    if (current_time() <= current_time_at_create)
-        return;
-    callback();
-    runtime().instance_destroy(id());
-}
-
-void obj_condition_waiter::on_step() {
-    if (!condition())
-        return;
-    callback();
-    runtime().instance_destroy(id());
 }
 
 }  // namespace veldra

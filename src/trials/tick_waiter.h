@@ -1,13 +1,11 @@
 #pragma once
-// Promises fulfilled by small entities from their step events (or, for ticks, from a tick
-// handler): the way game logic waits for the next frame, for trial ticks or for a condition.
-// Each waiter destroys itself once it has fired. They draw nothing and sit at depth 0.
+// Waiting for trial ticks: a promise fulfilled from a tick handler, so game logic can wait in
+// simulated time rather than in frames, whatever the game speed.
 
 #include <cstdint>
-#include <functional>
 
+#include "async/promise.h"
 #include "runtime/instance.h"
-#include "trials/promise.h"
 
 namespace veldra {
 
@@ -19,14 +17,6 @@ class Ticker;
 // which gives up (promise pending for ever) once the trial is gone. The ticker is only used
 // while the executor runs, so it need not outlive the waiter.
 Promise wait_ticks(Ticker& ticker, InstanceId trial, InstanceId instance, std::int64_t num_ticks);
-
-// Fulfilled in the first step of the waiter at a later millisecond than its creation: in
-// practice the next frame.
-Promise wait_one_step();
-
-// Fulfilled in the first step of the waiter in which condition() is true; never tested in this
-// call, so a condition that already holds still waits for the next step.
-Promise wait_condition(std::function<bool()> condition);
 
 class obj_tick_waiter : public Instance {
     VELDRA_OBJECT(obj_tick_waiter, Instance)
@@ -45,25 +35,6 @@ public:
 
 private:
     void count_down();
-};
-
-class obj_step_waiter : public Instance {
-    VELDRA_OBJECT(obj_step_waiter, Instance)
-public:
-    void on_create() override;
-    void on_step() override;
-
-    Resolve callback;
-    double current_time_at_create = 0;  // milliseconds, the runtime's current_time
-};
-
-class obj_condition_waiter : public Instance {
-    VELDRA_OBJECT(obj_condition_waiter, Instance)
-public:
-    void on_step() override;
-
-    std::function<bool()> condition;
-    Resolve callback;
 };
 
 }  // namespace veldra
