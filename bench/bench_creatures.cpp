@@ -30,7 +30,7 @@ struct Setup {
     Setup() : scope(context) {
         setenv("VeldraProjectDir", VELDRA_SOURCE_DIR, 1);
         initialize_configs();
-        reload_game_configurations();
+        reload_game_configurations("");
         initialize_level_cell_types();
         initialize_creature_pathfinding();
         rt().start(rt().room_add({"rm_bench", nullptr}));

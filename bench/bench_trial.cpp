@@ -27,7 +27,7 @@ void BM_AutomaticTrial(benchmark::State& state) {
     LogCapture quiet;  // the configuration loader's lines would bury the table
     setenv("VeldraProjectDir", VELDRA_SOURCE_DIR, 1);
     initialize_game_systems();
-    if (!reload_game_configurations()) {
+    if (!reload_game_configurations("")) {
         state.SkipWithError("configuration did not load");
         return;
     }

@@ -1,5 +1,7 @@
 #include "config/configs_loader.h"
 
+#include "async/dialog_promises.h"
+
 #include <cstdlib>
 #include <filesystem>
 #include <nlohmann/json.hpp>
@@ -210,20 +212,29 @@ void merge_game_configurations(GameConfigurations& base, const GameConfiguration
         base.by_name.set(name, custom.by_name.get(name));
 }
 
-std::string _debug_ask_custom_config_filename() {
-    auto answer = services().dialogs->get_string(
-        "Enter custom configuration's relative filename. You can leave out the file extension "
-        "(e.g. .json)."
-        "\n\nThese custom will partially or fully overwrite the default configurations."
-        "\n\nLeave blank or cancel to use default configurations as is.",
-        debugs().custom_config);
-    // A cancelled question (always, in headless runs) keeps the stored answer.
-    if (!answer)
-        return "";
-    std::string name = string_trim(*answer);
-    debugs().custom_config = name;
-    save_active_debug_settings();
-    return name;
+Promise _debug_ask_custom_config_filename() {
+    return dialog_get_string(
+               *services().dialogs,
+               "Enter custom configuration's relative filename. You can leave out the file "
+               "extension (e.g. .json)."
+               "\n\nThese custom will partially or fully overwrite the default configurations."
+               "\n\nLeave blank or cancel to use default configurations as is.",
+               debugs().custom_config)
+        .and_then([](const Value& answer) -> Value {
+            // A cancelled question (always, in headless runs) keeps the stored answer.
+            if (!answer.is_string())
+                return "";
+            std::string name = string_trim(answer.as_string());
+            debugs().custom_config = name;
+            save_active_debug_settings();
+            return name;
+        });
+}
+
+Promise ask_custom_configuration_name() {
+    if (program_params().config)
+        return promise_resolve(*program_params().config);
+    return _debug_ask_custom_config_filename();
 }
 
 void initialize_configs() {
@@ -254,7 +265,7 @@ Value config_value(std::string_view name) {
     return configs_loaded() ? configs().by_name.get(name) : Value();
 }
 
-bool reload_game_configurations() {
+bool reload_game_configurations(const std::string& custom_configuration_name) {
     const std::string base_path = make_included_file_filename("configurations.json");
     auto base = _load_game_configurations_from_file(base_path, true);
     if (!base) {
@@ -266,10 +277,7 @@ bool reload_game_configurations() {
     slot().custom_failed = false;
     log("Loaded base configurations from \"" + base_path + "\"");
 
-    std::optional<std::string> name = program_params().config;
-    if (!name)
-        name = _debug_ask_custom_config_filename();
-    std::string custom_name = string_trim(*name);
+    std::string custom_name = string_trim(custom_configuration_name);
     if (custom_name.empty()) {
         log("No custom configurations were loaded, because none were specified. Only the base "
             "configurations will "

@@ -17,7 +17,7 @@ std::optional<GameConfigurations> _load_game_configurations_from_file(const std:
 // Copies every key that `custom` defines over `base`.
 void merge_game_configurations(GameConfigurations& base, const GameConfigurations& custom);
 
-// Asks the developer for a custom file name; "" for none.
-std::string _debug_ask_custom_config_filename();
+// Asks the developer for a custom file name. Fulfilled with the name, "" for none.
+Promise _debug_ask_custom_config_filename();
 
 }  // namespace veldra

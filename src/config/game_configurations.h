@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "async/promise.h"
 #include "config/config_method.h"
 #include "config/config_value_rules.h"
 #include "config/game_configuration_keys.h"
@@ -71,11 +72,15 @@ Value config_value(std::string_view name);
 
 // Once-only: leaves Configs undefined until the first reload.
 void initialize_configs();
-// Loads the base file and the optional custom file. Returns false when the base file failed
+// The custom file to lay over the base: the `config` parameter, else (debug) asked for.
+// Fulfilled with its name, "" for none.
+Promise ask_custom_configuration_name();
+// Loads the base file and, unless the name is empty, the custom file (".json" may be left
+// out), resolved as a path the user gave. Returns false when the base file failed
 // (Configs then keeps what it had). A failing custom file leaves the base in effect and is
 // remembered in ConfigsSlot::custom_failed, so that a batch the user meant to run with it can
 // refuse to start.
-bool reload_game_configurations();
+bool reload_game_configurations(const std::string& custom_configuration_name);
 
 // Per context: the loaded configuration and the block of variables the formulas read.
 struct ConfigsSlot {

@@ -1,5 +1,7 @@
 #include "config/localization.h"
 
+#include "async/dialog_promises.h"
+
 #include "config/debug_settings.h"
 #include "runtime/callstack.h"
 #include "runtime/context.h"
@@ -82,20 +84,22 @@ bool load_and_set_localization(std::string_view code) {
     return true;
 }
 
-std::optional<std::string> _debug_ask_localization() {
-    auto answer = services().dialogs->get_string(
-        "Enter localization file's name.\n E.g. the name of /localization/en.ini would be just "
-        "\"en\".",
-        debugs().lang);
-    // A cancelled question (always, in headless runs) keeps the stored answer.
-    if (!answer)
-        return std::nullopt;
-    std::string code = string_trim(*answer);
-    debugs().lang = code;
-    save_active_debug_settings();
-    if (code.empty())
-        return std::nullopt;
-    return code;
+Promise _debug_ask_localization() {
+    return dialog_get_string(*services().dialogs,
+                             "Enter localization file's name.\n E.g. the name of "
+                             "/localization/en.ini would be just \"en\".",
+                             debugs().lang)
+        .and_then([](const Value& answer) -> Value {
+            // A cancelled question (always, in headless runs) keeps the stored answer.
+            if (!answer.is_string())
+                return Value();
+            std::string code = string_trim(answer.as_string());
+            debugs().lang = code;
+            save_active_debug_settings();
+            if (code.empty())
+                return Value();
+            return code;
+        });
 }
 
 const Language* active_language() {

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <vector>
+#include "async/promise.h"
 
 namespace veldra {
 
@@ -26,8 +27,9 @@ void initialize_localization();
 // Loads localization/{code}.ini and makes it active; on failure logs and keeps the old one.
 bool load_and_set_localization(std::string_view code);
 
-// Asks the developer for a language code; nullopt for an empty answer or a cancel.
-std::optional<std::string> _debug_ask_localization();
+// Asks the developer for a language code. Fulfilled with the code, or with undefined for an
+// empty answer or a cancel.
+Promise _debug_ask_localization();
 
 // The ActiveLanguage global: nullptr when none is loaded.
 const Language* active_language();

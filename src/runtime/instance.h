@@ -10,6 +10,8 @@
 
 namespace veldra {
 
+struct HttpResponse;
+
 class Runtime;
 
 class Instance {
@@ -43,6 +45,8 @@ public:
     virtual void on_destroy() {}
     virtual void on_clean_up() {}
     virtual void on_room_start() {}
+    // A finished HTTP request, raised to every instance by the frame loop after the step events.
+    virtual void on_async_http(const HttpResponse&) {}
 
     // The frame order, raised by Runtime::run_frame in this order.
     virtual void on_step_begin() {}

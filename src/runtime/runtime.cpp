@@ -162,19 +162,40 @@ void Runtime::raise(void (Instance::*event)()) {
     }
 }
 
-void Runtime::run_frame() {
+void Runtime::run_step_events() {
     raise(&Instance::on_step_begin);
     raise(&Instance::on_alarm);
     raise(&Instance::on_step);
     raise(&Instance::on_step_end);
+}
+
+void Runtime::run_draw_events() {
     raise(&Instance::on_draw);
     raise(&Instance::on_draw_end);
     raise(&Instance::on_draw_gui);
     raise(&Instance::on_draw_gui_end);
+}
+
+void Runtime::end_frame() {
     if (pending_room_ >= 0)
         change_room();
     reclaim_dead();
     ++frame_count_;
+}
+
+void Runtime::run_frame() {
+    run_step_events();
+    run_draw_events();
+    end_frame();
+}
+
+void Runtime::raise_async_http(const HttpResponse& response) {
+    IterationGuard guard(*this);
+    for (std::size_t i = 0; i < instances_.size(); ++i) {
+        Instance* inst = instances_[i].get();
+        if (inst->alive_)
+            inst->on_async_http(response);
+    }
 }
 
 void Runtime::change_room() {

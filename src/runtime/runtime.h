@@ -108,7 +108,15 @@ public:
 
     // Starts the first room at once (the program's start, before the first frame).
     void start(int first_room);
+    // A frame's events in their fixed order, in three parts so that the frame loop
+    // (runtime/frame_loop.h) can put input, HTTP and presenting between them.
+    void run_step_events();  // begin step, alarms, step, end step
+    void run_draw_events();  // draw, draw end, draw GUI, draw GUI end
+    void end_frame();        // a requested room change, freeing the destroyed, the frame count
+    // All three, with no services: what tests drive.
     void run_frame();
+    // The async HTTP event, to every instance.
+    void raise_async_http(const HttpResponse& response);
     std::int64_t frame_count() const { return frame_count_; }
 
     void game_end() { end_requested_ = true; }

@@ -1,6 +1,7 @@
 #pragma once
-// Engine services the game calls: clock, dialogs and the terminal sink. Each has a headless
-// backend here; the windowed backends (SDL2, Dear ImGui) plug in behind the same interfaces.
+// Engine services the game calls: clock, input, renderer, audio, HTTP, dialogs and the terminal
+// sink. Each has a headless backend here, the default; start-up replaces them once with the
+// windowed backends (SDL2, Dear ImGui, libcurl) when the program opens a window.
 
 #include <deque>
 #include <memory>
@@ -8,7 +9,12 @@
 #include <string>
 #include <string_view>
 
+#include "runtime/audio.h"
+#include "runtime/dialogs.h"
+#include "runtime/http.h"
+#include "runtime/input.h"
 #include "runtime/log.h"
+#include "runtime/renderer.h"
 
 namespace veldra {
 
@@ -51,40 +57,6 @@ private:
     double now_ms_ = 0;
 };
 
-class Dialogs {
-public:
-    virtual ~Dialogs() = default;
-    // Each returns nullopt when the user cancels.
-    virtual std::optional<std::string> get_string(std::string_view prompt,
-                                                  std::string_view initial) = 0;
-    virtual std::optional<std::string> get_open_filename(std::string_view filter,
-                                                         std::string_view initial) = 0;
-    virtual std::optional<std::string> get_save_filename(std::string_view filter,
-                                                         std::string_view initial,
-                                                         std::string_view title) = 0;
-    virtual void show_message(std::string_view text) = 0;
-};
-
-// No window: answers come from a script (tests, or answers given on the command line); with no
-// scripted answer every question is cancelled. Messages go to stderr so a shell user sees them.
-class ScriptedDialogs final : public Dialogs {
-public:
-    std::optional<std::string> get_string(std::string_view prompt,
-                                          std::string_view initial) override;
-    std::optional<std::string> get_open_filename(std::string_view filter,
-                                                 std::string_view initial) override;
-    std::optional<std::string> get_save_filename(std::string_view filter, std::string_view initial,
-                                                 std::string_view title) override;
-    void show_message(std::string_view text) override;
-
-    std::deque<std::optional<std::string>> answers;  // consumed front first
-    std::deque<std::string> messages_shown;
-    bool echo_messages_to_stderr = true;
-
-private:
-    std::optional<std::string> next_answer();
-};
-
 // Where the developer terminal prints log lines. Lines carry colour markup.
 class Terminal {
 public:
@@ -101,6 +73,10 @@ public:
 
 struct Services {
     std::unique_ptr<Clock> clock = std::make_unique<FrameClock>();
+    std::unique_ptr<Input> input = std::make_unique<ScriptedInput>();
+    std::unique_ptr<Renderer> renderer = std::make_unique<NullRenderer>();
+    std::unique_ptr<Audio> audio = std::make_unique<SilentAudio>();
+    std::unique_ptr<Http> http = std::make_unique<OfflineHttp>();
     std::unique_ptr<Dialogs> dialogs = std::make_unique<ScriptedDialogs>();
     std::unique_ptr<Terminal> terminal = std::make_unique<StderrTerminal>();
     bool headless = true;

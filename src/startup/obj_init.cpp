@@ -13,6 +13,7 @@
 #include "runtime/context.h"
 #include "runtime/file_io.h"
 #include "runtime/log.h"
+#include "runtime/number_format.h"
 #include "runtime/random_source.h"
 #include "runtime/services.h"
 #include "startup/program.h"
@@ -65,12 +66,14 @@ void log_start_up_lines() {
     log("os_browser: " + os_browser_to_string());
 }
 
-void choose_language() {
+// Fulfilled once a language is active: the `lang` parameter, else (debug) asked for, else en.
+Promise choose_language() {
     initialize_localization();
-    std::optional<std::string> language = program_params().lang;
-    if (!language)
-        language = _debug_ask_localization();
-    load_and_set_localization(language.value_or("en"));
+    Promise code =
+        program_params().lang ? promise_resolve(*program_params().lang) : _debug_ask_localization();
+    return code.and_then([](const Value& language) {
+        load_and_set_localization(language.is_string() ? language.as_string() : "en");
+    });
 }
 
 }  // namespace
@@ -86,10 +89,21 @@ void obj_init::on_create() {
     initialize_api_env();
     log_start_up_lines();
     load_active_debug_settings();
-    choose_language();
-    initialize_game_systems();
-    reload_game_configurations();
-    choose_run_mode();
+    // The questions may stay open over many frames in a window, so the rest of start-up follows
+    // their answers; headless, they are answered at once and all of it runs in this event.
+    choose_language()
+        .and_then([] {
+            initialize_game_systems();
+            return ask_custom_configuration_name();
+        })
+        .and_then([](const Value& custom_name) {
+            reload_game_configurations(custom_name.as_string());
+            choose_run_mode();
+        })
+        .and_catch([](const Value& reason) {
+            log_error("Start-up failed: " + to_string(reason));
+            end_program(1);
+        });
 }
 
 }  // namespace veldra

@@ -7,6 +7,7 @@
 
 #include "config/program_parameters.h"
 #include "runtime/context.h"
+#include "runtime/frame_loop.h"
 #include "runtime/paths.h"
 #include "runtime/runtime.h"
 #include "runtime/services.h"
@@ -81,10 +82,8 @@ int run_program(int argc, char** argv) {
 
     Runtime& runtime = rt();
     runtime.start(add_rooms(runtime));
-    while (!runtime.end_requested() && (!frames || runtime.frame_count() < *frames)) {
-        runtime.run_frame();
-        services().clock->frame_done();
-    }
+    while (!runtime.end_requested() && (!frames || runtime.frame_count() < *frames))
+        run_program_frame(runtime, services());
     runtime.shutdown();
     return context.slot<ProgramExit>().status;
 }

@@ -7,6 +7,7 @@
 #include <map>
 #include <sstream>
 
+#include "config/debug_settings.h"
 #include "config/program_parameters.h"
 #include "runtime/context.h"
 #include "runtime/log.h"
@@ -41,6 +42,12 @@ protected:
         std::string text = shipped_configuration();
         EXPECT_NE(text.find(from), std::string::npos) << from;
         return string_replace_all(text, from, to);
+    }
+    // The start-up question's answer: the `config` parameter, else the (scripted) dialog's.
+    std::string asked_custom_name() {
+        Promise name = ask_custom_configuration_name();
+        EXPECT_TRUE(name.is_fulfilled());
+        return name.value().as_string();
     }
     const LogCapture::Line* first_error() const {
         for (const auto& line : capture.lines)
@@ -250,7 +257,7 @@ TEST_F(ConfigsLoaderTest, ReloadWithCustomOverlayAndFailuresKeepEarlierConfigs) 
     write("configurations.json", shipped_configuration());
     write("fast.json", "{\"trial_time\": 30, \"extra_key\": [1, 2]}");
     program_params().config = "  fast ";
-    ASSERT_TRUE(reload_game_configurations());
+    ASSERT_TRUE(reload_game_configurations(asked_custom_name()));
     EXPECT_EQ(configs().trial_time, 30);
     EXPECT_EQ(configs().game_speed, 1);
     EXPECT_TRUE(config_value("extra_key").is_array());
@@ -259,7 +266,7 @@ TEST_F(ConfigsLoaderTest, ReloadWithCustomOverlayAndFailuresKeepEarlierConfigs) 
     // A broken base file leaves the loaded configuration in place.
     write("configurations.json", "{");
     capture.lines.clear();
-    EXPECT_FALSE(reload_game_configurations());
+    EXPECT_FALSE(reload_game_configurations(asked_custom_name()));
     EXPECT_TRUE(capture.contains("Failed to load main configs from \""));
     EXPECT_EQ(configs().trial_time, 30);
 
@@ -267,7 +274,7 @@ TEST_F(ConfigsLoaderTest, ReloadWithCustomOverlayAndFailuresKeepEarlierConfigs) 
     write("configurations.json", shipped_configuration());
     write("fast.json", "{\"trial_time\": \"slow\"}");
     program_params().config = "fast.json";
-    EXPECT_TRUE(reload_game_configurations());
+    EXPECT_TRUE(reload_game_configurations(asked_custom_name()));
     EXPECT_EQ(configs().trial_time, 60);
     EXPECT_TRUE(capture.contains("Failed to load custom configs from \"" +
                                  (root / "datafiles" / "fast.json").string() + "\"."));
@@ -275,7 +282,10 @@ TEST_F(ConfigsLoaderTest, ReloadWithCustomOverlayAndFailuresKeepEarlierConfigs) 
 
 TEST_F(ConfigsLoaderTest, NoCustomNameLoadsTheBaseOnly) {
     write("configurations.json", shipped_configuration());
-    ASSERT_TRUE(reload_game_configurations());  // headless: the question is cancelled
+    debugs().custom_config = "kept";
+    // Headless, the question is cancelled: no custom file, and the stored answer stays.
+    ASSERT_TRUE(reload_game_configurations(asked_custom_name()));
+    EXPECT_EQ(debugs().custom_config, "kept");
     EXPECT_TRUE(
         capture.contains("No custom configurations were loaded, because none were specified."));
     initialize_configs();

@@ -30,7 +30,7 @@ protected:
     void SetUp() override {
         setenv("VeldraProjectDir", VELDRA_SOURCE_DIR, 1);
         initialize_configs();
-        ASSERT_TRUE(reload_game_configurations());
+        ASSERT_TRUE(reload_game_configurations(""));
         initialize_level_cell_types();
         initialize_human_action_types();
         initialize_creature_pathfinding();

@@ -25,7 +25,7 @@ protected:
     void SetUp() override {
         setenv("VeldraProjectDir", VELDRA_SOURCE_DIR, 1);
         initialize_game_systems();
-        ASSERT_TRUE(reload_game_configurations());
+        ASSERT_TRUE(reload_game_configurations(""));
         rt().start(rt().room_add({"rm_game", nullptr}));
     }
     void TearDown() override { rt().shutdown(); }

@@ -1,0 +1,19 @@
+#include "runtime/frame_loop.h"
+
+#include "runtime/runtime.h"
+#include "runtime/services.h"
+
+namespace veldra {
+
+void run_program_frame(Runtime& runtime, Services& services) {
+    services.input->poll();
+    runtime.run_step_events();
+    for (const HttpResponse& response : services.http->poll())
+        runtime.raise_async_http(response);
+    runtime.run_draw_events();
+    services.renderer->present();
+    runtime.end_frame();
+    services.clock->frame_done();
+}
+
+}  // namespace veldra

@@ -1,0 +1,81 @@
+#pragma once
+// Drawing. Views fill the frame's draw list during the draw events; the frame loop hands it to
+// the renderer once per frame with present(). The simulation never draws: only views in ui/ add
+// commands, so a headless run with no views attached leaves the list empty.
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace veldra {
+
+struct Rgba {
+    std::uint8_t r = 0, g = 0, b = 0, a = 255;
+    bool operator==(const Rgba&) const = default;
+};
+
+// Textures are made once, at start-up, from pixels drawn by code; 0 means none.
+using TextureId = std::uint32_t;
+
+struct DrawCommand {
+    enum class Kind : std::uint8_t { rect, rect_outline, line, circle, texture, text };
+    Kind kind = Kind::rect;
+    // Logical pixels (1600 x 900 on screen, world pixels under a camera): the rectangle's or the
+    // texture's top-left corner and size, the line's end points (x2, y2), or the circle's
+    // centre and radius (w and h).
+    float x = 0, y = 0, w = 0, h = 0, x2 = 0, y2 = 0;
+    Rgba color;
+    TextureId texture = 0;
+    float angle = 0;  // degrees, counter-clockwise, about the texture's centre
+    bool flip_x = false;
+    std::string text;  // for Kind::text, with the game's colour tags
+};
+
+class DrawList {
+public:
+    void rect(float x, float y, float w, float h, Rgba color);
+    void rect_outline(float x, float y, float w, float h, Rgba color);
+    void line(float x1, float y1, float x2, float y2, Rgba color);
+    void circle(float cx, float cy, float radius, Rgba color);
+    void texture(TextureId texture, float x, float y, float w, float h, Rgba tint = {255, 255, 255},
+                 float angle = 0, bool flip_x = false);
+    void text(float x, float y, std::string text, Rgba color);
+
+    const std::vector<DrawCommand>& commands() const { return commands_; }
+    void clear() { commands_.clear(); }
+
+private:
+    std::vector<DrawCommand> commands_;
+};
+
+class Renderer {
+public:
+    virtual ~Renderer() = default;
+    // Makes a texture of `width` x `height` pixels, row by row, each 0xRRGGBBAA.
+    virtual TextureId create_texture(int width, int height,
+                                     std::span<const std::uint32_t> pixels) = 0;
+    // The list the views of this frame draw into.
+    DrawList& draw_list() { return draw_list_; }
+    // Shows the frame's list and starts an empty one.
+    virtual void present() = 0;
+
+protected:
+    DrawList draw_list_;
+};
+
+// No window: textures get ids and nothing else; each frame's list is dropped. Keeps the last
+// frame's commands so tests can see what views drew.
+class NullRenderer final : public Renderer {
+public:
+    TextureId create_texture(int width, int height, std::span<const std::uint32_t> pixels) override;
+    void present() override;
+
+    std::vector<DrawCommand> last_frame;
+    std::int64_t frames_presented = 0;
+
+private:
+    TextureId next_texture_ = 1;
+};
+
+}  // namespace veldra
