@@ -37,8 +37,7 @@ struct Setup {
         auto level = level_load_from_file(VELDRA_SOURCE_DIR "/datafiles/levels/level_10.txt");
         if (!level)
             std::abort();
-        trial_world().is_auto_run = true;
-        terrain = level_dump(*level, true);
+        terrain = level_dump(*level);
         trial_world().terrain = &terrain;
         creature = &rt().instance_create<obj_monster>(0, 0);
         std::vector<const TerrainCell*> open;

@@ -1,4 +1,4 @@
-// obj_creature: the creature part of a tick, the attack exchange and the animation state.
+// obj_creature: the creature part of a tick, the attack exchange and animation starts.
 
 #include "creatures/creature.h"
 
@@ -9,7 +9,6 @@
 #include <fmt/format.h>
 
 #include "config/game_configurations.h"
-#include "creatures/creature_death_animation.h"
 #include "creatures/creature_pathfinding.h"
 #include "creatures/eid.h"
 #include "creatures/human.h"
@@ -30,33 +29,16 @@ double point_direction(double x1, double y1, double x2, double y2) {
     return std::atan2(-(y2 - y1), x2 - x1) * 180.0 / std::numbers::pi;
 }
 
-// Attack lines are written only in interactive trials.
+// Attack lines are written only in interactive trials, whose trial sets this log.
 bool attack_log_wanted() {
-    const TrialWorld& world = trial_world();
-    return world.log_event && !world.is_auto_run;
+    return static_cast<bool>(trial_world().log_interactive_event);
 }
 
 }  // namespace
 
-void CreatureSprites::set(int idle_, int walk_, int stand_, int attack_, int duck_, int hurt_,
-                          int exchange_, int dead_) {
-    idle = idle_;
-    walk = walk_;
-    stand = stand_;
-    attack = attack_;
-    duck = duck_;
-    hurt = hurt_;
-    exchange = exchange_;
-    dead = dead_;
-}
-
 void obj_creature::on_create() {
     obj_entity::on_create();
     energy_previous = energy;
-    // A facing from the id hash: looks random, touches no generator.
-    image_xscale = (id_hash >> 7 & 1) ? 1 : -1;
-    animated_xscale = image_xscale;
-    animated_yscale = image_yscale;
     x_on_previous_tick = x_on_current_tick = x;
     y_on_previous_tick = y_on_current_tick = y;
     subscribe_to_ticker();
@@ -161,44 +143,13 @@ void obj_creature::reward_kill(const obj_creature& target) {
 
 void obj_creature::log_attack(const char* verb, const obj_creature& target) const {
     if (attack_log_wanted())
-        trial_world().log_event(
+        trial_world().log_interactive_event(
             fmt::format("{} {} {}.", EID(this, false), verb, EID(&target, false)));
 }
 
 void obj_creature::start_animation(CreatureAnimation kind, double target_x, double target_y,
                                    double time) {
-    if (!trial_world().is_auto_run) {
-        animation = kind;
-        animation_timer = 0;
-        animation_time = time;
-        animation_direction = point_direction(x, y, target_x, target_y);
-        attack_animation_offset_x = 0;
-        attack_animation_offset_y = 0;
-    }
-    animation_started_event.invoke();
-}
-
-void obj_creature::on_step_end() {
-    if (!trial_world().is_auto_run)
-        step_animation();
-}
-
-// Sprites are not drawn yet; what is kept is the state a window will read: facing, standing
-// time and the one-shot animation's progress.
-void obj_creature::step_animation() {
-    attack_animation_offset_x = 0;
-    attack_animation_offset_y = 0;
-    if (animation != CREATURE_ANIMATION_NONE) {
-        const double facing = std::cos(animation_direction * std::numbers::pi / 180.0);
-        image_xscale = std::fabs(animated_xscale) * (facing < 0 ? -1 : 1);
-        animation_timer += 1;
-        if (animation_timer >= animation_time)
-            animation = CREATURE_ANIMATION_NONE;
-        return;
-    }
-    const bool moved =
-        x_on_current_tick != x_on_previous_tick || y_on_current_tick != y_on_previous_tick;
-    time_spend_standing = moved ? 0 : time_spend_standing + 1;
+    animation_started_event.invoke({kind, point_direction(x, y, target_x, target_y), time});
 }
 
 bool creature_is_within_attack_range(const obj_creature& a, const obj_creature& b) {
@@ -215,11 +166,7 @@ std::optional<double> creatures_get_last_attack_time(const obj_creature& a, cons
 }
 
 void creature_create_death_animation(const obj_creature& creature) {
-    if (trial_world().is_auto_run)
-        return;
-    rt().instance_create_depth<obj_creature_death_animation>(creature.x, creature.y,
-                                                             creature.depth - 4)
-        .initialize(creature);
+    trial_world().creature_died.invoke(creature);
 }
 
 }  // namespace veldra

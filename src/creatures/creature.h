@@ -1,7 +1,7 @@
 #pragma once
 // obj_creature: an entity with energy that can fight. It owns the per-tick bookkeeping every
 // creature shares (death at no energy, attack cooldown, the energy-changed event, the position
-// history), the attack exchange between two creatures and the one-shot animation state.
+// history), the attack exchange between two creatures and the start of its one-shot animations.
 // Humans and monsters derive from it and fill its fight parameters from the configuration.
 //
 // Every creature subscribes one tick handler to the trial's ticker at creation; the handler
@@ -26,7 +26,7 @@ enum FightAction : int { FIGHT_HIT = 0, FIGHT_MISS = 1, FIGHT_FLEE = 2 };
 // What attack_creature did, so the caller can react to a flight.
 enum class FightOutcome { hit, miss, flee };
 
-// One-shot animations; the numbers index the sprite choice.
+// One-shot animations; the numbers index the sprite choice of the creature's view.
 enum CreatureAnimation : int {
     CREATURE_ANIMATION_NONE = 0,
     CREATURE_ANIMATION_ATTACK = 1,
@@ -35,19 +35,12 @@ enum CreatureAnimation : int {
     CREATURE_ANIMATION_EXCHANGE = 4,
 };
 
-// One sprite reference per state; -1 until set. There is no window yet, so these stay numbers.
-struct CreatureSprites {
-    int idle = -1;
-    int walk = -1;
-    int stand = -1;
-    int attack = -1;
-    int duck = -1;
-    int hurt = -1;
-    int exchange = -1;
-    int dead = -1;
-
-    void set(int idle_, int walk_, int stand_, int attack_, int duck_, int hurt_, int exchange_,
-             int dead_);
+// What a one-shot animation needs to be shown: views (ui/) keep the animation's progress, the
+// simulation only says that one started.
+struct CreatureAnimationStart {
+    CreatureAnimation kind = CREATURE_ANIMATION_NONE;
+    double direction = 0;  // degrees, toward the other creature
+    double time = 0;       // steps
 };
 
 // A diagonal neighbour cell (cells are 64 pixels) plus a quarter cell: 106.50966799187809.
@@ -59,7 +52,6 @@ public:
     void on_create() override;
     void on_destroy() override;
     void on_clean_up() override;
-    void on_step_end() override;
 
     // The creature's tick handler: a creature with no energy destroys itself and does nothing
     // more; otherwise on_tick runs. The destroyed creature's memory may be gone as soon as
@@ -78,37 +70,25 @@ public:
     FightOutcome attack_creature(obj_creature& target, Rng& rng);
     // Ticks between two attacks (the configuration gives attacks per second; 60 ticks a second).
     double get_attack_cooldown_as_ticks() const;
-    // Starts a one-shot animation of `time` steps pointing at (target_x, target_y); nothing
-    // visible happens in automatic trials, but the event is still raised.
+    // Starts a one-shot animation of `time` steps pointing at (target_x, target_y): raises
+    // animation_started_event for whatever view shows this creature.
     void start_animation(CreatureAnimation kind, double target_x, double target_y, double time);
 
-    CreatureSprites creature_sprites;
-    bool draw_outline = false;
-    double shadow_radius = 32;  // pixels
     double energy_max = 5;
     double energy = 5;
     double energy_previous = 5;  // energy at the last tick, to see changes
-    double animated_xscale = 1;
-    double animated_yscale = 1;
     double x_on_previous_tick = 0;
     double y_on_previous_tick = 0;
     double x_on_current_tick = 0;
     double y_on_current_tick = 0;
-    double time_spend_standing = 0;  // steps
-    CreatureAnimation animation = CREATURE_ANIMATION_NONE;
-    double animation_timer = 0;      // steps elapsed
-    double animation_time = 0;       // steps
-    double animation_direction = 0;  // degrees
-    double attack_animation_offset_x = 0;
-    double attack_animation_offset_y = 0;
     double attack_cooldown_timer = 0;                     // ticks
     double attack_range = CREATURE_DEFAULT_ATTACK_RANGE;  // pixels
 
     Event<InstanceId> got_attacked_event;  // on the target after each attack, with the attacker
     // Ordered by id so that nothing ever depends on hash order. Values are trial ticks.
     std::map<InstanceId, double> attack_times_per_creature;
-    Event<> energy_changed_event;     // at most once per tick in which energy changed
-    Event<> animation_started_event;  // whenever start_animation runs
+    Event<> energy_changed_event;  // at most once per tick in which energy changed
+    Event<const CreatureAnimationStart&> animation_started_event;  // whenever start_animation runs
 
     WeightedRandomSampler<int> fight_action_sampler;  // FightAction values
     double first_attack_damage = 1;
@@ -120,7 +100,6 @@ private:
     void deal_hit(obj_creature& target);
     void reward_kill(const obj_creature& target);
     void log_attack(const char* verb, const obj_creature& target) const;
-    void step_animation();
 };
 
 // The first creature's range counts: a target exactly attack_range away is in range.
@@ -128,7 +107,8 @@ bool creature_is_within_attack_range(const obj_creature& a, const obj_creature& 
 // The later of the two creatures' attacks on each other, in trial ticks; none when neither
 // ever attacked the other.
 std::optional<double> creatures_get_last_attack_time(const obj_creature& a, const obj_creature& b);
-// Leaves a corpse that fades out, unless the trial is automatic.
+// Tells the views that `creature` died where it stands, so one can leave a corpse that fades
+// out; the creature itself is gone by the next frame.
 void creature_create_death_animation(const obj_creature& creature);
 
 }  // namespace veldra

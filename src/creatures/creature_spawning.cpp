@@ -1,11 +1,9 @@
 #include "creatures/creature_spawning.h"
 
-#include "creatures/foliage.h"
 #include "creatures/food.h"
 #include "creatures/human_ai.h"
 #include "creatures/human_player.h"
 #include "creatures/monster.h"
-#include "creatures/rock.h"
 #include "runtime/callstack.h"
 #include "runtime/context.h"
 #include "runtime/once.h"
@@ -39,8 +37,6 @@ void initialize_creature_spawning() {
     hooks.spawn_player = [](const TerrainCell& cell) { create_at_centre<obj_human_player>(cell); };
     hooks.spawn_monster = [](const TerrainCell& cell) { create_at_centre<obj_monster>(cell); };
     hooks.spawn_food = [](const TerrainCell& cell) { create_at_centre<obj_food>(cell); };
-    hooks.spawn_rock = [](const TerrainCell& cell) { create_at_centre<obj_rock>(cell); };
-    hooks.spawn_foliage = [](const TerrainCell& cell) { create_at_centre<obj_foliage>(cell); };
 }
 
 }  // namespace veldra

@@ -8,8 +8,6 @@ namespace veldra {
 
 class obj_human_player : public obj_human {
     VELDRA_OBJECT(obj_human_player, obj_human)
-public:
-    void on_create() override;
 };
 
 }  // namespace veldra

@@ -36,9 +36,9 @@ inline bool human_event_log_wanted() {
     return static_cast<bool>(trial_world().log_event);
 }
 
-// Lines that are never written in automatic runs, whatever the trial's log does with them.
-inline bool human_event_log_wanted_unless_auto_run() {
-    return human_event_log_wanted() && !trial_world().is_auto_run;
+// Lines that only interactive trials write.
+inline bool human_interactive_event_log_wanted() {
+    return static_cast<bool>(trial_world().log_interactive_event);
 }
 
 inline void human_log_event(const std::string& text) {

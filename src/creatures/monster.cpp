@@ -90,8 +90,6 @@ void obj_monster::on_create() {
     obj_creature::on_create();
     const GameConfigurations& c = configs();
     _creature_initialize(c.monster_energy_max, c.monster_starting_energy);
-    shadow_radius = 32;
-    draw_outline = true;
     movement_speed = c.monster_movement_speed;
     exploration_movement_speed = c.monster_exploration_movement_speed;
     sight_range = c.monster_sight_range;

@@ -62,10 +62,9 @@ void obj_trial::initialize(const Level& level_to_run, double seed, bool auto_run
     ticker.initialize(seed);
 
     // Everything the level's creatures need from the trial must be in place while they are
-    // created: the automatic flag decides which entities exist at all.
+    // created.
     TrialWorld& world = trial_world();
     world = TrialWorld{};
-    world.is_auto_run = auto_run;
     world.rng = &*rng;
     world.subscribe_tick = [this](InstanceId owner, std::function<void(double, Rng&)> callback) {
         ticker.on_tick(owner, [callback = std::move(callback)](std::int64_t tick, Rng& r) {
@@ -73,7 +72,9 @@ void obj_trial::initialize(const Level& level_to_run, double seed, bool auto_run
         });
     };
     world.log_event = [this](const std::string& message) { log_event(message); };
-    terrain = level_dump(*level, auto_run);
+    if (!auto_run)
+        world.log_interactive_event = world.log_event;
+    terrain = level_dump(*level);
     world.terrain = &terrain;
 
     game_speed = speed;

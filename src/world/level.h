@@ -36,11 +36,11 @@ int level_get_num_cells_of_type(const Level& level, const LevelCellType* type);
 int level_get_num_cells_of_types(const Level& level, std::span<const LevelCellType* const> types);
 
 // The terrain for a trial. Visits the cells row by row, left to right, so entities are spawned
-// in that order. An automatic run skips the rock and foliage entities but still marks the
-// terrain cells as rock or sand.
-Terrain level_dump(const Level& level, bool is_auto_run);
+// in that order. The same for automatic and interactive trials: scenery is drawn from the
+// terrain, not spawned, so a trial's entities and their ids never depend on a window.
+Terrain level_dump(const Level& level);
 
 // The terrain cell for one level cell, after its type's dump behaviour has run.
-TerrainCell level_cell_dump(const Level& level, const LevelCell& cell, bool is_auto_run);
+TerrainCell level_cell_dump(const Level& level, const LevelCell& cell);
 
 }  // namespace veldra

@@ -10,42 +10,37 @@ namespace veldra {
 
 namespace {
 
-void dump_nothing(const LevelCellType&, TerrainCell&, bool) {}
+void dump_nothing(const LevelCellType&, TerrainCell&) {}
 
-void dump_rock(const LevelCellType&, TerrainCell& cell, bool is_auto_run) {
+// Rocks and sand are terrain only; how they look (boulders, leaves) is drawn from the terrain.
+void dump_rock(const LevelCellType&, TerrainCell& cell) {
     cell.is_rock = true;
-    auto& hook = level_spawn_hooks().spawn_rock;
-    if (!is_auto_run && hook)
-        hook(cell);
 }
 
-void dump_sand(const LevelCellType&, TerrainCell& cell, bool is_auto_run) {
+void dump_sand(const LevelCellType&, TerrainCell& cell) {
     cell.is_sand = true;
-    auto& hook = level_spawn_hooks().spawn_foliage;
-    if (!is_auto_run && hook)
-        hook(cell);
 }
 
 // Random humans carry no type number; typed ones pass theirs on.
-void dump_human_ai(const LevelCellType& type, TerrainCell& cell, bool) {
+void dump_human_ai(const LevelCellType& type, TerrainCell& cell) {
     auto& hook = level_spawn_hooks().spawn_human_ai;
     if (hook)
         hook(cell, type.type_number);
 }
 
-void dump_player(const LevelCellType&, TerrainCell& cell, bool) {
+void dump_player(const LevelCellType&, TerrainCell& cell) {
     auto& hook = level_spawn_hooks().spawn_player;
     if (hook)
         hook(cell);
 }
 
-void dump_monster(const LevelCellType&, TerrainCell& cell, bool) {
+void dump_monster(const LevelCellType&, TerrainCell& cell) {
     auto& hook = level_spawn_hooks().spawn_monster;
     if (hook)
         hook(cell);
 }
 
-void dump_food(const LevelCellType&, TerrainCell& cell, bool) {
+void dump_food(const LevelCellType&, TerrainCell& cell) {
     auto& hook = level_spawn_hooks().spawn_food;
     if (hook)
         hook(cell);

@@ -19,10 +19,8 @@ namespace veldra {
 
 struct LevelCellType;
 
-// Called with the type being dumped, the terrain cell made for it, and whether the trial is an
-// automatic run (which skips purely visual entities).
-using LevelCellDumpCallback = void (*)(const LevelCellType& type, TerrainCell& cell,
-                                       bool is_auto_run);
+// Called with the type being dumped and the terrain cell made for it.
+using LevelCellDumpCallback = void (*)(const LevelCellType& type, TerrainCell& cell);
 
 struct LevelCellType {
     char character = ' ';  // unique among all types
@@ -37,8 +35,6 @@ struct LevelSpawnHooks {
     std::function<void(const TerrainCell&)> spawn_player;
     std::function<void(const TerrainCell&)> spawn_monster;
     std::function<void(const TerrainCell&)> spawn_food;
-    std::function<void(const TerrainCell&)> spawn_rock;     // not called in automatic runs
-    std::function<void(const TerrainCell&)> spawn_foliage;  // not called in automatic runs
 };
 
 struct LevelCellTypeTable {

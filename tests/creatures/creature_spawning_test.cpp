@@ -3,12 +3,10 @@
 #include <gtest/gtest.h>
 
 #include "creature_test_fixture.h"
-#include "creatures/foliage.h"
 #include "creatures/food.h"
 #include "creatures/human_ai.h"
 #include "creatures/human_player.h"
 #include "creatures/monster.h"
-#include "creatures/rock.h"
 
 namespace veldra {
 namespace {
@@ -33,26 +31,6 @@ TEST_F(CreatureSpawningTest, EntitiesAppearAtCellCentresInRowMajorOrder) {
     // Creatures subscribe to the ticker in the same order.
     ASSERT_EQ(handlers.size(), 4u);
     EXPECT_EQ(handlers[0].owner, first->id());
-}
-
-TEST_F(CreatureSpawningTest, SceneryOnlyInInteractiveTrialsAndTheSameEachTime) {
-    load({"rs", "sr"});
-    EXPECT_EQ(rt().instance_number<obj_rock>(), 0u);
-    EXPECT_EQ(rt().instance_number<obj_foliage>(), 0u);
-    load({"rs", "sr"}, false);
-    ASSERT_EQ(rt().instance_number<obj_rock>(), 2u);
-    ASSERT_EQ(rt().instance_number<obj_foliage>(), 2u);
-    const obj_rock& rock = *rt().instance_find<obj_rock>(0);
-    EXPECT_TRUE(rock.visible);
-    load({"rs", "sr"}, false);
-    const obj_rock& again = *rt().instance_find<obj_rock>(2);
-    EXPECT_EQ(again.tilt, rock.tilt);
-    EXPECT_EQ(again.sprite_variant, rock.sprite_variant);
-    const obj_foliage& leaves = *rt().instance_find<obj_foliage>(0);
-    EXPECT_GE(leaves.tuft_count, 2);
-    EXPECT_LE(leaves.tuft_count, obj_foliage::MAX_TUFTS);
-    // The game's generators are untouched by scenery.
-    EXPECT_EQ(trial_rng.seed, Rng(11).seed);
 }
 
 TEST_F(CreatureSpawningTest, SecondInitialisationIsReportedAndChangesNothing) {

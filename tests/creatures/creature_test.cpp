@@ -7,7 +7,6 @@
 #include <fmt/format.h>
 
 #include "creature_test_fixture.h"
-#include "creatures/creature_death_animation.h"
 #include "creatures/eid.h"
 #include "creatures/food.h"
 #include "creatures/human_ai.h"
@@ -156,16 +155,6 @@ TEST_F(CreatureTickTest, NoEnergyDiesAtTheFirstTickBeforeAnythingElse) {
     tick();
     EXPECT_FALSE(rt().instance_exists(id));
     EXPECT_EQ(raised, 0);
-    // Interactive trials leave a corpse that fades out by itself.
-    auto* corpse = rt().instance_find<obj_creature_death_animation>(0);
-    ASSERT_NE(corpse, nullptr);
-    EXPECT_EQ(corpse->x, centre(1));
-    const InstanceId corpse_id = corpse->id();
-    for (int step = 0; step < 29; ++step)
-        corpse->on_step();
-    EXPECT_TRUE(rt().instance_exists(corpse_id));
-    corpse->on_step();
-    EXPECT_FALSE(rt().instance_exists(corpse_id));
 }
 
 TEST_F(CreatureTickTest, CooldownAndPositionHistoryAdvanceEachTick) {
@@ -179,15 +168,6 @@ TEST_F(CreatureTickTest, CooldownAndPositionHistoryAdvanceEachTick) {
     EXPECT_EQ(monster.x_on_current_tick, centre(1) + 5);
     tick(3);
     EXPECT_EQ(monster.attack_cooldown_timer, 0);
-}
-
-TEST_F(CreatureTickTest, AutomaticTrialsLeaveNoCorpseAndHideEntities) {
-    load({"   "});
-    auto& monster = create<obj_monster>(centre(0), centre(0));
-    EXPECT_FALSE(monster.visible);
-    monster.energy = -1;
-    tick();
-    EXPECT_EQ(rt().instance_number<obj_creature_death_animation>(), 0u);
 }
 
 TEST_F(CreatureTest, EidNamesTheMostSpecificKind) {
@@ -218,12 +198,6 @@ TEST(EventTest, InvokesInSubscriptionOrderAndForgetsUnsubscribed) {
     EXPECT_EQ(calls, (std::vector<int>{1, 10, 100, 2, 200}));
 }
 
-TEST(EntityDepthTest, LowerEntitiesAreDrawnInFrontWithinTheLayers) {
-    EXPECT_EQ(entity_depth_for_y(0, 10, 100, -100), 100);
-    EXPECT_EQ(entity_depth_for_y(320, 10, 100, -100), 0);
-    EXPECT_EQ(entity_depth_for_y(5000, 10, 100, -100), -100);
-    EXPECT_EQ(entity_depth_for_y(-64, 10, 100, -100), 100);
-}
 
 }  // namespace
 }  // namespace veldra

@@ -59,8 +59,10 @@ protected:
                 cells[cy].push_back(LevelCell{int(cx), int(cy), type});
             }
         }
-        trial_world().is_auto_run = is_auto_run;
-        terrain = level_dump(Level("test", std::move(cells)), is_auto_run);
+        // As the trial does: interactive trials also write the lines automatic ones leave out.
+        TrialWorld& world = trial_world();
+        world.log_interactive_event = is_auto_run ? nullptr : world.log_event;
+        terrain = level_dump(Level("test", std::move(cells)));
         trial_world().terrain = &*terrain;
         return *terrain;
     }

@@ -59,7 +59,7 @@ TEST_F(EatingTest, AMealAtMaximumIsWasted) {
 }
 
 TEST_F(EatingTest, AutomaticRunsEatSilentlyAndGoneFoodEndsTheAction) {
-    trial_world().is_auto_run = true;
+    trial_world().log_interactive_event = nullptr;  // an automatic trial
     auto& human = human_at(0, 0);
     auto& food = create_unticked<obj_food>(human.x, human.y);
     HA_ApproachFood action(food.id());

@@ -28,7 +28,6 @@ TEST_F(MonsterTest, SetUpFromTheConfiguration) {
     EXPECT_EQ(
         m.fight_action_sampler.total_weight(),
         c.monster_fight_hit_weight + c.monster_fight_miss_weight + c.monster_fight_flee_weight);
-    EXPECT_TRUE(m.draw_outline);
     EXPECT_FALSE(capture.contains("total weight of fight actions"));
 }
 

@@ -34,7 +34,7 @@ TEST_F(LevelModel, CountsOfTypes) {
     EXPECT_EQ(level_get_num_cells_of_types(level, {}), 0);
 
     const Level holes = level_from_rows({"xxx", "xxx"});
-    const Terrain terrain = level_dump(holes, true);
+    const Terrain terrain = level_dump(holes);
     for (const TerrainCell& cell : terrain.cells)
         EXPECT_FALSE(cell.is_traversable);
 }
@@ -50,8 +50,6 @@ protected:
         hooks.spawn_player = recorder("player");
         hooks.spawn_monster = recorder("monster");
         hooks.spawn_food = recorder("food");
-        hooks.spawn_rock = recorder("rock");
-        hooks.spawn_foliage = recorder("foliage");
         hooks.spawn_human_ai = [this](const TerrainCell& cell, std::optional<int> type_number) {
             record(type_number ? "human" + std::to_string(*type_number) : "human", cell);
         };
@@ -66,10 +64,9 @@ protected:
 
 TEST_F(LevelDump, SpawnsInRowMajorOrder) {
     const Level level = level_from_rows({"xrp", "m3s", "hfx"});
-    const Terrain terrain = level_dump(level, false);
-    EXPECT_EQ(calls,
-              (std::vector<std::string>{"rock@1,0", "player@2,0", "monster@0,1", "human3@1,1",
-                                        "foliage@2,1", "human@0,2", "food@1,2"}));
+    const Terrain terrain = level_dump(level);
+    EXPECT_EQ(calls, (std::vector<std::string>{"player@2,0", "monster@0,1", "human3@1,1",
+                                               "human@0,2", "food@1,2"}));
     EXPECT_EQ(terrain.width, 3);
     EXPECT_EQ(terrain.height, 3);
     EXPECT_TRUE(terrain.cell_at(1, 0)->is_rock);
@@ -79,9 +76,9 @@ TEST_F(LevelDump, SpawnsInRowMajorOrder) {
     EXPECT_FALSE(terrain.cell_at(0, 0)->is_traversable);
 }
 
-TEST_F(LevelDump, AutoRunSkipsRocksAndFoliageButMarksCells) {
+TEST_F(LevelDump, RocksAndSandAreTerrainOnly) {
     const Level level = level_from_rows({"rs", "sp"});
-    const Terrain terrain = level_dump(level, true);
+    const Terrain terrain = level_dump(level);
     EXPECT_EQ(calls, (std::vector<std::string>{"player@1,1"}));
     EXPECT_TRUE(terrain.cell_at(0, 0)->is_rock);
     EXPECT_TRUE(terrain.cell_at(1, 0)->is_sand);
@@ -92,8 +89,8 @@ TEST_F(LevelDump, AutoRunSkipsRocksAndFoliageButMarksCells) {
 TEST_F(LevelDump, UnsetHooksDoNothingAndLevelIsUnchanged) {
     level_spawn_hooks() = LevelSpawnHooks{};
     const Level level = level_from_rows({"hp", "mf"});
-    const Terrain first = level_dump(level, false);
-    const Terrain second = level_dump(level, false);
+    const Terrain first = level_dump(level);
+    const Terrain second = level_dump(level);
     EXPECT_TRUE(calls.empty());
     EXPECT_EQ(rows_of(level), (std::vector<std::string>{"hp", "mf"}));
     EXPECT_EQ(first.cells.size(), second.cells.size());

@@ -13,7 +13,7 @@ namespace {
 class TerrainTest : public testing::WorldTest {
 protected:
     static Terrain terrain_of(const std::vector<std::string>& rows) {
-        return level_dump(level_from_rows(rows), true);
+        return level_dump(level_from_rows(rows));
     }
 
     static int colliding(const Terrain& terrain, int ax, int ay, int bx, int by) {

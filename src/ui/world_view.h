@@ -1,0 +1,50 @@
+#pragma once
+// The view of a running trial: everything a window needs to draw the level that the simulation
+// does not keep. It follows the creatures' events and steps their views once per frame. A trial
+// runs the same with or without one; headless runs attach none.
+
+#include <cstdint>
+#include <map>
+#include <vector>
+
+#include "creatures/event.h"
+#include "runtime/instance.h"
+#include "runtime/object_type.h"
+#include "ui/creature_view.h"
+#include "ui/death_effect.h"
+#include "ui/scenery_looks.h"
+
+namespace veldra {
+
+class Runtime;
+class Terrain;
+struct TrialWorld;
+
+class obj_world_view : public Instance {
+    VELDRA_OBJECT(obj_world_view, Instance)
+public:
+    // Call after the trial has laid out its level: builds the scenery and starts following the
+    // trial's deaths.
+    void attach(TrialWorld& world, const Terrain& terrain);
+    void on_step_end() override;
+    void on_clean_up() override;
+
+    SceneryLooks scenery;
+    std::map<InstanceId, CreatureView> creatures;  // by id, so drawing never follows hash order
+    std::vector<DeathEffect> deaths;
+
+private:
+    void follow_new_creatures();
+    TrialWorld* world_ = nullptr;
+    EventToken died_subscription_ = 0;
+};
+
+// Entities in the order they are drawn: higher on the screen (smaller y) first, so lower ones
+// stand in front; ties by creation order.
+std::vector<InstanceId> entity_draw_order(Runtime& runtime);
+
+// Food bobs up to 2 pixels, phase-shifted per instance by its id hash. Wall time is fine here:
+// nothing in the simulation reads it. Negative: up.
+double food_bob_offset(double current_time_ms, std::uint32_t id_hash);
+
+}  // namespace veldra
