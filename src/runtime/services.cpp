@@ -1,8 +1,6 @@
 #include "runtime/services.h"
 
-#include <chrono>
 #include <cstdio>
-#include <ctime>
 
 #include "runtime/context.h"
 
@@ -13,11 +11,7 @@ Services& services() {
 }
 
 LocalDateTime FrameClock::local_now() const {
-    std::time_t now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
-    std::tm local{};
-    localtime_r(&now, &local);
-    return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday,
-            local.tm_hour,        local.tm_min,     local.tm_sec};
+    return wall_clock_ ? wall_clock_() : LocalDateTime{1970, 1, 1, 0, 0, 0};
 }
 
 void StderrTerminal::println(LogLevel level, std::string_view line) {

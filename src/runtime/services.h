@@ -4,10 +4,12 @@
 // windowed backends (SDL2, Dear ImGui, libcurl) when the program opens a window.
 
 #include <deque>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "runtime/audio.h"
 #include "runtime/dialogs.h"
@@ -33,14 +35,20 @@ public:
 };
 
 // Headless runs do not wait for real time: every frame advances the clock by one 60 Hz frame,
-// so frame-to-frame waits behave as in a window however fast the frames run.
+// so frame-to-frame waits behave as in a window however fast the frames run. The date comes
+// from `wall_clock`, which start-up passes in from the platform layer: the runtime reads no
+// system clock itself. Without one (a context made by a test) every date is 1970-01-01 00:00:00.
 class FrameClock final : public Clock {
 public:
+    using WallClock = std::function<LocalDateTime()>;
+
+    explicit FrameClock(WallClock wall_clock = nullptr) : wall_clock_(std::move(wall_clock)) {}
     double current_time() const override { return now_ms_; }
     LocalDateTime local_now() const override;
     void frame_done() override { now_ms_ += 1000.0 / 60.0; }
 
 private:
+    WallClock wall_clock_;
     double now_ms_ = 0;
 };
 

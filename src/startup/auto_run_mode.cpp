@@ -1,14 +1,13 @@
 #include "startup/auto_run_mode.h"
 
-#include <unistd.h>
 #include <cerrno>
 #include <cstdio>
-
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
 
 #include "config/game_configurations.h"
+#include "platform/file_descriptor.h"
 #include "runtime/context.h"
 #include "runtime/file_io.h"
 #include "runtime/log.h"
@@ -85,7 +84,7 @@ void play_worker_chunks(const ProgramParameters& params, double seed) {
         .and_then([params, seed](const Value& completed) {
             if (!completed.as_bool())
                 return end_program(interrupt_requested() ? EXIT_INTERRUPTED : 1);
-            if (write(auto_run_worker_reply_fd, "done\n", 5) != 5)
+            if (!platform::write_all(auto_run_worker_reply_fd, "done\n"))
                 return end_program(1);
             play_worker_chunks(params, seed);
         })

@@ -1,7 +1,5 @@
 #include "startup/obj_init.h"
 
-#include <sys/utsname.h>
-
 #include "async/promise.h"
 #include "config/debug_settings.h"
 #include "config/game_configurations.h"
@@ -9,9 +7,9 @@
 #include "config/logger.h"
 #include "config/program_parameters.h"
 #include "net/api_env.h"
+#include "platform/os_name.h"
 #include "runtime/callstack.h"
 #include "runtime/context.h"
-#include "runtime/file_io.h"
 #include "runtime/log.h"
 #include "runtime/number_format.h"
 #include "runtime/random_source.h"
@@ -19,7 +17,6 @@
 #include "startup/program.h"
 #include "startup/run_mode.h"
 #include "trials/game_systems.h"
-#include "util/text.h"
 
 #ifndef VELDRA_BUILD_CONFIGURATION
 #define VELDRA_BUILD_CONFIGURATION "Default"
@@ -28,29 +25,6 @@
 namespace veldra {
 
 namespace {
-
-// The system's name and version as its users know it ("Debian GNU/Linux 12 (bookworm)"), from
-// os-release; the kernel's name and release only where that file is missing.
-std::string os_type_to_string() {
-    for (const char* path : {"/etc/os-release", "/usr/lib/os-release"}) {
-        const FileText text = read_whole_file(path, MAX_SETTINGS_FILE_BYTES);
-        if (!text)
-            continue;
-        for (const std::string& line : string_split(*text.text, '\n')) {
-            if (!line.starts_with("PRETTY_NAME="))
-                continue;
-            std::string name = string_trim(line.substr(12));
-            if (name.size() >= 2 && (name.front() == '"' || name.front() == '\''))
-                name = name.substr(1, name.size() - 2);
-            if (!name.empty())
-                return name;
-        }
-    }
-    utsname name{};
-    if (uname(&name) != 0)
-        return "unknown -1";
-    return std::string(name.sysname) + " " + name.release;
-}
 
 // A desktop program runs in no browser; the runtime reports that as -1.
 std::string os_browser_to_string() {
@@ -62,7 +36,7 @@ void log_start_up_lines() {
     log(std::string("Build version: ") + BUILD_VERSION);
     log(std::string("Build configuration: ") + VELDRA_BUILD_CONFIGURATION);
     log("Debug mode: true");
-    log("os_type: " + os_type_to_string());
+    log("os_type: " + platform::os_name());
     log("os_browser: " + os_browser_to_string());
 }
 

@@ -3,9 +3,12 @@
 #include <charconv>
 #include <cstdio>
 #include <filesystem>
+#include <memory>
 #include <system_error>
 
 #include "config/program_parameters.h"
+#include "platform/executable_path.h"
+#include "platform/local_time.h"
 #include "runtime/context.h"
 #include "runtime/frame_loop.h"
 #include "runtime/paths.h"
@@ -30,10 +33,9 @@ void print_help() {
 }
 
 std::filesystem::path program_directory(const char* argv0) {
+    if (const auto self = platform::executable_path())
+        return self->parent_path();
     std::error_code error;
-    auto self = std::filesystem::read_symlink("/proc/self/exe", error);
-    if (!error)
-        return self.parent_path();
     return std::filesystem::absolute(argv0, error).parent_path();
 }
 
@@ -77,6 +79,7 @@ int run_program(int argc, char** argv) {
     ContextScope scope(context);
     context.slot<ProgramArguments>().arguments = arguments;
     context.slot<Paths>().program_directory = program_directory(argv[0]);
+    services().clock = std::make_unique<FrameClock>(platform::local_time_now);
     // No windowed backend is built yet, so every run is headless whatever `headless` says.
     services().headless = true;
 

@@ -1,8 +1,8 @@
 #include "startup/progress_line.h"
 
-#include <unistd.h>
-
 #include <cstdio>
+
+#include "platform/terminal.h"
 
 namespace veldra {
 
@@ -19,7 +19,7 @@ ProgressLine::ProgressLine(std::string label)
     : label_(std::move(label)),
       start_(std::chrono::steady_clock::now()),
       last_print_(start_),
-      terminal_(isatty(2) == 1) {}
+      terminal_(platform::stderr_is_terminal()) {}
 
 double ProgressLine::elapsed_seconds() const {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count();

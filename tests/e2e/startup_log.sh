@@ -12,6 +12,8 @@ for line in "Program started." "Build version: 1.0.0.0" "Build configuration: " 
 done
 # Timestamps lead every line: 2024_03_07_09_05_41
 grep -qE '^[0-9]{4}_[0-9]{2}_[0-9]{2}_[0-9]{2}_[0-9]{2}_[0-9]{2} Program started\.$' run.log
+# The wall clock's date, which start-up hands to the runtime's clock, not the stand-in of tests.
+! grep -q '^1970_01_01_00_00_00 ' run.log
 ! grep -q "Failed to load localization" run.log
 # The system as its users name it, not the kernel's text.
 if [ -r /etc/os-release ]; then
