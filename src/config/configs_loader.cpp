@@ -1,12 +1,12 @@
 #include "config/configs_loader.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "config/debug_settings.h"
 #include "config/json_comments.h"
 #include "config/program_parameters.h"
+#include "runtime/assertion.h"
 #include "runtime/callstack.h"
 #include "runtime/context.h"
 #include "runtime/file_io.h"
@@ -243,10 +243,7 @@ bool configs_loaded() {
 
 const GameConfigurations& configs() {
     auto& loaded = slot().configs;
-    if (!loaded) {
-        log_error("The configurations were used before they were loaded.");
-        std::abort();
-    }
+    VELDRA_ASSERT(loaded, "configs() before the configurations were loaded: start-up order?");
     return *loaded;
 }
 

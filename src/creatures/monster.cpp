@@ -3,7 +3,6 @@
 #include "creatures/monster.h"
 
 #include <algorithm>
-#include <cassert>
 #include <cmath>
 #include <vector>
 
@@ -12,6 +11,7 @@
 #include "creatures/food.h"
 #include "creatures/human.h"
 #include "creatures/trial_world.h"
+#include "runtime/assertion.h"
 #include "runtime/context.h"
 #include "runtime/log.h"
 #include "runtime/runtime.h"
@@ -33,13 +33,13 @@ struct MonsterCellScratch {
 
 const Terrain& trial_terrain() {
     const Terrain* terrain = trial_world().terrain;
-    assert(terrain && "monster ticked before the trial set trial_world().terrain?");
+    VELDRA_ASSERT(terrain, "monster ticked before the trial set trial_world().terrain?");
     return *terrain;
 }
 
 Rng& trial_rng() {
     Rng* rng = trial_world().rng;
-    assert(rng && "monster ticked before the trial set trial_world().rng?");
+    VELDRA_ASSERT(rng, "monster ticked before the trial set trial_world().rng?");
     return *rng;
 }
 
