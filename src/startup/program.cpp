@@ -12,6 +12,7 @@
 #include "runtime/services.h"
 #include "startup/obj_init.h"
 #include "startup/rooms.h"
+#include "veldra_version.h"
 
 namespace veldra {
 

@@ -7,8 +7,6 @@
 
 namespace veldra {
 
-inline constexpr const char* BUILD_VERSION = "1.0.0.0";
-
 int run_program(int argc, char** argv);
 
 // What the program was started with; obj_init reads its parameters from here.

@@ -15,6 +15,7 @@
 #include "trials/trial.h"
 #include "trials/trial_data.h"
 #include "trials/trial_level_info.h"
+#include "veldra_version.h"
 #include "world/level_file.h"
 
 namespace veldra {
@@ -195,7 +196,7 @@ Promise auto_run_trial(const std::string& level_filename, double play_order,
         trial.initialize(*level, seed, true, configs().game_speed, total_score_before_this_trial);
         TrialData data;
         data.config_version = configs().configuration_version;
-        data.game_version = "1.0.0.0";
+        data.game_version = BUILD_VERSION;
         data.seed = seed;
         data.level_info = trial_level_info_from_level(*level, level_filename, play_order);
         data.traits = traits;
