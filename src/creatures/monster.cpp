@@ -23,8 +23,8 @@ namespace veldra {
 namespace {
 
 // Ticks between two cell picks near food or when wandering: 2 to 4 seconds.
-constexpr std::int64_t CELL_PICK_MIN_TICKS = 120;
-constexpr std::int64_t CELL_PICK_MAX_TICKS = 240;
+constexpr Ticks CELL_PICK_MIN_TICKS = 120;
+constexpr Ticks CELL_PICK_MAX_TICKS = 240;
 
 // Candidates of the last cell pick, shared by every monster of the context; only grows.
 struct MonsterCellScratch {
@@ -75,12 +75,11 @@ const TerrainCell* pick_cell_around(double x, double y, int half_size, double ra
 }
 
 // Counts a cell-pick timer down; true when it ran out, after resetting it.
-bool cell_pick_due(double& timer) {
+bool cell_pick_due(Ticks& timer) {
     timer -= 1;
     if (timer > 0)
         return false;
-    timer = static_cast<double>(
-        trial_rng().rng_irandom_range(CELL_PICK_MIN_TICKS, CELL_PICK_MAX_TICKS));
+    timer = trial_rng().rng_irandom_range(CELL_PICK_MIN_TICKS, CELL_PICK_MAX_TICKS);
     return true;
 }
 
@@ -109,7 +108,7 @@ void obj_monster::on_create() {
     attacker_energy_gain = c.monster_attacker_energy_gain;
 }
 
-void obj_monster::on_tick(double tick, Rng& rng) {
+void obj_monster::on_tick(Ticks tick, Rng& rng) {
     obj_creature::on_tick(tick, rng);
     const TerrainCell* under = trial_terrain().cell_at_room(x, y);
     const double speed_factor =

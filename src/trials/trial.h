@@ -50,7 +50,7 @@ public:
     std::optional<PersonalityTraits> traits;
     bool is_auto_run = false;
     double total_score_before_this_trial = 0;
-    double max_ticks = 0;
+    Ticks max_ticks = 0;
     double game_speed = 1;  // ticks per frame; negative: the rest of the trial in one frame
     double tick_remainder = 0;
     std::function<void(const TrialResult&)> ended_callback;
