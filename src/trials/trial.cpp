@@ -136,7 +136,7 @@ obj_trial::StartResult obj_trial::start(std::optional<PersonalityTraits> player_
     });
 }
 
-void obj_trial::build_result(const char* outcome) {
+void obj_trial::build_result(TrialOutcome outcome) {
     const Ticks spent = ticker.spent_ticks;
     obj_human_player* player = rt().instance_find<obj_human_player>(0);
     const double energy = player ? player->energy : 0;
@@ -144,11 +144,11 @@ void obj_trial::build_result(const char* outcome) {
     // 0 / 0 is NaN for a zero-length trial.
     const double time_fraction = static_cast<double>(spent) / static_cast<double>(max_ticks);
     TrialResult r;
-    r.type = outcome;
+    r.outcome = outcome;
     r.time_left = max_ticks - spent;
-    r.num_monsters_remaining = static_cast<double>(rt().instance_number<obj_monster>());
-    r.num_food_remaining = static_cast<double>(rt().instance_number<obj_food>());
-    r.num_humans_remaining = static_cast<double>(rt().instance_number<obj_human>());
+    r.num_monsters_remaining = static_cast<std::int64_t>(rt().instance_number<obj_monster>());
+    r.num_food_remaining = static_cast<std::int64_t>(rt().instance_number<obj_food>());
+    r.num_humans_remaining = static_cast<std::int64_t>(rt().instance_number<obj_human>());
     r.energy_remaining = energy;
     r.trial_score =
         configs().trial_score(traits.value_or(PersonalityTraits{}), energy_fraction, time_fraction);
@@ -162,9 +162,9 @@ bool obj_trial::tick() {
         ticker.tick();
         trial_world().spent_ticks = ticker.spent_ticks;
         if (rt().instance_number<obj_human_player>() == 0)
-            build_result(TRES_PERISHED);
+            build_result(TrialOutcome::perished);
     } else {
-        build_result(TRES_SURVIVED);
+        build_result(TrialOutcome::survived);
     }
     return true;
 }

@@ -59,7 +59,7 @@ public:
 
 private:
     void give_traits_to_ai_humans();
-    void build_result(const char* outcome);
+    void build_result(TrialOutcome outcome);
 };
 
 // Start-up: once-only; sets Trial to no instance.

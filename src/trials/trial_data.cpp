@@ -24,6 +24,10 @@ Value level_info_to_value(const TrialLevelInfo& info) {
     return v;
 }
 
+const char* trial_outcome_text(TrialOutcome outcome) {
+    return outcome == TrialOutcome::perished ? "perished" : "survived";
+}
+
 Value traits_to_value(const PersonalityTraits& traits) {
     Value v = Value::make_struct();
     v.set("openness", traits.openness);
@@ -38,7 +42,7 @@ Value traits_to_value(const PersonalityTraits& traits) {
 
 Value trial_result_to_value(const TrialResult& r) {
     Value v = Value::make_struct();
-    v.set("type", r.type);
+    v.set("type", trial_outcome_text(r.outcome));
     v.set("time_left", r.time_left);
     v.set("num_monsters_remaining", r.num_monsters_remaining);
     v.set("num_food_remaining", r.num_food_remaining);
@@ -81,7 +85,6 @@ const std::vector<std::string>& trial_data_get_flattened_names() {
     // The column set follows the record's fields, never a particular record's values.
     static const std::vector<std::string> names = [] {
         TrialData sample;
-        sample.result.type = TRES_SURVIVED;
         std::vector<std::string> out;
         _struct_get_names_recursively(trial_data_to_value(sample), "", out);
         std::sort(out.begin(), out.end());
