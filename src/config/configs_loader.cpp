@@ -43,6 +43,17 @@ std::string json_type_name(const Json& value) {
     }
 }
 
+// The kind a method key gets, tested in this order.
+ConfigMethodKind config_method_kind_of(std::string_view key) {
+    if (key == "current_action_weight_modifier")
+        return ConfigMethodKind::weight;
+    if (key == "trial_score")
+        return ConfigMethodKind::time;
+    if (key.starts_with("target_weight_"))
+        return ConfigMethodKind::distance;
+    return ConfigMethodKind::plain;
+}
+
 // Reads one key into its typed field. Returns false (after logging) when the value does not fit.
 class FieldReader {
 public:
@@ -113,16 +124,6 @@ ConfigsSlot& slot() {
 }
 
 }  // namespace
-
-ConfigMethodKind config_method_kind_of(std::string_view key) {
-    if (key == "current_action_weight_modifier")
-        return ConfigMethodKind::weight;
-    if (key == "trial_score")
-        return ConfigMethodKind::time;
-    if (key.starts_with("target_weight_"))
-        return ConfigMethodKind::distance;
-    return ConfigMethodKind::plain;
-}
 
 ExprVarMask config_formula_variables(std::string_view key) {
     ExprVarMask given = expr_var_bit(ExprVar::O) | expr_var_bit(ExprVar::C) |
@@ -200,6 +201,9 @@ std::optional<GameConfigurations> _load_game_configurations_from_file(const std:
     return loaded;
 }
 
+namespace {
+
+// Copies every key that `custom` defines over `base`.
 void merge_game_configurations(GameConfigurations& base, const GameConfigurations& custom) {
 #define VELDRA_MERGE_CONFIG_FIELD(key, type, rule, meaning) \
     if (custom.by_name.has(#key))                           \
@@ -210,6 +214,7 @@ void merge_game_configurations(GameConfigurations& base, const GameConfiguration
         base.by_name.set(name, custom.by_name.get(name));
 }
 
+// Asks the developer for a custom file name; "" for none.
 std::string _debug_ask_custom_config_filename() {
     auto answer = services().dialogs->get_string(
         "Enter custom configuration's relative filename. You can leave out the file extension "
@@ -225,6 +230,8 @@ std::string _debug_ask_custom_config_filename() {
     save_active_debug_settings();
     return name;
 }
+
+}  // namespace
 
 void initialize_configs() {
     VELDRA_SCOPE();

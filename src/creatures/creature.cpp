@@ -36,6 +36,15 @@ bool attack_log_wanted() {
     return world.log_event && !world.is_auto_run;
 }
 
+// Leaves a corpse that fades out, unless the trial is automatic.
+void creature_create_death_animation(const obj_creature& creature) {
+    if (trial_world().is_auto_run)
+        return;
+    rt().instance_create_depth<obj_creature_death_animation>(creature.x, creature.y,
+                                                             creature.depth - 4)
+        .initialize(creature);
+}
+
 }  // namespace
 
 void CreatureSprites::set(int idle_, int walk_, int stand_, int attack_, int duck_, int hurt_,
@@ -212,14 +221,6 @@ std::optional<Ticks> creatures_get_last_attack_time(const obj_creature& a, const
     if (auto it = b.attack_times_per_creature.find(a.id()); it != b.attack_times_per_creature.end())
         latest = latest ? std::max(*latest, it->second) : it->second;
     return latest;
-}
-
-void creature_create_death_animation(const obj_creature& creature) {
-    if (trial_world().is_auto_run)
-        return;
-    rt().instance_create_depth<obj_creature_death_animation>(creature.x, creature.y,
-                                                             creature.depth - 4)
-        .initialize(creature);
 }
 
 }  // namespace veldra

@@ -129,7 +129,5 @@ bool creature_is_within_attack_range(const obj_creature& a, const obj_creature& 
 // The later of the two creatures' attacks on each other, in trial ticks; none when neither
 // ever attacked the other.
 std::optional<Ticks> creatures_get_last_attack_time(const obj_creature& a, const obj_creature& b);
-// Leaves a corpse that fades out, unless the trial is automatic.
-void creature_create_death_animation(const obj_creature& creature);
 
 }  // namespace veldra

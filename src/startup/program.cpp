@@ -18,6 +18,11 @@ namespace veldra {
 
 namespace {
 
+// The exit status a mode asks for when it ends the game.
+struct ProgramExit {
+    int status = 0;
+};
+
 void print_help() {
     std::printf("Usage: veldra [key=value ...]\n\nParameters:\n");
     for (const auto& info : program_parameter_table())

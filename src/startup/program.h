@@ -14,10 +14,6 @@ struct ProgramArguments {
     std::vector<std::string> arguments;
 };
 
-// The exit status a mode asks for when it ends the game.
-struct ProgramExit {
-    int status = 0;
-};
 void end_program(int status);
 
 }  // namespace veldra

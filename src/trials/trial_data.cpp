@@ -38,6 +38,24 @@ Value traits_to_value(const PersonalityTraits& traits) {
     return v;
 }
 
+// The leaf field paths of any struct, joined by ".".
+void _struct_get_names_recursively(const Value& structure, const std::string& prefix,
+                                   std::vector<std::string>& out_names) {
+    for (const auto& field : structure.fields()) {
+        if (field.value.is_struct())
+            _struct_get_names_recursively(field.value, prefix + field.name + ".", out_names);
+        else
+            out_names.push_back(prefix + field.name);
+    }
+}
+
+Value _struct_get_value_recursively(const Value& structure, std::string_view path) {
+    Value current = structure;
+    for (const std::string& part : string_split(path, '.'))
+        current = current.get(part);
+    return current;
+}
+
 }  // namespace
 
 Value trial_result_to_value(const TrialResult& r) {
@@ -62,23 +80,6 @@ Value trial_data_to_value(const TrialData& data) {
     v.set("traits", traits_to_value(data.traits));
     v.set("result", trial_result_to_value(data.result));
     return v;
-}
-
-void _struct_get_names_recursively(const Value& structure, const std::string& prefix,
-                                   std::vector<std::string>& out_names) {
-    for (const auto& field : structure.fields()) {
-        if (field.value.is_struct())
-            _struct_get_names_recursively(field.value, prefix + field.name + ".", out_names);
-        else
-            out_names.push_back(prefix + field.name);
-    }
-}
-
-Value _struct_get_value_recursively(const Value& structure, std::string_view path) {
-    Value current = structure;
-    for (const std::string& part : string_split(path, '.'))
-        current = current.get(part);
-    return current;
 }
 
 const std::vector<std::string>& trial_data_get_flattened_names() {

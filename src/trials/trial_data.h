@@ -56,9 +56,4 @@ std::string trial_data_value_as_csv(const Value& record);
 // "num_food_remaining" -> "numFoodRemaining"; empty parts are dropped ("a__b" -> "aB").
 std::string _snake_to_camel_case(std::string_view text);
 
-// Helpers of the flattening, on any struct.
-void _struct_get_names_recursively(const Value& structure, const std::string& prefix,
-                                   std::vector<std::string>& out_names);
-Value _struct_get_value_recursively(const Value& structure, std::string_view path);
-
 }  // namespace veldra

@@ -40,7 +40,4 @@ int level_get_num_cells_of_types(const Level& level, std::span<const LevelCellTy
 // terrain cells as rock or sand.
 Terrain level_dump(const Level& level, bool is_auto_run);
 
-// The terrain cell for one level cell, after its type's dump behaviour has run.
-TerrainCell level_cell_dump(const Level& level, const LevelCell& cell, bool is_auto_run);
-
 }  // namespace veldra
