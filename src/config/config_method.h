@@ -61,9 +61,6 @@ private:
     ExpressionGlobals* globals_ = nullptr;
 };
 
-// The kind a method key gets, tested in this order.
-ConfigMethodKind config_method_kind_of(std::string_view key);
-
 // The variables a key's formula is given: the five traits always; ENERGY_LEVEL where the
 // callers pass the human's energy (action and exchange weights, target weights, the running
 // action's modifier, the score); and the third argument of its kind. A formula that reads

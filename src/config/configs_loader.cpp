@@ -9,6 +9,7 @@
 #include "config/debug_settings.h"
 #include "config/json_comments.h"
 #include "config/program_parameters.h"
+#include "runtime/assertion.h"
 #include "runtime/callstack.h"
 #include "runtime/context.h"
 #include "runtime/file_io.h"
@@ -43,6 +44,17 @@ std::string json_type_name(const Json& value) {
         default:
             return "undefined";
     }
+}
+
+// The kind a method key gets, tested in this order.
+ConfigMethodKind config_method_kind_of(std::string_view key) {
+    if (key == "current_action_weight_modifier")
+        return ConfigMethodKind::weight;
+    if (key == "trial_score")
+        return ConfigMethodKind::time;
+    if (key.starts_with("target_weight_"))
+        return ConfigMethodKind::distance;
+    return ConfigMethodKind::plain;
 }
 
 // Reads one key into its typed field. Returns false (after logging) when the value does not fit.
@@ -115,16 +127,6 @@ ConfigsSlot& slot() {
 }
 
 }  // namespace
-
-ConfigMethodKind config_method_kind_of(std::string_view key) {
-    if (key == "current_action_weight_modifier")
-        return ConfigMethodKind::weight;
-    if (key == "trial_score")
-        return ConfigMethodKind::time;
-    if (key.starts_with("target_weight_"))
-        return ConfigMethodKind::distance;
-    return ConfigMethodKind::plain;
-}
 
 ExprVarMask config_formula_variables(std::string_view key) {
     ExprVarMask given = expr_var_bit(ExprVar::O) | expr_var_bit(ExprVar::C) |
@@ -202,6 +204,9 @@ std::optional<GameConfigurations> _load_game_configurations_from_file(const std:
     return loaded;
 }
 
+namespace {
+
+// Copies every key that `custom` defines over `base`.
 void merge_game_configurations(GameConfigurations& base, const GameConfigurations& custom) {
 #define VELDRA_MERGE_CONFIG_FIELD(key, type, rule, meaning) \
     if (custom.by_name.has(#key))                           \
@@ -212,6 +217,7 @@ void merge_game_configurations(GameConfigurations& base, const GameConfiguration
         base.by_name.set(name, custom.by_name.get(name));
 }
 
+// Asks the developer for a custom file name. Fulfilled with the name, "" for none.
 Promise _debug_ask_custom_config_filename() {
     return dialog_get_string(
                *services().dialogs,
@@ -230,6 +236,8 @@ Promise _debug_ask_custom_config_filename() {
             return name;
         });
 }
+
+}  // namespace
 
 Promise ask_custom_configuration_name() {
     if (program_params().config)
@@ -254,10 +262,7 @@ bool configs_loaded() {
 
 const GameConfigurations& configs() {
     auto& loaded = slot().configs;
-    if (!loaded) {
-        log_error("The configurations were used before they were loaded.");
-        std::abort();
-    }
+    VELDRA_ASSERT(loaded, "configs() before the configurations were loaded: start-up order?");
     return *loaded;
 }
 

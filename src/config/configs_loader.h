@@ -14,10 +14,4 @@ namespace veldra {
 std::optional<GameConfigurations> _load_game_configurations_from_file(const std::string& path,
                                                                       bool require_all);
 
-// Copies every key that `custom` defines over `base`.
-void merge_game_configurations(GameConfigurations& base, const GameConfigurations& custom);
-
-// Asks the developer for a custom file name. Fulfilled with the name, "" for none.
-Promise _debug_ask_custom_config_filename();
-
 }  // namespace veldra

@@ -34,6 +34,12 @@ bool attack_log_wanted() {
     return static_cast<bool>(trial_world().log_interactive_event);
 }
 
+// Tells the views that `creature` died where it stands, so one can leave a corpse that fades
+// out; the creature itself is gone by the next frame.
+void creature_create_death_animation(const obj_creature& creature) {
+    trial_world().creature_died.invoke(creature);
+}
+
 }  // namespace
 
 void obj_creature::on_create() {
@@ -48,7 +54,7 @@ void obj_creature::on_create() {
 void obj_creature::subscribe_to_ticker() {
     const TrialWorld& world = trial_world();
     if (world.subscribe_tick)
-        world.subscribe_tick(id(), [this](double tick, Rng& rng) { creature_tick(tick, rng); });
+        world.subscribe_tick(id(), [this](Ticks tick, Rng& rng) { creature_tick(tick, rng); });
 }
 
 void obj_creature::_creature_initialize(double energy_max_, double energy_) {
@@ -57,7 +63,7 @@ void obj_creature::_creature_initialize(double energy_max_, double energy_) {
     energy_previous = energy_;
 }
 
-void obj_creature::creature_tick(double tick, Rng& rng) {
+void obj_creature::creature_tick(Ticks tick, Rng& rng) {
     if (energy <= 0) {
         rt().instance_destroy(id());
         return;
@@ -65,7 +71,7 @@ void obj_creature::creature_tick(double tick, Rng& rng) {
     on_tick(tick, rng);
 }
 
-void obj_creature::on_tick(double, Rng&) {
+void obj_creature::on_tick(Ticks, Rng&) {
     if (attack_cooldown_timer > 0)
         attack_cooldown_timer -= 1;
     if (energy != energy_previous) {
@@ -91,8 +97,8 @@ bool obj_creature::can_attack_creature(const obj_creature&) const {
     return attack_cooldown_timer <= 0;
 }
 
-double obj_creature::get_attack_cooldown_as_ticks() const {
-    return std::ceil(1.0 / configs().attack_frequency * 60.0);
+Ticks obj_creature::get_attack_cooldown_as_ticks() const {
+    return static_cast<Ticks>(std::ceil(1.0 / configs().attack_frequency * 60.0));
 }
 
 FightOutcome obj_creature::attack_creature(obj_creature& target, Rng& rng) {
@@ -156,17 +162,13 @@ bool creature_is_within_attack_range(const obj_creature& a, const obj_creature& 
     return point_distance(a.x, a.y, b.x, b.y) <= a.attack_range;
 }
 
-std::optional<double> creatures_get_last_attack_time(const obj_creature& a, const obj_creature& b) {
-    std::optional<double> latest;
+std::optional<Ticks> creatures_get_last_attack_time(const obj_creature& a, const obj_creature& b) {
+    std::optional<Ticks> latest;
     if (auto it = a.attack_times_per_creature.find(b.id()); it != a.attack_times_per_creature.end())
         latest = it->second;
     if (auto it = b.attack_times_per_creature.find(a.id()); it != b.attack_times_per_creature.end())
         latest = latest ? std::max(*latest, it->second) : it->second;
     return latest;
-}
-
-void creature_create_death_animation(const obj_creature& creature) {
-    trial_world().creature_died.invoke(creature);
 }
 
 }  // namespace veldra

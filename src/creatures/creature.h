@@ -16,6 +16,7 @@
 #include "creatures/event.h"
 #include "runtime/instance_id.h"
 #include "util/rng.h"
+#include "util/ticks.h"
 #include "util/weighted_random_sampler.h"
 
 namespace veldra {
@@ -58,10 +59,10 @@ public:
     // instance_destroy returns, so the death check lives here, outside on_tick and its
     // overrides, which therefore always run on a live creature. `tick` is the ticker's count,
     // `rng` its generator.
-    void creature_tick(double tick, Rng& rng);
+    void creature_tick(Ticks tick, Rng& rng);
     // The creature part of a tick: cooldown, energy event, position history. Overrides call it
     // first, then do their own part.
-    virtual void on_tick(double tick, Rng& rng);
+    virtual void on_tick(Ticks tick, Rng& rng);
 
     // Children call it first thing in their create event with their configured values.
     void _creature_initialize(double energy_max_, double energy_);
@@ -69,7 +70,7 @@ public:
     // One attack exchange; `rng` draws the outcome (the tick's generator).
     FightOutcome attack_creature(obj_creature& target, Rng& rng);
     // Ticks between two attacks (the configuration gives attacks per second; 60 ticks a second).
-    double get_attack_cooldown_as_ticks() const;
+    Ticks get_attack_cooldown_as_ticks() const;
     // Starts a one-shot animation of `time` steps pointing at (target_x, target_y): raises
     // animation_started_event for whatever view shows this creature.
     void start_animation(CreatureAnimation kind, double target_x, double target_y, double time);
@@ -81,12 +82,12 @@ public:
     double y_on_previous_tick = 0;
     double x_on_current_tick = 0;
     double y_on_current_tick = 0;
-    double attack_cooldown_timer = 0;                     // ticks
+    Ticks attack_cooldown_timer = 0;
     double attack_range = CREATURE_DEFAULT_ATTACK_RANGE;  // pixels
 
     Event<InstanceId> got_attacked_event;  // on the target after each attack, with the attacker
     // Ordered by id so that nothing ever depends on hash order. Values are trial ticks.
-    std::map<InstanceId, double> attack_times_per_creature;
+    std::map<InstanceId, Ticks> attack_times_per_creature;
     Event<> energy_changed_event;  // at most once per tick in which energy changed
     Event<const CreatureAnimationStart&> animation_started_event;  // whenever start_animation runs
 
@@ -106,9 +107,6 @@ private:
 bool creature_is_within_attack_range(const obj_creature& a, const obj_creature& b);
 // The later of the two creatures' attacks on each other, in trial ticks; none when neither
 // ever attacked the other.
-std::optional<double> creatures_get_last_attack_time(const obj_creature& a, const obj_creature& b);
-// Tells the views that `creature` died where it stands, so one can leave a corpse that fades
-// out; the creature itself is gone by the next frame.
-void creature_create_death_animation(const obj_creature& creature);
+std::optional<Ticks> creatures_get_last_attack_time(const obj_creature& a, const obj_creature& b);
 
 }  // namespace veldra

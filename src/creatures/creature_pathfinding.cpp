@@ -2,13 +2,13 @@
 
 #include "creatures/creature_pathfinding.h"
 
-#include <cassert>
 #include <cmath>
 #include <optional>
 #include <unordered_map>
 
 #include "creatures/creature.h"
 #include "creatures/trial_world.h"
+#include "runtime/assertion.h"
 #include "runtime/callstack.h"
 #include "runtime/context.h"
 #include "runtime/once.h"
@@ -92,7 +92,7 @@ int CreaturePathfinding::neighbors(int cell, std::vector<PfNeighbor<int, int>*>&
 
 const Terrain& current_terrain() {
     const Terrain* terrain = trial_world().terrain;
-    assert(terrain && "creature pathfinding before the trial set trial_world().terrain?");
+    VELDRA_ASSERT(terrain, "creature pathfinding before the trial set trial_world().terrain?");
     return *terrain;
 }
 

@@ -1,7 +1,6 @@
 // Where creatures walk to when their goal is a creature: beside it, or away from it.
 
 #include <algorithm>
-#include <cassert>
 #include <cmath>
 #include <cstdint>
 #include <vector>
@@ -9,6 +8,7 @@
 #include "creatures/creature.h"
 #include "creatures/creature_pathfinding.h"
 #include "creatures/trial_world.h"
+#include "runtime/assertion.h"
 #include "runtime/context.h"
 #include "world/pathfinder_grid.h"
 #include "world/terrain.h"
@@ -30,7 +30,7 @@ struct FlightSearch {
 
 const Terrain& current_terrain() {
     const Terrain* terrain = trial_world().terrain;
-    assert(terrain && "creature pathfinding before the trial set trial_world().terrain?");
+    VELDRA_ASSERT(terrain, "creature pathfinding before the trial set trial_world().terrain?");
     return *terrain;
 }
 

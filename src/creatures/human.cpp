@@ -17,8 +17,8 @@ namespace veldra {
 namespace {
 
 // A rate per second as a whole number of ticks (60 a second), never less than one.
-double rate_as_ticks(double per_second) {
-    return std::ceil(1.0 / per_second * 60.0);
+Ticks rate_as_ticks(double per_second) {
+    return static_cast<Ticks>(std::ceil(1.0 / per_second * 60.0));
 }
 
 }  // namespace
@@ -39,18 +39,18 @@ void obj_human::set_traits(const PersonalityTraits& traits) {
 
 // The creature part may destroy the human, and outside an event pass the runtime frees it at
 // once: whether it lives on is asked by id, never through `this`.
-void obj_human::on_tick(double tick, Rng& rng) {
+void obj_human::on_tick(Ticks tick, Rng& rng) {
     const InstanceId self = id();
     obj_creature::on_tick(tick, rng);
     if (rt().instance_exists(self))
         decision_tick(rng);
 }
 
-double obj_human::get_action_choose_cooldown_as_ticks() const {
+Ticks obj_human::get_action_choose_cooldown_as_ticks() const {
     return rate_as_ticks(configs().action_update_frequency);
 }
 
-double obj_human::get_exchange_cooldown_as_ticks() const {
+Ticks obj_human::get_exchange_cooldown_as_ticks() const {
     return rate_as_ticks(configs().exchange_frequency);
 }
 

@@ -31,7 +31,7 @@ public:
     void on_create() override;
     // The creature part first (death, cooldown, energy event, position history), then the
     // decision tick, unless the creature part destroyed the human.
-    void on_tick(double tick, Rng& rng) override;
+    void on_tick(Ticks tick, Rng& rng) override;
 
     // Copies the traits (the human never shares a record with its caller) and re-evaluates.
     void set_traits(const PersonalityTraits& traits);
@@ -54,8 +54,8 @@ public:
     // restart. `rng` is the tick's generator.
     void exchange_with_human(obj_human& partner, Rng& rng);
 
-    double get_action_choose_cooldown_as_ticks() const;
-    double get_exchange_cooldown_as_ticks() const;
+    Ticks get_action_choose_cooldown_as_ticks() const;
+    Ticks get_exchange_cooldown_as_ticks() const;
 
     // Removes every remembered action equal to `action` (human_actions_equal).
     void stop_equal_actions(const HumanAction& action);
@@ -69,9 +69,9 @@ public:
     PersonalityTraits personality_traits;
     // Most recent first; [0] is the running action.
     std::vector<std::unique_ptr<HumanAction>> actions_in_memory;
-    double action_choose_timer = 0;         // ticks until the next decision
-    double exchange_cooldown_timer = 0;     // ticks until the next exchange is allowed
-    double constant_energy_loss_timer = 0;  // ticks since the last constant energy loss
+    Ticks action_choose_timer = 0;                       // until the next decision
+    Ticks exchange_cooldown_timer = 0;                   // until the next exchange is allowed
+    Ticks constant_energy_loss_timer = 0;                // since the last constant energy loss
     WeightedRandomSampler<int> exchange_action_sampler;  // ExchangeAction values
     WeightedRandomSampler<const HumanActionType*> action_sampler;
 

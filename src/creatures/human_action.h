@@ -13,6 +13,7 @@
 #include "creatures/human_action_type.h"
 #include "runtime/instance_id.h"
 #include "util/rng.h"
+#include "util/ticks.h"
 #include "world/terrain.h"
 
 namespace veldra {
@@ -70,7 +71,7 @@ public:
 
     const TerrainCell* target_cell =
         nullptr;  // nullptr until planned, or when no flight cell exists
-    std::optional<double> tick_at_last_target_cell_find;
+    std::optional<Ticks> tick_at_last_target_cell_find;
 
 protected:
     void append_debug_fields(std::string& out) const override;

@@ -1,11 +1,10 @@
 #include "creatures/human_action_type.h"
 
-#include <cassert>
-
 #include "creatures/food.h"
 #include "creatures/human.h"
 #include "creatures/human_exploration.h"
 #include "creatures/monster.h"
+#include "runtime/assertion.h"
 #include "runtime/callstack.h"
 #include "runtime/context.h"
 #include "runtime/once.h"
@@ -174,7 +173,8 @@ void initialize_human_action_types() {
 
 const HumanActionTypes& human_action_types() {
     const HumanActionTypes& types = ctx().slot<HumanActionTypes>();
-    assert(types.HAT_explore && "human action types used before initialize_human_action_types()?");
+    VELDRA_ASSERT(types.HAT_explore,
+                  "human action types used before initialize_human_action_types()?");
     return types;
 }
 

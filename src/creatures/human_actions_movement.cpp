@@ -22,7 +22,7 @@ namespace {
 // Food is eaten from closer than half a cell; exactly half a cell is not yet close enough.
 constexpr double EATING_DISTANCE = TERRAIN_CELL_SIZE / 2.0;
 // Ticks between two plans of a flight cell: once a second, however the pursuer moves.
-constexpr double FLIGHT_REPLAN_TICKS = 60;
+constexpr Ticks FLIGHT_REPLAN_TICKS = 60;
 
 bool in_sight(const obj_human& human, const Instance& target) {
     return point_distance(human.x, human.y, target.x, target.y) <= human.sight_range;
@@ -88,7 +88,7 @@ bool detail::AvoidAction::tick(obj_human& human, Rng&) {
     const Instance* pursuer = rt().find(target);
     if (!pursuer || !in_sight(human, *pursuer))
         return false;
-    const double now = trial_world().spent_ticks;
+    const Ticks now = trial_world().spent_ticks;
     if (!tick_at_last_target_cell_find ||
         now - *tick_at_last_target_cell_find >= FLIGHT_REPLAN_TICKS) {
         target_cell = creature_find_pathfinding_avoiding_target_cell(human, *pursuer);

@@ -3,18 +3,18 @@
 // log. Event texts are built only when a line will be written: automatic trials run thousands
 // of ticks in one call and must not format strings nobody reads.
 
-#include <cassert>
 #include <cmath>
 #include <string>
 
 #include "creatures/trial_world.h"
+#include "runtime/assertion.h"
 #include "world/terrain.h"
 
 namespace veldra::detail {
 
 inline const Terrain& trial_terrain() {
     const Terrain* terrain = trial_world().terrain;
-    assert(terrain && "humans ticked before the trial set trial_world().terrain?");
+    VELDRA_ASSERT(terrain, "humans ticked before the trial set trial_world().terrain?");
     return *terrain;
 }
 
@@ -27,7 +27,7 @@ inline int room_to_cell(double pixels) {
 // exchange-back chances.
 inline Rng& trial_rng() {
     Rng* rng = trial_world().rng;
-    assert(rng && "humans ticked before the trial set trial_world().rng?");
+    VELDRA_ASSERT(rng, "humans ticked before the trial set trial_world().rng?");
     return *rng;
 }
 

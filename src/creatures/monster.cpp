@@ -3,7 +3,6 @@
 #include "creatures/monster.h"
 
 #include <algorithm>
-#include <cassert>
 #include <cmath>
 #include <vector>
 
@@ -12,6 +11,7 @@
 #include "creatures/food.h"
 #include "creatures/human.h"
 #include "creatures/trial_world.h"
+#include "runtime/assertion.h"
 #include "runtime/context.h"
 #include "runtime/log.h"
 #include "runtime/runtime.h"
@@ -23,8 +23,8 @@ namespace veldra {
 namespace {
 
 // Ticks between two cell picks near food or when wandering: 2 to 4 seconds.
-constexpr std::int64_t CELL_PICK_MIN_TICKS = 120;
-constexpr std::int64_t CELL_PICK_MAX_TICKS = 240;
+constexpr Ticks CELL_PICK_MIN_TICKS = 120;
+constexpr Ticks CELL_PICK_MAX_TICKS = 240;
 
 // Candidates of the last cell pick, shared by every monster of the context; only grows.
 struct MonsterCellScratch {
@@ -33,13 +33,13 @@ struct MonsterCellScratch {
 
 const Terrain& trial_terrain() {
     const Terrain* terrain = trial_world().terrain;
-    assert(terrain && "monster ticked before the trial set trial_world().terrain?");
+    VELDRA_ASSERT(terrain, "monster ticked before the trial set trial_world().terrain?");
     return *terrain;
 }
 
 Rng& trial_rng() {
     Rng* rng = trial_world().rng;
-    assert(rng && "monster ticked before the trial set trial_world().rng?");
+    VELDRA_ASSERT(rng, "monster ticked before the trial set trial_world().rng?");
     return *rng;
 }
 
@@ -75,12 +75,11 @@ const TerrainCell* pick_cell_around(double x, double y, int half_size, double ra
 }
 
 // Counts a cell-pick timer down; true when it ran out, after resetting it.
-bool cell_pick_due(double& timer) {
+bool cell_pick_due(Ticks& timer) {
     timer -= 1;
     if (timer > 0)
         return false;
-    timer = static_cast<double>(
-        trial_rng().rng_irandom_range(CELL_PICK_MIN_TICKS, CELL_PICK_MAX_TICKS));
+    timer = trial_rng().rng_irandom_range(CELL_PICK_MIN_TICKS, CELL_PICK_MAX_TICKS);
     return true;
 }
 
@@ -107,7 +106,7 @@ void obj_monster::on_create() {
     attacker_energy_gain = c.monster_attacker_energy_gain;
 }
 
-void obj_monster::on_tick(double tick, Rng& rng) {
+void obj_monster::on_tick(Ticks tick, Rng& rng) {
     obj_creature::on_tick(tick, rng);
     const TerrainCell* under = trial_terrain().cell_at_room(x, y);
     const double speed_factor =

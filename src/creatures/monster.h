@@ -15,7 +15,7 @@ class obj_monster : public obj_creature {
     VELDRA_OBJECT(obj_monster, obj_creature)
 public:
     void on_create() override;
-    void on_tick(double tick, Rng& rng) override;
+    void on_tick(Ticks tick, Rng& rng) override;
 
     // A random traversable cell of the square around the food; nullptr when the square has
     // none. Draws from the trial's generator only when there is a choice to make.
@@ -26,8 +26,8 @@ public:
     InstanceId target_creature = NO_INSTANCE;  // the human being hunted
     InstanceId target_food = NO_INSTANCE;      // the food being guarded
     const TerrainCell* target_cell_around_food = nullptr;
-    double target_food_cell_timer = 0;  // ticks until a new cell near the food is picked
-    double exploration_timer = 0;       // ticks until a new wander cell is picked
+    Ticks target_food_cell_timer = 0;  // until a new cell near the food is picked
+    Ticks exploration_timer = 0;       // until a new wander cell is picked
     const TerrainCell* target_explore_cell = nullptr;
     double movement_speed = 0;              // pixels per tick while hunting
     double exploration_movement_speed = 0;  // pixels per tick while guarding or wandering

@@ -11,6 +11,7 @@
 #include "creatures/event.h"
 #include "runtime/instance_id.h"
 #include "util/rng.h"
+#include "util/ticks.h"
 
 namespace veldra {
 
@@ -22,10 +23,9 @@ struct TrialWorld {
     // The trial's own generator: counter-attack and exchange-back chances, monster timers and
     // cell picks. Tick handlers get the ticker's generator instead, for the decision draws.
     Rng* rng = nullptr;
-    double spent_ticks = 0;  // ticks run so far; the creatures' only clock
+    Ticks spent_ticks = 0;  // ticks run so far; the creatures' only clock
     // Subscribes a tick handler under its owner; the ticker drops it once the owner is gone.
-    std::function<void(InstanceId owner, std::function<void(double tick, Rng& rng)>)>
-        subscribe_tick;
+    std::function<void(InstanceId owner, std::function<void(Ticks tick, Rng& rng)>)> subscribe_tick;
     // The trial's event log; unset means nothing is logged, so callers test it before building
     // any text.
     std::function<void(const std::string&)> log_event;

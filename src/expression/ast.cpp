@@ -2,6 +2,8 @@
 
 #include <cassert>
 
+#include "runtime/assertion.h"
+
 namespace veldra::detail {
 
 double apply_op(Op op, const double* args) {
@@ -51,7 +53,7 @@ bool Ast::is_constant(NodeId id, double value) const {
 }
 
 NodeId Ast::apply(Op op, std::initializer_list<NodeId> args) {
-    assert(static_cast<int>(args.size()) == op_arity(op) && "Ast::apply: wrong operand count");
+    VELDRA_ASSERT(static_cast<int>(args.size()) == op_arity(op), "Ast::apply: wrong operand count");
     const NodeId* arg = args.begin();
     if (op == Op::Pow && is_constant(arg[1], 2.0)) {
         return apply(Op::Square, {arg[0]});

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cassert>
 
+#include "runtime/assertion.h"
+
 namespace veldra::detail {
 namespace {
 
@@ -57,7 +59,7 @@ private:
 std::optional<std::vector<Instr>> CodeGenerator::run(NodeId root) {
     generate(root, false);
     emit(opcode(Fixed::ret), 0, 0, 0.0, 0);
-    assert(depth_ == 0 && "CodeGenerator: unbalanced operand stack");
+    VELDRA_ASSERT(depth_ == 0, "CodeGenerator: unbalanced operand stack");
     if (max_depth_ > STACK_CAPACITY) {
         return std::nullopt;
     }
@@ -163,7 +165,7 @@ void CodeGenerator::emit_single(const Node& node, bool push) {
         }
         return;
     }
-    assert((is_var(a) || is_var(b)) && "CodeGenerator: constant operation was not folded");
+    VELDRA_ASSERT(is_var(a) || is_var(b), "CodeGenerator: constant operation was not folded");
     if (is_var(a) && is_var(b)) {
         emit(opcode(node.op, push ? BinaryForm::push_var_var : BinaryForm::var_var), var_index(a),
              var_index(b), 0.0, pushed);

@@ -1,6 +1,5 @@
 #include "runtime/context.h"
-
-#include <cassert>
+#include "runtime/assertion.h"
 
 namespace veldra {
 
@@ -24,8 +23,8 @@ Context::~Context() {
 }
 
 Context& ctx() {
-    assert(current_context &&
-           "ctx() with no current Context: create one and a ContextScope first?");
+    VELDRA_ASSERT(current_context,
+                  "ctx() with no current Context: create one and a ContextScope first?");
     return *current_context;
 }
 

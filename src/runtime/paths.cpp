@@ -7,6 +7,9 @@
 
 namespace veldra {
 
+namespace {
+
+// The data directory, always ending in a separator.
 std::string data_directory() {
     if (const char* project = std::getenv("VeldraProjectDir"); project && *project)
         return std::string(project) + "/datafiles/";
@@ -15,6 +18,8 @@ std::string data_directory() {
         return "datafiles/";
     return (program_directory / "datafiles").string() + "/";
 }
+
+}  // namespace
 
 std::string make_included_file_filename(std::string_view name) {
     return data_directory() + std::string(name);

@@ -14,9 +14,6 @@ struct Paths {
     std::filesystem::path program_directory;  // set at start-up; empty means the working directory
 };
 
-// The data directory, always ending in a separator.
-std::string data_directory();
-
 // A file the game ships: data directory + name.
 std::string make_included_file_filename(std::string_view name);
 

@@ -1,7 +1,7 @@
 #include "runtime/runtime.h"
+#include "runtime/assertion.h"
 
 #include <algorithm>
-#include <cassert>
 
 namespace veldra {
 
@@ -126,8 +126,8 @@ int Runtime::room_add(RoomDefinition room) {
 }
 
 void Runtime::room_goto(int room) {
-    assert(room >= 0 && room < static_cast<int>(rooms_.size()) &&
-           "room_goto to a room that was never added?");
+    VELDRA_ASSERT(room >= 0 && room < static_cast<int>(rooms_.size()),
+                  "room_goto to a room that was never added?");
     pending_room_ = room;
 }
 

@@ -1,8 +1,6 @@
 #include "runtime/value.h"
 
-#include <cstdio>
-#include <cstdlib>
-
+#include "runtime/assertion.h"
 #include "runtime/value_rep.h"
 
 namespace veldra {
@@ -12,11 +10,6 @@ using detail::MethodRep;
 using detail::StringRep;
 using detail::StructRep;
 using detail::ValueAccess;
-
-void detail::value_misuse(std::string_view hint) {
-    std::fprintf(stderr, "Value used wrongly: %.*s\n", static_cast<int>(hint.size()), hint.data());
-    std::abort();
-}
 
 Value Value::unset() noexcept {
     Value v;
@@ -75,7 +68,7 @@ void free_object(ValueKind kind, detail::RefCounted* rep, std::vector<Value>& or
             return;
         }
         default:
-            detail::value_misuse("freeing a value kind that is not reference counted");
+            VELDRA_ASSERT(false, "freeing a value kind that is not reference counted");
     }
 }
 
@@ -96,37 +89,35 @@ void Value::destroy() noexcept {
 }
 
 double Value::as_number() const {
+    VELDRA_ASSERT(
+        is_number() || is_instance() || is_bool(),
+        "as_number() on a value of type " + type_name(*this) + "; check is_number() first?");
     switch (kind_) {
-        case ValueKind::number:
-            return p_.number;
         case ValueKind::instance:
             return static_cast<double>(p_.instance);
         case ValueKind::boolean:
             return p_.boolean ? 1.0 : 0.0;
         default:
-            detail::value_misuse("as_number() on a value of type " + type_name(*this) +
-                                 "; check is_number() first?");
+            return p_.number;
     }
 }
 
 bool Value::as_bool() const {
-    if (kind_ != ValueKind::boolean)
-        detail::value_misuse("as_bool() on a value of type " + type_name(*this) +
-                             "; check is_bool() first?");
+    VELDRA_ASSERT(kind_ == ValueKind::boolean,
+                  "as_bool() on a value of type " + type_name(*this) + "; check is_bool() first?");
     return p_.boolean;
 }
 
 const std::string& Value::as_string() const {
-    if (kind_ != ValueKind::string)
-        detail::value_misuse("as_string() on a value of type " + type_name(*this) +
-                             "; check is_string() first, or use to_string()?");
+    VELDRA_ASSERT(kind_ == ValueKind::string, "as_string() on a value of type " + type_name(*this) +
+                                                  "; check is_string() first, or use to_string()?");
     return static_cast<const StringRep*>(p_.rep)->text;
 }
 
 InstanceId Value::as_instance() const {
-    if (kind_ != ValueKind::instance)
-        detail::value_misuse("as_instance() on a value of type " + type_name(*this) +
-                             "; check is_instance() first?");
+    VELDRA_ASSERT(
+        kind_ == ValueKind::instance,
+        "as_instance() on a value of type " + type_name(*this) + "; check is_instance() first?");
     return p_.instance;
 }
 

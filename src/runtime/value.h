@@ -54,7 +54,6 @@ struct RefCounted {
     std::size_t refs = 1;  // Values holding this object
 };
 struct ValueAccess;
-[[noreturn]] void value_misuse(std::string_view hint);
 }  // namespace detail
 
 class Value {

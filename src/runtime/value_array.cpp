@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "runtime/assertion.h"
 #include "runtime/value.h"
 #include "runtime/value_rep.h"
 
@@ -14,16 +15,14 @@ namespace {
 
 const ArrayRep& array_of(const Value& v, const char* operation) {
     const ArrayRep* array = ValueAccess::array(v);
-    if (!array)
-        detail::value_misuse(std::string(operation) + " on a value of type " + type_name(v) +
+    VELDRA_ASSERT(array, std::string(operation) + " on a value of type " + type_name(v) +
                              "; only arrays have elements");
     return *array;
 }
 
 void check_index(std::size_t index, std::size_t size) {
-    if (index >= size)
-        detail::value_misuse("index out of bounds request " + std::to_string(index) +
-                             " maximum size is " + std::to_string(size));
+    VELDRA_ASSERT(index < size, "index out of bounds request " + std::to_string(index) +
+                                    " maximum size is " + std::to_string(size));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "runtime/assertion.h"
 #include "runtime/value.h"
 #include "runtime/value_rep.h"
 
@@ -20,9 +21,8 @@ StructRep* struct_or_null(const Value& v) {
 
 StructRep& struct_of(const Value& v, const char* operation) {
     StructRep* rep = struct_or_null(v);
-    if (!rep)
-        detail::value_misuse(std::string(operation) + " on a value of type " + type_name(v) +
-                             "; only structs have fields");
+    VELDRA_ASSERT(rep, std::string(operation) + " on a value of type " + type_name(v) +
+                           "; only structs have fields");
     return *rep;
 }
 
@@ -35,9 +35,8 @@ StructField* find_field(StructRep& rep, std::string_view name) {
 }
 
 MethodRep& method_of(const Value& v, const char* operation) {
-    if (!v.is_method())
-        detail::value_misuse(std::string(operation) + " on a value of type " + type_name(v) +
-                             "; check is_method() first?");
+    VELDRA_ASSERT(v.is_method(), std::string(operation) + " on a value of type " + type_name(v) +
+                                     "; check is_method() first?");
     return static_cast<MethodRep&>(*ValueAccess::node(v));
 }
 

@@ -9,7 +9,7 @@
 #include "runtime/log.h"
 #include "runtime/paths.h"
 #include "serial/json.h"
-#include "startup/program.h"
+#include "veldra_version.h"
 
 namespace veldra {
 

@@ -17,6 +17,8 @@
 #include "startup/program.h"
 #include "startup/run_mode.h"
 #include "trials/game_systems.h"
+#include "util/text.h"
+#include "veldra_version.h"
 
 #ifndef VELDRA_BUILD_CONFIGURATION
 #define VELDRA_BUILD_CONFIGURATION "Default"

@@ -16,10 +16,16 @@
 #include "runtime/services.h"
 #include "startup/obj_init.h"
 #include "startup/rooms.h"
+#include "veldra_version.h"
 
 namespace veldra {
 
 namespace {
+
+// The exit status a mode asks for when it ends the game.
+struct ProgramExit {
+    int status = 0;
+};
 
 void print_help() {
     std::printf("Usage: veldra [key=value ...]\n\nParameters:\n");

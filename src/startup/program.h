@@ -7,8 +7,6 @@
 
 namespace veldra {
 
-inline constexpr const char* BUILD_VERSION = "1.0.0.0";
-
 int run_program(int argc, char** argv);
 
 // What the program was started with; obj_init reads its parameters from here.
@@ -16,10 +14,6 @@ struct ProgramArguments {
     std::vector<std::string> arguments;
 };
 
-// The exit status a mode asks for when it ends the game.
-struct ProgramExit {
-    int status = 0;
-};
 void end_program(int status);
 
 }  // namespace veldra

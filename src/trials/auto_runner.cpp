@@ -15,6 +15,7 @@
 #include "trials/trial.h"
 #include "trials/trial_data.h"
 #include "trials/trial_level_info.h"
+#include "veldra_version.h"
 #include "world/level_file.h"
 
 namespace veldra {
@@ -114,8 +115,8 @@ void obj_auto_runner::on_step() {
     gc_collect();
     running = true;
     const AutoRunParams& run = params[current_param_index];
-    auto_run_trial(run.filename, static_cast<double>(current_param_index), run.traits, run.seed,
-                   total_score)
+    auto_run_trial(run.filename, static_cast<std::int64_t>(current_param_index), run.traits,
+                   run.seed, total_score)
         .and_then([this](const Value& record) {
             total_score += record.get("result").get("trial_score").as_number();
             // A line that did not reach the disk ends the batch: going on would leave a gap.
@@ -180,12 +181,12 @@ Promise auto_run_trials(const std::string& configs_filename, const std::string& 
         [resolve_slot](const Resolve& resolve, const Reject&) { *resolve_slot = resolve; });
 }
 
-Promise auto_run_trial(const std::string& level_filename, double play_order,
+Promise auto_run_trial(const std::string& level_filename, std::int64_t play_order,
                        const PersonalityTraits& traits, double seed,
                        double total_score_before_this_trial) {
     if (obj_trial* previous = current_trial())
         rt().instance_destroy(previous->id());
-    log("Starting auto run #" + number_to_string(play_order));
+    log("Starting auto run #" + std::to_string(play_order));
     return room_goto_or_restart(rt().room_find("rm_game")).and_then([=]() -> HandlerResult {
         const Level* level = auto_run_level(level_filename);
         if (!level)
@@ -195,7 +196,7 @@ Promise auto_run_trial(const std::string& level_filename, double play_order,
         trial.initialize(*level, seed, true, configs().game_speed, total_score_before_this_trial);
         TrialData data;
         data.config_version = configs().configuration_version;
-        data.game_version = "1.0.0.0";
+        data.game_version = BUILD_VERSION;
         data.seed = seed;
         data.level_info = trial_level_info_from_level(*level, level_filename, play_order);
         data.traits = traits;

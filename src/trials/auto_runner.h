@@ -4,6 +4,7 @@
 // runner is one persistent entity that starts one run per free step; each run goes to the game
 // room afresh, so nothing of a trial outlives it.
 
+#include <cstdint>
 #include <cstdio>
 #include <functional>
 #include <map>
@@ -70,7 +71,7 @@ Promise auto_run_trials(const std::string& configs_filename, const std::string& 
 std::optional<AutoRunConfigs> auto_run_read_and_check(const std::string& configs_filename);
 
 // One automatic trial; fulfilled with the record (a struct, see trial_data_to_value).
-Promise auto_run_trial(const std::string& level_filename, double play_order,
+Promise auto_run_trial(const std::string& level_filename, std::int64_t play_order,
                        const PersonalityTraits& traits, double seed,
                        double total_score_before_this_trial);
 

@@ -8,7 +8,7 @@
 
 namespace veldra {
 
-Promise wait_ticks(Ticker& ticker, InstanceId trial, InstanceId instance, std::int64_t num_ticks) {
+Promise wait_ticks(Ticker& ticker, InstanceId trial, InstanceId instance, Ticks num_ticks) {
     return Promise([&ticker, trial, instance, num_ticks](const Resolve& resolve, const Reject&) {
         detail::create_waiter<obj_tick_waiter>().initialize(ticker, trial, instance, num_ticks,
                                                             resolve);
@@ -16,7 +16,7 @@ Promise wait_ticks(Ticker& ticker, InstanceId trial, InstanceId instance, std::i
 }
 
 void obj_tick_waiter::initialize(Ticker& ticker, InstanceId trial_id, InstanceId instance_id,
-                                 std::int64_t num_ticks, Resolve resolve) {
+                                 Ticks num_ticks, Resolve resolve) {
     trial = trial_id;
     instance = instance_id;
     ticks = num_ticks;
@@ -24,7 +24,7 @@ void obj_tick_waiter::initialize(Ticker& ticker, InstanceId trial_id, InstanceId
     if (!runtime().instance_exists(trial))
         return;
     // By id, not by pointer: the handler belongs to `instance` and may outlive this waiter.
-    ticker.on_tick(instance, [waiter_id = id()](std::int64_t, Rng&) {
+    ticker.on_tick(instance, [waiter_id = id()](Ticks, Rng&) {
         if (auto* waiter = rt().find_as<obj_tick_waiter>(waiter_id))
             waiter->count_down();
     });

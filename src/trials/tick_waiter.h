@@ -2,10 +2,9 @@
 // Waiting for trial ticks: a promise fulfilled from a tick handler, so game logic can wait in
 // simulated time rather than in frames, whatever the game speed.
 
-#include <cstdint>
-
 #include "async/promise.h"
 #include "runtime/instance.h"
+#include "util/ticks.h"
 
 namespace veldra {
 
@@ -16,20 +15,20 @@ class Ticker;
 // pending. The ticker is its trial's; `trial` is that trial entity, watched by the waiter,
 // which gives up (promise pending for ever) once the trial is gone. The ticker is only used
 // while the executor runs, so it need not outlive the waiter.
-Promise wait_ticks(Ticker& ticker, InstanceId trial, InstanceId instance, std::int64_t num_ticks);
+Promise wait_ticks(Ticker& ticker, InstanceId trial, InstanceId instance, Ticks num_ticks);
 
 class obj_tick_waiter : public Instance {
     VELDRA_OBJECT(obj_tick_waiter, Instance)
 public:
     // Registers the countdown with `ticker` on behalf of `instance`; skipped when the trial is
     // already gone, which the next step notices.
-    void initialize(Ticker& ticker, InstanceId trial, InstanceId instance, std::int64_t ticks,
+    void initialize(Ticker& ticker, InstanceId trial, InstanceId instance, Ticks ticks,
                     Resolve callback);
     void on_step() override;
 
     InstanceId trial = NO_INSTANCE;
     InstanceId instance = NO_INSTANCE;
-    std::int64_t ticks = 0;  // ticks still to wait
+    Ticks ticks = 0;  // ticks still to wait
     Resolve callback;
     bool callback_done = false;
 

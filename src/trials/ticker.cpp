@@ -1,9 +1,9 @@
 #include "trials/ticker.h"
 
-#include <cassert>
 #include <iterator>
 #include <utility>
 
+#include "runtime/assertion.h"
 #include "runtime/runtime.h"
 
 namespace veldra {
@@ -17,12 +17,12 @@ void Ticker::on_tick(InstanceId instance, Callback callback) {
 }
 
 Rng& Ticker::rng() {
-    assert(rng_ && "Ticker used before initialize(seed)?");
+    VELDRA_ASSERT(rng_, "Ticker used before initialize(seed)?");
     return *rng_;
 }
 
 void Ticker::tick() {
-    assert(!ticking_ && "Ticker::tick called from inside a tick handler?");
+    VELDRA_ASSERT(!ticking_, "Ticker::tick called from inside a tick handler?");
     Rng& generator = rng();
     const Runtime& runtime = rt();
     ticking_ = true;

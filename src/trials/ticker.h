@@ -10,19 +10,19 @@
 //   after the owner went; the handler after it still runs in that tick.
 // - reset() or free() called from a handler drops the rest of the walk.
 
-#include <cstdint>
 #include <deque>
 #include <functional>
 #include <optional>
 
 #include "runtime/instance_id.h"
 #include "util/rng.h"
+#include "util/ticks.h"
 
 namespace veldra {
 
 class Ticker {
 public:
-    using Callback = std::function<void(std::int64_t tick, Rng& rng)>;
+    using Callback = std::function<void(Ticks tick, Rng& rng)>;
 
     // Gives the ticker its own generator; tick() needs it.
     void initialize(double seed);
@@ -36,7 +36,7 @@ public:
     Rng& rng();
     std::size_t handler_count() const { return handlers_.size(); }
 
-    std::int64_t spent_ticks = 0;  // ticks run so far
+    Ticks spent_ticks = 0;  // ticks run so far
 
 private:
     struct TickHandler {

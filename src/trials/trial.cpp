@@ -50,7 +50,7 @@ PersonalityTraitRanges default_ai_trait_ranges() {
 }  // namespace
 
 void obj_trial::on_create() {
-    max_ticks = std::ceil(configs().trial_time * 60);
+    max_ticks = static_cast<Ticks>(std::ceil(configs().trial_time * 60));
     state = TrialState::Created;
 }
 
@@ -66,10 +66,8 @@ void obj_trial::initialize(const Level& level_to_run, double seed, bool auto_run
     TrialWorld& world = trial_world();
     world = TrialWorld{};
     world.rng = &*rng;
-    world.subscribe_tick = [this](InstanceId owner, std::function<void(double, Rng&)> callback) {
-        ticker.on_tick(owner, [callback = std::move(callback)](std::int64_t tick, Rng& r) {
-            callback(static_cast<double>(tick), r);
-        });
+    world.subscribe_tick = [this](InstanceId owner, Ticker::Callback callback) {
+        ticker.on_tick(owner, std::move(callback));
     };
     world.log_event = [this](const std::string& message) { log_event(message); };
     if (!auto_run)
@@ -139,18 +137,19 @@ obj_trial::StartResult obj_trial::start(std::optional<PersonalityTraits> player_
     });
 }
 
-void obj_trial::build_result(const char* outcome) {
-    const double spent = static_cast<double>(ticker.spent_ticks);
+void obj_trial::build_result(TrialOutcome outcome) {
+    const Ticks spent = ticker.spent_ticks;
     obj_human_player* player = rt().instance_find<obj_human_player>(0);
     const double energy = player ? player->energy : 0;
     const double energy_fraction = player ? player->energy / player->energy_max : 0;
-    const double time_fraction = spent / max_ticks;  // 0 / 0 is NaN for a zero-length trial
+    // 0 / 0 is NaN for a zero-length trial.
+    const double time_fraction = static_cast<double>(spent) / static_cast<double>(max_ticks);
     TrialResult r;
-    r.type = outcome;
+    r.outcome = outcome;
     r.time_left = max_ticks - spent;
-    r.num_monsters_remaining = static_cast<double>(rt().instance_number<obj_monster>());
-    r.num_food_remaining = static_cast<double>(rt().instance_number<obj_food>());
-    r.num_humans_remaining = static_cast<double>(rt().instance_number<obj_human>());
+    r.num_monsters_remaining = static_cast<std::int64_t>(rt().instance_number<obj_monster>());
+    r.num_food_remaining = static_cast<std::int64_t>(rt().instance_number<obj_food>());
+    r.num_humans_remaining = static_cast<std::int64_t>(rt().instance_number<obj_human>());
     r.energy_remaining = energy;
     r.trial_score =
         configs().trial_score(traits.value_or(PersonalityTraits{}), energy_fraction, time_fraction);
@@ -160,13 +159,13 @@ void obj_trial::build_result(const char* outcome) {
 bool obj_trial::tick() {
     if (result)
         return false;
-    if (static_cast<double>(ticker.spent_ticks) < max_ticks) {
+    if (ticker.spent_ticks < max_ticks) {
         ticker.tick();
-        trial_world().spent_ticks = static_cast<double>(ticker.spent_ticks);
+        trial_world().spent_ticks = ticker.spent_ticks;
         if (rt().instance_number<obj_human_player>() == 0)
-            build_result(TRES_PERISHED);
+            build_result(TrialOutcome::perished);
     } else {
-        build_result(TRES_SURVIVED);
+        build_result(TrialOutcome::survived);
     }
     return true;
 }

@@ -50,7 +50,7 @@ public:
     std::optional<PersonalityTraits> traits;
     bool is_auto_run = false;
     double total_score_before_this_trial = 0;
-    double max_ticks = 0;
+    Ticks max_ticks = 0;
     double game_speed = 1;  // ticks per frame; negative: the rest of the trial in one frame
     double tick_remainder = 0;
     std::function<void(const TrialResult&)> ended_callback;
@@ -59,7 +59,7 @@ public:
 
 private:
     void give_traits_to_ai_humans();
-    void build_result(const char* outcome);
+    void build_result(TrialOutcome outcome);
 };
 
 // Start-up: once-only; sets Trial to no instance.

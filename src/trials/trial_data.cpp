@@ -24,6 +24,10 @@ Value level_info_to_value(const TrialLevelInfo& info) {
     return v;
 }
 
+const char* trial_outcome_text(TrialOutcome outcome) {
+    return outcome == TrialOutcome::perished ? "perished" : "survived";
+}
+
 Value traits_to_value(const PersonalityTraits& traits) {
     Value v = Value::make_struct();
     v.set("openness", traits.openness);
@@ -34,11 +38,29 @@ Value traits_to_value(const PersonalityTraits& traits) {
     return v;
 }
 
+// The leaf field paths of any struct, joined by ".".
+void _struct_get_names_recursively(const Value& structure, const std::string& prefix,
+                                   std::vector<std::string>& out_names) {
+    for (const auto& field : structure.fields()) {
+        if (field.value.is_struct())
+            _struct_get_names_recursively(field.value, prefix + field.name + ".", out_names);
+        else
+            out_names.push_back(prefix + field.name);
+    }
+}
+
+Value _struct_get_value_recursively(const Value& structure, std::string_view path) {
+    Value current = structure;
+    for (const std::string& part : string_split(path, '.'))
+        current = current.get(part);
+    return current;
+}
+
 }  // namespace
 
 Value trial_result_to_value(const TrialResult& r) {
     Value v = Value::make_struct();
-    v.set("type", r.type);
+    v.set("type", trial_outcome_text(r.outcome));
     v.set("time_left", r.time_left);
     v.set("num_monsters_remaining", r.num_monsters_remaining);
     v.set("num_food_remaining", r.num_food_remaining);
@@ -60,28 +82,10 @@ Value trial_data_to_value(const TrialData& data) {
     return v;
 }
 
-void _struct_get_names_recursively(const Value& structure, const std::string& prefix,
-                                   std::vector<std::string>& out_names) {
-    for (const auto& field : structure.fields()) {
-        if (field.value.is_struct())
-            _struct_get_names_recursively(field.value, prefix + field.name + ".", out_names);
-        else
-            out_names.push_back(prefix + field.name);
-    }
-}
-
-Value _struct_get_value_recursively(const Value& structure, std::string_view path) {
-    Value current = structure;
-    for (const std::string& part : string_split(path, '.'))
-        current = current.get(part);
-    return current;
-}
-
 const std::vector<std::string>& trial_data_get_flattened_names() {
     // The column set follows the record's fields, never a particular record's values.
     static const std::vector<std::string> names = [] {
         TrialData sample;
-        sample.result.type = TRES_SURVIVED;
         std::vector<std::string> out;
         _struct_get_names_recursively(trial_data_to_value(sample), "", out);
         std::sort(out.begin(), out.end());

@@ -5,6 +5,7 @@
 // and as JSON for the research server.
 
 #include <array>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -18,13 +19,13 @@ namespace veldra {
 
 struct TrialLevelInfo {
     std::string filename;
-    double play_order = 0;
-    double num_monsters = 0;
-    double num_food = 0;
-    double num_humans = 0;                         // random humans plus every typed one
-    double num_humans_h = 0;                       // cells of random humans ("h")
-    std::array<double, 10> num_humans_per_type{};  // cells "0" to "9"
-    double num_sand = 0;
+    std::int64_t play_order = 0;  // the run's index in its batch
+    std::int64_t num_monsters = 0;
+    std::int64_t num_food = 0;
+    std::int64_t num_humans = 0;                         // random humans plus every typed one
+    std::int64_t num_humans_h = 0;                       // cells of random humans ("h")
+    std::array<std::int64_t, 10> num_humans_per_type{};  // cells "0" to "9"
+    std::int64_t num_sand = 0;
 };
 
 struct TrialData {
@@ -37,6 +38,7 @@ struct TrialData {
     TrialResult result;
 };
 
+// The result as a struct (the JSON form); the outcome becomes "survived" or "perished".
 Value trial_result_to_value(const TrialResult& result);
 
 // The record as a nested struct, fields in record order (the JSON form).
@@ -53,10 +55,5 @@ std::string trial_data_value_as_csv(const Value& record);
 
 // "num_food_remaining" -> "numFoodRemaining"; empty parts are dropped ("a__b" -> "aB").
 std::string _snake_to_camel_case(std::string_view text);
-
-// Helpers of the flattening, on any struct.
-void _struct_get_names_recursively(const Value& structure, const std::string& prefix,
-                                   std::vector<std::string>& out_names);
-Value _struct_get_value_recursively(const Value& structure, std::string_view path);
 
 }  // namespace veldra

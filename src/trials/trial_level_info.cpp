@@ -5,7 +5,7 @@
 namespace veldra {
 
 TrialLevelInfo trial_level_info_from_level(const Level& level, const std::string& filename,
-                                           double play_order) {
+                                           std::int64_t play_order) {
     const LevelCellTypeTable& types = lct();
     TrialLevelInfo info;
     info.filename = filename;
@@ -14,7 +14,7 @@ TrialLevelInfo trial_level_info_from_level(const Level& level, const std::string
     info.num_food = level_get_num_cells_of_type(level, types.LCT_food);
     info.num_humans_h = level_get_num_cells_of_type(level, types.LCT_human_random);
     info.num_sand = level_get_num_cells_of_type(level, types.LCT_sand);
-    double typed = 0;
+    std::int64_t typed = 0;
     for (std::size_t i = 0; i < info.num_humans_per_type.size() &&
                             i < types.all_typed_human_ai_level_cell_types.size();
          ++i) {

@@ -1,19 +1,24 @@
 #pragma once
-// How one trial ended.
+// How one trial ended. Counts and ticks stay whole numbers here; the record's text and numbers
+// are made where it becomes CSV or JSON (trial_data.h).
 
-#include <string>
+#include <cstdint>
+
+#include "util/ticks.h"
 
 namespace veldra {
 
-inline constexpr const char* TRES_SURVIVED = "survived";
-inline constexpr const char* TRES_PERISHED = "perished";
+enum class TrialOutcome {
+    survived,  // the time ran out with the player's human alive
+    perished,  // the player's human is gone
+};
 
 struct TrialResult {
-    std::string type;      // TRES_SURVIVED or TRES_PERISHED
-    double time_left = 0;  // ticks not spent
-    double num_monsters_remaining = 0;
-    double num_food_remaining = 0;
-    double num_humans_remaining = 0;
+    TrialOutcome outcome = TrialOutcome::survived;
+    Ticks time_left = 0;  // not spent
+    std::int64_t num_monsters_remaining = 0;
+    std::int64_t num_food_remaining = 0;
+    std::int64_t num_humans_remaining = 0;
     double energy_remaining = 0;  // the player's energy at the end; 0 without a player
     double trial_score = 0;       // the configuration's trial_score formula
 };

@@ -3,10 +3,10 @@
 // start of every round, the first included. It deals forever: callers that want one pass count
 // their draws against get_size().
 
-#include <cassert>
 #include <cstddef>
 #include <vector>
 
+#include "runtime/assertion.h"
 #include "util/rng.h"
 
 namespace veldra {
@@ -19,7 +19,7 @@ public:
         : elements_(std::move(elements)), rng_(&rng), running_index_(elements_.size()) {}
 
     const T& draw_one() {
-        assert(!elements_.empty() && "draw_one on an empty deck; check get_size() first");
+        VELDRA_ASSERT(!elements_.empty(), "draw_one on an empty deck; check get_size() first");
         if (running_index_ >= elements_.size()) {
             rng_->rng_array_shuffle(elements_);
             running_index_ = 0;

@@ -6,7 +6,6 @@
 // Integer draws include both ends: rng_irandom(n) is in 0..n, rng_irandom_range(lo, hi) in
 // lo..hi. Shuffles are Fisher-Yates from the last index down, one rng_irandom(i) per index.
 
-#include <cassert>
 #include <cmath>
 #include <cstdint>
 #include <initializer_list>
@@ -14,6 +13,8 @@
 #include <type_traits>
 #include <utility>
 #include <vector>
+
+#include "runtime/assertion.h"
 
 namespace veldra {
 
@@ -85,7 +86,8 @@ public:
 
     template <class T>
     const T& rng_array_get_random(const std::vector<T>& array) {
-        assert(!array.empty() && "rng_array_get_random on an empty array; check the size first");
+        VELDRA_ASSERT(!array.empty(),
+                      "rng_array_get_random on an empty array; check the size first");
         return array[random_index(array.size())];
     }
 
@@ -99,7 +101,8 @@ public:
 
     template <class T>
     T rng_array_pop_random(std::vector<T>& array) {
-        assert(!array.empty() && "rng_array_pop_random on an empty array; check the size first");
+        VELDRA_ASSERT(!array.empty(),
+                      "rng_array_pop_random on an empty array; check the size first");
         const auto it = array.begin() + static_cast<std::ptrdiff_t>(random_index(array.size()));
         T value = std::move(*it);
         array.erase(it);
@@ -133,7 +136,7 @@ private:
 
     template <class T>
     T choose_from(std::initializer_list<T> choices) {
-        assert(choices.size() > 0 && "rng_choose needs at least one choice");
+        VELDRA_ASSERT(choices.size() > 0, "rng_choose needs at least one choice");
         return *(choices.begin() + random_index(choices.size()));
     }
 

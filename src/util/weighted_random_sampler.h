@@ -7,13 +7,13 @@
 // decision, so get_ordered_array can fill a caller's vector without allocating after warm-up.
 
 #include <algorithm>
-#include <cassert>
 #include <cstddef>
 #include <memory>
 #include <utility>
 #include <variant>
 #include <vector>
 
+#include "runtime/assertion.h"
 #include "util/rng.h"
 
 namespace veldra {
@@ -30,7 +30,7 @@ public:
     }
 
     void add_sampler(NestedSampler sampler, double weight) {
-        assert(sampler && "add_sampler with a null sampler");
+        VELDRA_ASSERT(sampler, "add_sampler with a null sampler");
         elements_.push_back(Element{weight, std::move(sampler)});
         total_weight_ += weight;
     }
@@ -89,7 +89,7 @@ public:
     double total_weight() const { return total_weight_; }
 
     void change_weight_at(std::size_t index, double weight) {
-        assert(index < elements_.size() && "change_weight_at past the last entry");
+        VELDRA_ASSERT(index < elements_.size(), "change_weight_at past the last entry");
         total_weight_ += weight - elements_[index].weight;
         elements_[index].weight = weight;
     }

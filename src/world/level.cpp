@@ -31,20 +31,25 @@ int level_get_num_cells_of_types(const Level& level, std::span<const LevelCellTy
     return count;
 }
 
+namespace {
+
+// The terrain cell for one level cell, after its type's dump behaviour has run.
+TerrainCell level_cell_dump(const LevelCell& cell) {
+    TerrainCell terrain_cell(cell.cx, cell.cy, cell.type->is_traversable);
+    cell.type->dump_callback(*cell.type, terrain_cell);
+    return terrain_cell;
+}
+
+}  // namespace
+
 Terrain level_dump(const Level& level) {
     std::vector<TerrainCell> cells;
     cells.reserve(static_cast<std::size_t>(level.width) * level.height);
     for (const auto& row : level.cells) {
         for (const LevelCell& cell : row)
-            cells.push_back(level_cell_dump(level, cell));
+            cells.push_back(level_cell_dump(cell));
     }
     return Terrain(level.width, level.height, std::move(cells));
-}
-
-TerrainCell level_cell_dump(const Level&, const LevelCell& cell) {
-    TerrainCell terrain_cell(cell.cx, cell.cy, cell.type->is_traversable);
-    cell.type->dump_callback(*cell.type, terrain_cell);
-    return terrain_cell;
 }
 
 }  // namespace veldra

@@ -40,7 +40,4 @@ int level_get_num_cells_of_types(const Level& level, std::span<const LevelCellTy
 // terrain, not spawned, so a trial's entities and their ids never depend on a window.
 Terrain level_dump(const Level& level);
 
-// The terrain cell for one level cell, after its type's dump behaviour has run.
-TerrainCell level_cell_dump(const Level& level, const LevelCell& cell);
-
 }  // namespace veldra

@@ -1,7 +1,6 @@
 #include "world/level_cell_types.h"
 
-#include <cassert>
-
+#include "runtime/assertion.h"
 #include "runtime/callstack.h"
 #include "runtime/context.h"
 #include "runtime/once.h"
@@ -84,7 +83,7 @@ void initialize_level_cell_types() {
 
 const LevelCellTypeTable& lct() {
     const LevelCellTypeTable& table = ctx().slot<LevelCellTypeTable>();
-    assert(table.LCT_empty && "level cell types used before initialize_level_cell_types()?");
+    VELDRA_ASSERT(table.LCT_empty, "level cell types used before initialize_level_cell_types()?");
     return table;
 }
 

@@ -24,7 +24,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <cassert>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -34,6 +33,7 @@
 #include <utility>
 #include <vector>
 
+#include "runtime/assertion.h"
 #include "util/struct_pool.h"
 #include "world/pathfinder_grid.h"
 #include "world/pathfinder_node_maps.h"
@@ -96,7 +96,7 @@ public:
     }
 
     Entry pop() {
-        assert(!heap_.empty() && "pop from an empty open set");
+        VELDRA_ASSERT(!heap_.empty(), "pop from an empty open set");
         Entry* heap = heap_.data();
         const Entry taken = heap[0];
         const Entry last = heap_.back();
@@ -171,8 +171,8 @@ public:
           counts_(bucket_count),
           spilled_(bucket_count),
           occupied_((bucket_count + word_bits - 1) / word_bits) {
-        assert(width > 0 && std::isfinite(inverse_width_) && bucket_count >= 2 &&
-               "PfBucketOpenSet needs a positive width and two buckets");
+        VELDRA_ASSERT(width > 0 && std::isfinite(inverse_width_) && bucket_count >= 2,
+                      "PfBucketOpenSet needs a positive width and two buckets");
     }
 
     void push(const Entry& added) {
@@ -185,7 +185,7 @@ public:
     }
 
     Entry pop() {
-        assert(size_ > 0 && "pop from an empty open set");
+        VELDRA_ASSERT(size_ > 0, "pop from an empty open set");
         // The next occupied bucket from a bitmap rather than by testing buckets one by one: a
         // loop of varying length ends in a mispredicted branch on nearly every pop.
         std::size_t word = first_ / word_bits;
@@ -364,7 +364,7 @@ public:
 
     // Resets the search; the previous path's elements are expired here.
     void start(const Node& start_node, const Node& goal_node) {
-        assert(!freed_ && "Pathfinder used after free()");
+        VELDRA_ASSERT(!freed_, "Pathfinder used after free()");
         goal_node_ = goal_node;
         open_set_.clear();
         next_sequence_ = 0;
@@ -382,7 +382,7 @@ public:
     void step() {
         if (done_)
             return;
-        assert(!freed_ && "Pathfinder used after free()");
+        VELDRA_ASSERT(!freed_, "Pathfinder used after free()");
         ++num_steps_performed_;
         if (!open_set_.empty())
             expand_next();
@@ -488,8 +488,9 @@ private:
         } else {
             neighbor_pool_.expire_all();
             const int count = get_neighbors_(current.node, neighbor_nodes_array_, neighbor_pool_);
-            assert(count >= 0 && static_cast<std::size_t>(count) <= neighbor_nodes_array_.size() &&
-                   "get_neighbors returned more neighbours than it wrote (use pf_add_neighbor)");
+            VELDRA_ASSERT(
+                count >= 0 && static_cast<std::size_t>(count) <= neighbor_nodes_array_.size(),
+                "get_neighbors returned more neighbours than it wrote (use pf_add_neighbor)");
             for (int i = 0; i < count; ++i) {
                 const Neighbor& neighbor = *neighbor_nodes_array_[i];
                 relax(current.node, g_current, neighbor.node, neighbor.cost, neighbor.data);
@@ -518,8 +519,8 @@ private:
         Node node = target;
         for (const Entry* entry = node_map_.find(node); entry && entry->has_came_from;
              entry = node_map_.find(node)) {
-            assert(path_.size() < node_map_.size() &&
-                   "predecessor cycle: does get_neighbors give a negative step cost?");
+            VELDRA_ASSERT(path_.size() < node_map_.size(),
+                          "predecessor cycle: does get_neighbors give a negative step cost?");
             const Predecessor& record = entry->came_from;
             path_.push_back(&path_element_pool_.create_new(node, record.from_node, record.data));
             node = record.from_node;

@@ -5,12 +5,12 @@
 
 #include <array>
 #include <bit>
-#include <cassert>
 #include <cmath>
 #include <cstdint>
 #include <numbers>
 #include <vector>
 
+#include "runtime/assertion.h"
 #include "util/struct_pool.h"
 #include "world/pathfinder_records.h"
 
@@ -62,7 +62,7 @@ public:
     static constexpr std::size_t max_root_table = std::size_t{1} << 14;
 
     PfGridEuclidean(int width, int height) : coords_(static_cast<std::size_t>(width) * height) {
-        assert(width > 0 && height > 0 && "PfGridEuclidean on an empty grid?");
+        VELDRA_ASSERT(width > 0 && height > 0, "PfGridEuclidean on an empty grid?");
         for (std::size_t cell = 0; cell < coords_.size(); ++cell) {
             coords_[cell] = {static_cast<int>(cell) % width, static_cast<int>(cell) / width};
         }
@@ -76,8 +76,9 @@ public:
     }
 
     double operator()(const int& cell_a, const int& cell_b) const {
-        assert(static_cast<std::size_t>(cell_a) < coords_.size() &&
-               static_cast<std::size_t>(cell_b) < coords_.size() && "cell outside the grid");
+        VELDRA_ASSERT(static_cast<std::size_t>(cell_a) < coords_.size() &&
+                          static_cast<std::size_t>(cell_b) < coords_.size(),
+                      "cell outside the grid");
         const Coords a = coords_[static_cast<std::size_t>(cell_a)];
         const Coords b = coords_[static_cast<std::size_t>(cell_b)];
         const int dx = a.cx - b.cx;
@@ -114,7 +115,7 @@ public:
     template <class Passable>
     PfGridNeighbors(int width, int height, PfGridMoves moves, const Passable& passable)
         : width_(width), moves_(static_cast<std::size_t>(width) * height) {
-        assert(width > 0 && height > 0 && "PfGridNeighbors on an empty grid?");
+        VELDRA_ASSERT(width > 0 && height > 0, "PfGridNeighbors on an empty grid?");
         for (std::size_t d = 0; d < pf_grid_steps.size(); ++d) {
             offsets_[d] = pf_grid_steps[d].dy * width + pf_grid_steps[d].dx;
             costs_[d] = pf_grid_step_cost(static_cast<int>(d));

@@ -1,6 +1,6 @@
 #include "world/perlin.h"
+#include "runtime/assertion.h"
 
-#include <cassert>
 #include <cmath>
 
 namespace veldra {
@@ -43,7 +43,7 @@ double corner_dot(int hash, double dx, double dy) {
 
 PerlinGeneratorCpu2d::PerlinGeneratorCpu2d(int size, Rng& rng)
     : size_(size), permutation_(detail::make_perlin_permutation(size, rng)) {
-    assert(size > 0 && (size & (size - 1)) == 0 && "Perlin size must be a power of two");
+    VELDRA_ASSERT(size > 0 && (size & (size - 1)) == 0, "Perlin size must be a power of two");
 }
 
 double PerlinGeneratorCpu2d::get(double x, double y) const {

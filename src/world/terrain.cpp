@@ -1,9 +1,9 @@
 #include "world/terrain.h"
 
 #include <algorithm>
-#include <cassert>
 #include <utility>
 
+#include "runtime/assertion.h"
 #include "util/geometry.h"
 
 namespace veldra {
@@ -28,8 +28,8 @@ TerrainCell::TerrainCell(int cx, int cy, bool is_traversable)
 
 Terrain::Terrain(int width, int height, std::vector<TerrainCell> cells)
     : width(width), height(height), cells(std::move(cells)) {
-    assert(width >= 0 && height >= 0 && this->cells.size() == std::size_t(width) * height &&
-           "Terrain given a cell vector that is not height rows of width cells");
+    VELDRA_ASSERT(width >= 0 && height >= 0 && this->cells.size() == std::size_t(width) * height,
+                  "Terrain given a cell vector that is not height rows of width cells");
 }
 
 const TerrainCell* Terrain::cell_at(int cx, int cy) const {

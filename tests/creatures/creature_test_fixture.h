@@ -38,7 +38,7 @@ protected:
         rt().start(rt().room_add({"rm_test", nullptr}));
         TrialWorld& world = trial_world();
         world.rng = &trial_rng;
-        world.subscribe_tick = [this](InstanceId owner, std::function<void(double, Rng&)> fn) {
+        world.subscribe_tick = [this](InstanceId owner, std::function<void(Ticks, Rng&)> fn) {
             handlers.push_back({owner, std::move(fn)});
         };
         world.log_event = [this](const std::string& text) { events.push_back(text); };
@@ -101,7 +101,7 @@ protected:
 
     struct Handler {
         InstanceId owner;
-        std::function<void(double, Rng&)> fn;
+        std::function<void(Ticks, Rng&)> fn;
     };
 
     Context context;
@@ -112,7 +112,7 @@ protected:
     std::vector<Handler> handlers;
     std::vector<std::string> events;
     std::optional<Terrain> terrain;
-    double spent_ticks = 0;
+    Ticks spent_ticks = 0;
 };
 
 }  // namespace veldra::testing

@@ -71,8 +71,8 @@ TEST_F(MonsterTest, StrikesPreyWithinRangeOncePerCooldown) {
 TEST_F(MonsterTest, WandersToANewCellEvery120To240TicksWithoutHumansOrFood) {
     load({"          ", "          ", "          ", "          "});
     auto& m = monster_at(centre(4), centre(1));
-    std::vector<double> resets;  // ticks at which the timer was set anew
-    double previous = m.exploration_timer;
+    std::vector<Ticks> resets;  // ticks at which the timer was set anew
+    Ticks previous = m.exploration_timer;
     for (int i = 0; i < 2000; ++i) {
         tick();
         if (m.exploration_timer > previous)

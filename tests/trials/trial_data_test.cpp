@@ -43,7 +43,7 @@ TEST_F(TrialDataTest, DataLineFollowsTheColumnsAndQuotesDelimiters) {
     data.level_info.num_monsters = 2;
     data.level_info.num_humans_per_type[9] = 1;
     data.traits = {0.5, -1, 0, 1, 0.25};
-    data.result = {TRES_PERISHED, 120, 1, 2, 3, 0.125, 12.345};
+    data.result = {TrialOutcome::perished, 120, 1, 2, 3, 0.125, 12.345};
     const auto cells = string_split(trial_data_as_csv(data), ';');
     ASSERT_EQ(cells.size(), 34u);  // 33 cells, one of them holding a ";"
     EXPECT_EQ(cells[0], "v1");
@@ -51,12 +51,31 @@ TEST_F(TrialDataTest, DataLineFollowsTheColumnsAndQuotesDelimiters) {
     EXPECT_EQ(cells[15], "1");  // num_humans_9
     EXPECT_EQ(cells[20], "0.13");
     EXPECT_EQ(cells[25], "12.35");
-    EXPECT_EQ(cells[26], TRES_PERISHED);
+    EXPECT_EQ(cells[26], "perished");
     EXPECT_EQ(cells[27], "4294967296");
     EXPECT_EQ(cells[28], "1");     // agreeableness
     EXPECT_EQ(cells[31], "0.25");  // neuroticism
     EXPECT_EQ(cells[32], "0.5");   // openness
     EXPECT_EQ(cells[33], "\n");    // no user id
+}
+
+// The record keeps whole numbers and the outcome as types; the CSV edge must write them exactly
+// as the columns always read: words for the outcome, counts without a decimal point or exponent.
+TEST_F(TrialDataTest, OutcomeAndCountsBecomeTextOnlyInTheLine) {
+    TrialData data;
+    data.level_info.play_order = 1048575;
+    data.level_info.num_sand = 90000;
+    data.result.time_left = 5184000;  // a day of ticks
+    data.result.num_monsters_remaining = 123456;
+    const auto cells = string_split(trial_data_as_csv(data), ';');
+    ASSERT_EQ(cells.size(), 33u);
+    EXPECT_EQ(cells[17], "90000");    // num_sand
+    EXPECT_EQ(cells[18], "1048575");  // play_order
+    EXPECT_EQ(cells[22], "123456");   // num_monsters_remaining
+    EXPECT_EQ(cells[23], "5184000");  // time_left
+    EXPECT_EQ(cells[25], "survived");
+    data.result.outcome = TrialOutcome::perished;
+    EXPECT_EQ(trial_result_to_value(data.result).get("type").as_string(), "perished");
 }
 
 TEST_F(TrialDataTest, MissingUserIdKeepsTheRowOneCellWide) {

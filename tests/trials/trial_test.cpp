@@ -66,7 +66,7 @@ TEST_F(TrialTest, SurvivingTrialRunsExactlyItsTicksAndEndsOnTheNextCall) {
     mutable_configs().trial_time = 0.5;  // 30 ticks
     auto& trial = make_trial(lonely_player(), true);
     auto result = std::get<TrialResult>(trial.start(PersonalityTraits{}));
-    EXPECT_EQ(result.type, TRES_SURVIVED);
+    EXPECT_EQ(result.outcome, TrialOutcome::survived);
     EXPECT_EQ(trial.ticker.spent_ticks, 30);
     EXPECT_EQ(result.time_left, 0);
     EXPECT_EQ(result.num_humans_remaining, 1);
@@ -82,7 +82,7 @@ TEST_F(TrialTest, AutomaticTrialRunsToItsEndAtAnyGameSpeed) {
     for (double speed : {0.0, 1e-300, 0.25, -1.0}) {
         auto& trial = make_trial(lonely_player(), true, speed);
         auto result = std::get<TrialResult>(trial.start(PersonalityTraits{}));
-        EXPECT_EQ(result.type, TRES_SURVIVED) << speed;
+        EXPECT_EQ(result.outcome, TrialOutcome::survived) << speed;
         EXPECT_EQ(trial.ticker.spent_ticks, 30) << speed;
         rt().instance_destroy(trial.id());
     }
@@ -92,7 +92,7 @@ TEST_F(TrialTest, ZeroLengthTrialEndsWithoutATick) {
     mutable_configs().trial_time = 0;
     auto& trial = make_trial(lonely_player(), true);
     auto result = std::get<TrialResult>(trial.start(PersonalityTraits{}));
-    EXPECT_EQ(result.type, TRES_SURVIVED);
+    EXPECT_EQ(result.outcome, TrialOutcome::survived);
     EXPECT_EQ(trial.ticker.spent_ticks, 0);
     EXPECT_TRUE(std::isnan(result.trial_score));  // time fraction 0 / 0
 }
@@ -100,7 +100,7 @@ TEST_F(TrialTest, ZeroLengthTrialEndsWithoutATick) {
 TEST_F(TrialTest, NoPlayerPerishesAtTheFirstTick) {
     auto& trial = make_trial(level_from_rows({"xxxxx", "x h x", "xxxxx"}), true);
     auto result = std::get<TrialResult>(trial.start(std::nullopt));
-    EXPECT_EQ(result.type, TRES_PERISHED);
+    EXPECT_EQ(result.outcome, TrialOutcome::perished);
     EXPECT_EQ(trial.ticker.spent_ticks, 1);
     EXPECT_EQ(result.energy_remaining, 0);
 }
@@ -113,7 +113,7 @@ TEST_F(TrialTest, PlayerDyingInTheLastTickPerishes) {
     mutable_configs().trial_time = 2.0 / 60;
     auto& trial = make_trial(lonely_player(), true);
     auto result = std::get<TrialResult>(trial.start(PersonalityTraits{}));
-    EXPECT_EQ(result.type, TRES_PERISHED);
+    EXPECT_EQ(result.outcome, TrialOutcome::perished);
     EXPECT_EQ(result.time_left, 0);
 }
 
@@ -149,7 +149,7 @@ TEST_F(TrialTest, InteractivePromiseIsFulfilledOneFrameAfterTheResult) {
     EXPECT_TRUE(promise.is_pending());
     trial._step();
     ASSERT_TRUE(promise.is_fulfilled());
-    EXPECT_EQ(promise.value().get("type").as_string(), TRES_SURVIVED);
+    EXPECT_EQ(promise.value().get("type").as_string(), "survived");
 }
 
 TEST_F(TrialTest, AiHumanWithAnUnknownTypeNumberGetsDefaultRangesAndAnError) {
