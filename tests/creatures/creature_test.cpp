@@ -198,6 +198,5 @@ TEST(EventTest, InvokesInSubscriptionOrderAndForgetsUnsubscribed) {
     EXPECT_EQ(calls, (std::vector<int>{1, 10, 100, 2, 200}));
 }
 
-
 }  // namespace
 }  // namespace veldra
