@@ -2,7 +2,8 @@
 // Creature movement: a creature asks every tick to approach a cell; a new grid search runs only
 // when that cell changes, the path is shortened to its corner cells where the straight way is
 // clear, and the creature moves along it at the speed given. One pathfinder serves every
-// search of the context, so searching allocates nothing once warmed up.
+// search of the context, so searching allocates nothing once warmed up but the search grid,
+// built once for each new terrain.
 //
 // Paths and goals are kept per creature id in a context slot; obj_creature's clean-up event
 // forgets them (creature_pathfinding_forget).

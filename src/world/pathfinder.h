@@ -404,6 +404,10 @@ public:
     int num_steps_performed() const { return num_steps_performed_; }
     // Changes take effect from the next step, so a reused pathfinder can bound each search.
     PathfinderOptions& options() { return options_; }
+    // The callables may be replaced between searches as well, so a pathfinder moved to another
+    // grid of the same kind keeps its open set, node map and pools, and their memory.
+    Heuristic& heuristic() { return get_heuristic_; }
+    NeighborFunction& neighbor_function() { return get_neighbors_; }
 
     // Fills the path: to the goal when it was found (returns true), else to the substitute
     // target, the predecessor with the smallest heuristic over the reached nodes in insertion

@@ -1,6 +1,7 @@
 #include "world/terrain.h"
 
 #include <algorithm>
+#include <atomic>
 #include <utility>
 
 #include "runtime/assertion.h"
@@ -18,6 +19,12 @@ struct Segment {
 };
 
 }  // namespace
+
+std::uint64_t TerrainSerial::next() {
+    // Atomic so that terrains made on different threads (a test runner's, say) never share one.
+    static std::atomic<std::uint64_t> counter{0};
+    return counter.fetch_add(1, std::memory_order_relaxed) + 1;
+}
 
 TerrainCell::TerrainCell(int cx, int cy, bool is_traversable)
     : cx(cx),

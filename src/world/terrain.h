@@ -3,6 +3,7 @@
 // can be walked, whether it is sand or rock, and its square in room pixels. Creatures look cells
 // up every tick, so the grid is one flat row-major vector and lookups never allocate.
 
+#include <cstdint>
 #include <vector>
 
 #include "util/rect.h"
@@ -26,6 +27,35 @@ struct TerrainCell {
     Rect room_rect;
 };
 
+// Tells one terrain from another where an address cannot: a trial refills the same Terrain
+// member for every trial, so a cache built from a terrain (a creature's search grid) keys itself
+// by this number. Every terrain made, copied or assigned to gets a number no terrain had before
+// in this process; one moved from gets a new one too, since its cells went with the move.
+class TerrainSerial {
+public:
+    TerrainSerial() : value_(next()) {}
+    TerrainSerial(const TerrainSerial&) : value_(next()) {}
+    TerrainSerial(TerrainSerial&& other) noexcept : value_(other.value_) { other.value_ = next(); }
+    TerrainSerial& operator=(const TerrainSerial& other) {
+        if (this != &other)
+            value_ = next();
+        return *this;
+    }
+    TerrainSerial& operator=(TerrainSerial&& other) noexcept {
+        if (this != &other) {
+            value_ = other.value_;
+            other.value_ = next();
+        }
+        return *this;
+    }
+
+    std::uint64_t value() const { return value_; }
+
+private:
+    static std::uint64_t next();
+    std::uint64_t value_;
+};
+
 class Terrain {
 public:
     Terrain() = default;
@@ -41,6 +71,9 @@ public:
     int width = 0;
     int height = 0;
     std::vector<TerrainCell> cells;  // row-major: cells[cy * width + cx]
+    // Changes whenever this object is given other cells (assigned, moved from); cells are
+    // not edited in place once a terrain is made.
+    TerrainSerial serial;
 };
 
 // Straight-line distance between the two cells, in cells.

@@ -102,6 +102,48 @@ TEST_F(CreaturePathfindingTest, DiagonalStepsNeverCutABlockedCorner) {
     EXPECT_EQ(cells_of(creature_find_path(m, *t.cell_at(1, 1))), (Cells{{0, 1}, {1, 1}}));
 }
 
+TEST_F(CreaturePathfindingTest, SandIsWalkedRoundWhenTheWayRoundIsCheaper) {
+    // Two ways past the wall, equally long, one of them over three sand cells: the other is
+    // taken, whichever side the sand lies on.
+    auto rows_of = [](const CreaturePath& path) {
+        std::vector<int> rows;
+        for (const TerrainCell* cell : path)
+            rows.push_back(cell->cy);
+        return rows;
+    };
+    const Terrain& sand_above = load({" sss ", " xxx ", "     "});
+    auto& m = walker(0, 1);
+    const CreaturePath below = creature_find_path(m, *sand_above.cell_at(4, 1));
+    EXPECT_EQ(rows_of(below), (std::vector<int>{2, 2, 1}))
+        << ::testing::PrintToString(cells_of(below));
+    const Terrain& sand_below = load({"     ", " xxx ", " sss "});
+    const CreaturePath above = creature_find_path(m, *sand_below.cell_at(4, 1));
+    EXPECT_EQ(rows_of(above), (std::vector<int>{0, 0, 1}))
+        << ::testing::PrintToString(cells_of(above));
+}
+
+TEST_F(CreaturePathfindingTest, SandIsCrossedWhenTheWayRoundIsLonger) {
+    // Over the one sand cell costs 4.5, round the wall 8.
+    const Terrain& t = load({"  s  ", " xxx ", "     "});
+    auto& m = walker(0, 0);
+    EXPECT_EQ(cells_of(creature_find_path(m, *t.cell_at(4, 0))), (Cells{{4, 0}}));
+}
+
+TEST_F(CreaturePathfindingTest, ANewTerrainWhereTheOldOneWasIsSearchedAsItIs) {
+    // The search grid is built once per terrain; a trial's next terrain (here the fixture's)
+    // takes the place of the last one, so the address must not be what tells them apart.
+    const Terrain& first = load({"     ", "     "});
+    auto& m = walker(0, 0);
+    EXPECT_EQ(cells_of(creature_find_path(m, *first.cell_at(4, 0))), (Cells{{4, 0}}));
+    const Terrain& walled = load({"  x  ", "  x  "});
+    ASSERT_EQ(&walled, &first);
+    EXPECT_TRUE(creature_find_path(m, *walled.cell_at(4, 0)).empty());
+    // A larger grid after a smaller one: its longer distances must be estimated too.
+    const Terrain& larger = load({"         ", "xxxxxxxx ", "         "});
+    EXPECT_EQ(cells_of(creature_find_path(m, *larger.cell_at(0, 2))),
+              (Cells{{8, 0}, {8, 2}, {0, 2}}));
+}
+
 TEST_F(CreaturePathfindingTest, UndefinedTargetClearsThePath) {
     const Terrain& t = load({"      "});
     auto& m = walker(0, 0);

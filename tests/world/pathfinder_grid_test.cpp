@@ -1,6 +1,7 @@
 // Searches on random grids: both node-map policies must give identical results, paths must
 // chain from the start, and with an admissible estimate on a 4-connected grid the cost must be
-// the true shortest distance. Also the grid neighbour rules themselves.
+// the true shortest distance. Also the grid neighbour rules themselves, with and without costs
+// per cell.
 
 #include <gtest/gtest.h>
 
@@ -34,10 +35,26 @@ struct RandomGrid {
         return PfGridNeighbors(width, height, moves, [this](int cell) { return open[cell] != 0; });
     }
 
+    // Makes about one cell in `percent` cost `factor` times as much to enter.
+    void weigh(int percent, double factor) {
+        factors.assign(open.size(), 1.0);
+        for (auto& cell_factor : factors) {
+            if (rng() % 100 < static_cast<unsigned>(percent))
+                cell_factor = factor;
+        }
+    }
+
+    PfGridWeightedNeighbors weighted_neighbors(PfGridMoves moves) const {
+        return PfGridWeightedNeighbors(
+            width, height, moves, [this](int cell) { return open[cell] != 0; },
+            [this](int cell) { return factors[cell]; });
+    }
+
     int width;
     int height;
     std::mt19937 rng;
     std::vector<std::uint8_t> open;
+    std::vector<double> factors;  // set by weigh()
 };
 
 using NeighborFunction = Pathfinder<int, int>::NeighborFunction;
@@ -248,6 +265,86 @@ TEST(PathfinderGridTest, VisitingAndPoolFormsListTheSameNeighbours) {
             EXPECT_EQ(visited, count) << "cell " << cell;
         }
     }
+}
+
+TEST(PathfinderGridTest, WeightedStepsCostTheirLengthTimesTheFactorOfTheCellEntered) {
+    RandomGrid grid(13, 8, 25, 3);
+    grid.weigh(40, 1.5);
+    grid.factors[5] = 2.75;  // a factor that is not the common one
+    std::vector<PfNeighbor<int, int>*> out;
+    StructPool<PfNeighbor<int, int>> pool;
+    int weighted = 0;
+    for (PfGridMoves moves : {PfGridMoves::with_diagonals, PfGridMoves::orthogonal}) {
+        const PfGridNeighbors plain = grid.neighbors(moves);
+        const PfGridWeightedNeighbors neighbors = grid.weighted_neighbors(moves);
+        for (int cell = 0; cell < 13 * 8; ++cell) {
+            pool.expire_all();
+            const int count = plain(cell, out, pool);
+            int visited = 0;
+            // The same steps in the same order; only the costs differ, and by the factor of
+            // the cell stepped into, never the one left.
+            neighbors(cell, [&](const int& to, double cost, const int& step) {
+                ASSERT_LT(visited, count) << "cell " << cell;
+                EXPECT_EQ(to, out[visited]->node) << "cell " << cell;
+                EXPECT_EQ(step, out[visited]->data) << "cell " << cell;
+                EXPECT_EQ(cost, out[visited]->cost * grid.factors[to]) << "cell " << cell;
+                weighted += grid.factors[to] != 1.0;
+                ++visited;
+            });
+            EXPECT_EQ(visited, count) << "cell " << cell;
+        }
+    }
+    EXPECT_GT(weighted, 50);
+}
+
+TEST(PathfinderGridTest, WeightedGridCallablesGiveTheSearchesOfAPlainCallback) {
+    // What a caller writing its own callback would do: walk the eight steps, skip cut corners,
+    // charge the length times the factor of the cell entered. The weighted grid callables and
+    // the buckets must give the very same searches, step for step, costs to the last bit.
+    constexpr int width = 31;
+    constexpr int height = 19;
+    int partial = 0;
+    int found = 0;
+    for (std::uint32_t seed = 1; seed <= 12; ++seed) {
+        RandomGrid grid(width, height, 20, seed);
+        grid.weigh(30, 1.5);
+        auto open = [&](int cx, int cy) {
+            return cx >= 0 && cy >= 0 && cx < width && cy < height && grid.open[cy * width + cx];
+        };
+        Pathfinder<int, int, PfDenseNodeMap<int, int>> plain(
+            &euclidean<width>, [&](const int& cell, auto& out, auto& pool) {
+                const int cx = cell % width;
+                const int cy = cell / width;
+                int count = 0;
+                for (int d = 0; d < 8; ++d) {
+                    const auto [dx, dy] = pf_grid_steps[d];
+                    if (!open(cx + dx, cy + dy) ||
+                        (d >= 4 && !(open(cx + dx, cy) && open(cx, cy + dy))))
+                        continue;
+                    const int to = cell + dy * width + dx;
+                    count = pf_add_neighbor(out, count, pool, to,
+                                            pf_grid_step_cost(d) * grid.factors[to], d);
+                }
+                return count;
+            });
+        Pathfinder<int, int, PfDenseNodeMap<int, int>, PfGridEuclidean, PfGridWeightedNeighbors,
+                   PfBucketOpenSet<int>>
+            inlined(PfGridEuclidean(width, height),
+                    grid.weighted_neighbors(PfGridMoves::with_diagonals));
+        for (int pair = 0; pair < 15; ++pair) {
+            const int start = grid.random_open_cell();
+            const int goal = grid.random_open_cell();
+            for (double bound : {-1.0, 1.05 * pf_grid_euclidean(width, start, goal)}) {
+                SCOPED_TRACE(testing::Message() << "seed " << seed << " pair " << pair);
+                const Outcome expected = search(plain, start, goal, bound);
+                expect_same(search(inlined, start, goal, bound), expected);
+                found += expected.found;
+                partial += !expected.found && !expected.path.empty();
+            }
+        }
+    }
+    EXPECT_GT(found, 100);
+    EXPECT_GT(partial, 20);
 }
 
 TEST(PathfinderGridTest, CostOnFourConnectedGridsIsTheShortestDistance) {

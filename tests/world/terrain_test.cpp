@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 #include <random>
+#include <utility>
 
 #include "world_test_support.h"
 
@@ -99,6 +100,31 @@ TEST_F(TerrainTest, LineOfSightIsTheSameBothWaysAndInTheMirror) {
             ASSERT_EQ(count, colliding(flip, ax, size - 1 - ay, bx, size - 1 - by));
         }
     }
+}
+
+TEST_F(TerrainTest, SerialChangesWheneverTheCellsMayHaveChanged) {
+    // Caches of a terrain are keyed by its serial, so each of these must give a number the
+    // terrain in question never had, or a stale cache would be taken for the new cells.
+    Terrain first = terrain_of({"  "});
+    const auto first_serial = first.serial.value();
+    const Terrain copy = first;
+    EXPECT_NE(copy.serial.value(), first_serial);
+
+    Terrain held;
+    const auto held_before = held.serial.value();
+    held = std::move(first);
+    EXPECT_EQ(held.serial.value(), first_serial);  // the same cells, now here
+    EXPECT_NE(held.serial.value(), held_before);
+    EXPECT_NE(first.serial.value(), first_serial);  // its cells went with the move
+
+    // Refilled in place, as the trial and the test fixtures do: same address, new number.
+    const auto before_refill = held.serial.value();
+    held = terrain_of({"x "});
+    EXPECT_NE(held.serial.value(), before_refill);
+    const auto before_copy = held.serial.value();
+    held = copy;
+    EXPECT_NE(held.serial.value(), before_copy);
+    EXPECT_NE(held.serial.value(), copy.serial.value());
 }
 
 }  // namespace
