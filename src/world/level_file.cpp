@@ -68,7 +68,7 @@ std::optional<std::vector<std::vector<Character>>> split_text(std::string_view t
             const std::size_t length = utf8_length(line);
             if (length == 0 || line[0] == '\0') {
                 why = fmt::format(
-                    "it is not a text file (line {}, column {}: {} is not a "
+                    "is not a text file (line {}, column {}: {} is not a "
                     "character of UTF-8 text)",
                     line_number, characters.size() + 1,
                     line[0] == '\0' ? "a zero byte" : "a byte sequence");

@@ -91,7 +91,7 @@ TEST_F(LevelFile, BinaryHugeAndSpecialFilesAreRefusedWithTheReason) {
             << capture.lines[1].message;
     };
     expect_refused(write_text("nul.txt", std::string("xx\nx\0x", 6)),
-                   "is not a text file (line 2, column 2: a zero byte");
+                   "nul.txt\" is not a text file (line 2, column 2: a zero byte");
     expect_refused(write_text("latin1.txt", "x\xE9x"), "line 1, column 2: a byte sequence");
     expect_refused(write_text("wide.txt", std::string(1001, 'x')),
                    "is 1001 x 1 cells; a level may be at most 1000 x 1000");
