@@ -24,7 +24,8 @@ void log_error(std::string_view message);
 // Replaces the sink of the current context; returns the previous one (nullptr: stderr).
 LogSink* set_log_sink(LogSink* sink);
 
-// Removes colour and layout markup such as "[#dd5555]", "[/c]" or "[pin_center]".
+// Removes colour and layout markup such as "[#dd5555]", "[red]", "[/c]" or "[pin_center]";
+// other bracketed text stays.
 std::string remove_text_tags(std::string_view text);
 
 // Collects every line logged while it lives; for tests.
