@@ -29,11 +29,6 @@ double point_direction(double x1, double y1, double x2, double y2) {
     return std::atan2(-(y2 - y1), x2 - x1) * 180.0 / std::numbers::pi;
 }
 
-// Attack lines are written only in interactive trials, whose trial sets this log.
-bool attack_log_wanted() {
-    return static_cast<bool>(trial_world().log_interactive_event);
-}
-
 // Tells the views that `creature` died where it stands, so one can leave a corpse that fades
 // out; the creature itself is gone by the next frame.
 void creature_create_death_animation(const obj_creature& creature) {
@@ -148,9 +143,9 @@ void obj_creature::reward_kill(const obj_creature& target) {
 }
 
 void obj_creature::log_attack(const char* verb, const obj_creature& target) const {
-    if (attack_log_wanted())
-        trial_world().log_interactive_event(
-            fmt::format("{} {} {}.", EID(this, false), verb, EID(&target, false)));
+    // Attack lines are written only in interactive trials, whose trial sets this log.
+    if (const auto& log = trial_world().log_interactive_event)
+        log(fmt::format("{} {} {}.", EID(this, false), verb, EID(&target, false)));
 }
 
 void obj_creature::start_animation(CreatureAnimation kind, double target_x, double target_y,

@@ -29,9 +29,8 @@ bool in_sight(const obj_human& human, const Instance& target) {
 }
 
 void eat(obj_human& human, const obj_food& food) {
-    if (detail::human_interactive_event_log_wanted())
-        trial_world().log_interactive_event(
-            fmt::format("{} ate {}.", EID(&human, false), EID(&food, false)));
+    if (const auto& log = trial_world().log_interactive_event)
+        log(fmt::format("{} ate {}.", EID(&human, false), EID(&food, false)));
     rt().instance_destroy(food.id());
     human.energy = std::min(human.energy_max, human.energy + configs().human_energy_gain_eat_food);
 }

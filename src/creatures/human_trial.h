@@ -36,11 +36,6 @@ inline bool human_event_log_wanted() {
     return static_cast<bool>(trial_world().log_event);
 }
 
-// Lines that only interactive trials write.
-inline bool human_interactive_event_log_wanted() {
-    return static_cast<bool>(trial_world().log_interactive_event);
-}
-
 inline void human_log_event(const std::string& text) {
     trial_world().log_event(text);
 }

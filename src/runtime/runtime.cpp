@@ -152,14 +152,19 @@ void Runtime::start(int first_room) {
     change_room();
 }
 
-void Runtime::raise(void (Instance::*event)()) {
+template <class Call>
+void Runtime::raise_to_all(Call&& call) {
     IterationGuard guard(*this);
     // Instances created during the pass receive the event in the same pass, as the list grows.
     for (std::size_t i = 0; i < instances_.size(); ++i) {
         Instance* inst = instances_[i].get();
         if (inst->alive_)
-            (inst->*event)();
+            call(*inst);
     }
+}
+
+void Runtime::raise(void (Instance::*event)()) {
+    raise_to_all([event](Instance& inst) { (inst.*event)(); });
 }
 
 void Runtime::run_step_events() {
@@ -190,12 +195,7 @@ void Runtime::run_frame() {
 }
 
 void Runtime::raise_async_http(const HttpResponse& response) {
-    IterationGuard guard(*this);
-    for (std::size_t i = 0; i < instances_.size(); ++i) {
-        Instance* inst = instances_[i].get();
-        if (inst->alive_)
-            inst->on_async_http(response);
-    }
+    raise_to_all([&response](Instance& inst) { inst.on_async_http(response); });
 }
 
 void Runtime::change_room() {

@@ -153,6 +153,9 @@ private:
     void adopt(std::unique_ptr<Instance> inst);
     void compact_type_lists();
     const std::vector<Instance*>& members_of(const ObjectType& type) const;
+    // Calls `call(instance)` for every live instance in creation order, those made meanwhile too.
+    template <class Call>
+    void raise_to_all(Call&& call);
     void raise(void (Instance::*event)());
     void end_instance(Instance& inst, bool run_destroy_event);
     void change_room();
