@@ -3,7 +3,6 @@
 #include <exception>
 #include <utility>
 
-#include "async/promise_event_loop.h"
 #include "async/promise_state.h"
 
 namespace veldra {
@@ -25,7 +24,7 @@ HandlerResult::HandlerResult(const Promise& promise) : promise_(PromiseAccess::s
 Promise::Promise(Executor executor, SourceLocation where) : state_(detail::make_state(where)) {
     state_->executor = std::move(executor);
     if (detail::promise_settings().delayed_execution)
-        get_promise_event_loop().queue.push_back(state_);
+        detail::promise_settings().queue.push_back(state_);
     else
         detail::execute(state_);
 }
@@ -87,7 +86,7 @@ Promise Promise::and_then(PromiseHandler on_fulfilled, PromiseHandler on_rejecte
     next->in_construction = false;
     // Settled here, before the caller could chain and_catch on it: judge it a step later.
     if (next->status == PromiseStatus::rejected && !passes_old_rejection_on)
-        get_promise_event_loop().uncaught_checks.push_back(next);
+        detail::promise_settings().uncaught_checks.push_back(next);
     return PromiseAccess::wrap(std::move(next));
 }
 

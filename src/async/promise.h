@@ -167,7 +167,7 @@ Promise promise_race(const std::vector<Promise>& promises);
 // { status: "fulfilled", value } or { status: "rejected", reason }. Empty input: empty array.
 Promise promise_all_settled(const std::vector<Promise>& promises);
 
-// Library settings of the current context; all off until set.
+// Library settings, in the process state; all off until set.
 using UncaughtRejectionHandler = std::function<void(const Promise& promise)>;
 void promises_set_uncaught_handler(UncaughtRejectionHandler handler);
 void promises_enable_debug(bool enabled);

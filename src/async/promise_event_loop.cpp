@@ -13,26 +13,25 @@ void obj_promise_event_loop::on_create() {
 }
 
 void obj_promise_event_loop::on_step() {
-    while (!queue.empty()) {
-        std::shared_ptr<detail::PromiseState> state = std::move(queue.front());
-        queue.pop_front();
+    PromiseSettings& settings = detail::promise_settings();
+    while (!settings.queue.empty()) {
+        std::shared_ptr<detail::PromiseState> state = std::move(settings.queue.front());
+        settings.queue.pop_front();
         detail::execute(state);
     }
-    std::vector<std::shared_ptr<detail::PromiseState>> checks = std::move(uncaught_checks);
-    uncaught_checks.clear();
+    std::vector<std::shared_ptr<detail::PromiseState>> checks = std::move(settings.uncaught_checks);
+    settings.uncaught_checks.clear();
     for (const auto& state : checks)
         detail::report_if_uncaught(state);
 }
 
 void obj_promise_event_loop::on_clean_up() {
-    queue.clear();
-    uncaught_checks.clear();
+    PromiseSettings& settings = detail::promise_settings();
+    settings.queue.clear();
+    settings.uncaught_checks.clear();
 }
 
-obj_promise_event_loop& get_promise_event_loop() {
-    Runtime& runtime = rt();
-    if (auto* loop = runtime.instance_find<obj_promise_event_loop>(0))
-        return *loop;
+obj_promise_event_loop& start_promise_event_loop(Runtime& runtime) {
     return runtime.instance_create_depth<obj_promise_event_loop>(0, 0, 0);
 }
 

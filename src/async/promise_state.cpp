@@ -4,12 +4,12 @@
 #include <utility>
 
 #include "runtime/callstack.h"
-#include "runtime/context.h"
+#include "runtime/process_state.h"
 
 namespace veldra::detail {
 
 PromiseSettings& promise_settings() {
-    return ctx().slot<PromiseSettings>();
+    return process_state().promises;
 }
 
 StatePtr make_state(SourceLocation where) {

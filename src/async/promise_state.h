@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <vector>
+#include "runtime/promise_settings.h"
 #include "runtime/source_location.h"
 
 #include "async/promise.h"
@@ -33,11 +34,7 @@ struct PromiseState {
 
 using StatePtr = std::shared_ptr<PromiseState>;
 
-struct PromiseSettings {
-    UncaughtRejectionHandler uncaught_handler;
-    bool debug_enabled = false;
-    bool delayed_execution = false;
-};
+// The library's settings and queues, from the process state.
 PromiseSettings& promise_settings();
 
 struct PromiseAccess {

@@ -1,13 +1,11 @@
 #include "async/room_goer.h"
 
 #include "runtime/runtime.h"
-#include "runtime/services.h"
 
 namespace veldra {
 
-Promise room_goto_or_restart(int room) {
-    return Promise([room](const Resolve& resolve, const Reject&) {
-        Runtime& runtime = rt();
+Promise room_goto_or_restart(Runtime& runtime, int room) {
+    return Promise([&runtime, room](const Resolve& resolve, const Reject&) {
         runtime.instance_create_depth<obj_room_goer>(0, 0, 0).callback = resolve;
         if (room == runtime.room())
             runtime.room_restart();
@@ -18,7 +16,7 @@ Promise room_goto_or_restart(int room) {
 
 void obj_room_goer::on_create() {
     persistent = true;
-    current_time_at_create = current_time();
+    current_time_at_create = runtime().current_time();
     room_start_event_called = false;
 }
 
@@ -27,7 +25,7 @@ void obj_room_goer::on_room_start() {
 }
 
 void obj_room_goer::on_step() {
-    if (current_time() <= current_time_at_create || !room_start_event_called)
+    if (runtime().current_time() <= current_time_at_create || !room_start_event_called)
         return;
     if (callback)
         callback();

@@ -7,10 +7,12 @@
 
 namespace veldra {
 
+class Runtime;
+
 // Goes to `room`, or restarts it when it is the current room. The promise is fulfilled, with
 // no value, in the first step after the room-start event that is also at a later millisecond
 // than the call, so a chain continues in the new room, never in the old one.
-Promise room_goto_or_restart(int room);
+Promise room_goto_or_restart(Runtime& runtime, int room);
 
 // Carries one room change out. Persistent, so that it sees the new room start.
 class obj_room_goer : public Instance {

@@ -3,30 +3,30 @@
 #include <utility>
 
 #include "runtime/runtime.h"
-#include "runtime/services.h"
 
 namespace veldra {
 
-Promise wait_one_step() {
-    return Promise([](const Resolve& resolve, const Reject&) {
-        detail::create_waiter<obj_step_waiter>().callback = resolve;
+Promise wait_one_step(Runtime& runtime) {
+    return Promise([&runtime](const Resolve& resolve, const Reject&) {
+        detail::create_waiter<obj_step_waiter>(runtime).callback = resolve;
     });
 }
 
-Promise wait_condition(std::function<bool()> condition) {
-    return Promise([condition = std::move(condition)](const Resolve& resolve, const Reject&) {
-        auto& waiter = detail::create_waiter<obj_condition_waiter>();
+Promise wait_condition(Runtime& runtime, std::function<bool()> condition) {
+    return Promise([&runtime, condition = std::move(condition)](const Resolve& resolve,
+                                                                const Reject&) {
+        auto& waiter = detail::create_waiter<obj_condition_waiter>(runtime);
         waiter.condition = condition;
         waiter.callback = resolve;
     });
 }
 
 void obj_step_waiter::on_create() {
-    current_time_at_create = current_time();
+    current_time_at_create = runtime().current_time();
 }
 
 void obj_step_waiter::on_step() {
-    if (current_time() <= current_time_at_create)
+    if (runtime().current_time() <= current_time_at_create)
         return;
     callback();
     runtime().instance_destroy(id());

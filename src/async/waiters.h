@@ -13,17 +13,17 @@ namespace veldra {
 
 // Fulfilled in the first step of the waiter at a later millisecond than its creation: in
 // practice the next frame.
-Promise wait_one_step();
+Promise wait_one_step(Runtime& runtime);
 
 // Fulfilled in the first step of the waiter in which condition() is true; never tested in this
 // call, so a condition that already holds still waits for the next step.
-Promise wait_condition(std::function<bool()> condition);
+Promise wait_condition(Runtime& runtime, std::function<bool()> condition);
 
 namespace detail {
 // Every waiter sits at depth 0 at the origin: it has nothing to show.
 template <class Waiter>
-Waiter& create_waiter() {
-    return rt().instance_create_depth<Waiter>(0, 0, 0);
+Waiter& create_waiter(Runtime& runtime) {
+    return runtime.instance_create_depth<Waiter>(0, 0, 0);
 }
 }  // namespace detail
 

@@ -1,22 +1,17 @@
 #include "config/configs_loader.h"
 
-#include "async/dialog_promises.h"
 
 #include <cstdlib>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
-#include "config/debug_settings.h"
 #include "config/json_comments.h"
-#include "config/program_parameters.h"
 #include "runtime/assertion.h"
 #include "runtime/callstack.h"
-#include "runtime/context.h"
 #include "runtime/file_io.h"
 #include "runtime/log.h"
 #include "runtime/once.h"
 #include "runtime/paths.h"
-#include "runtime/services.h"
 #include "serial/json.h"
 #include "util/text.h"
 
@@ -122,10 +117,6 @@ private:
     ExpressionGlobals& globals_;
 };
 
-ConfigsSlot& slot() {
-    return ctx().slot<ConfigsSlot>();
-}
-
 }  // namespace
 
 ExprVarMask config_formula_variables(std::string_view key) {
@@ -147,7 +138,8 @@ ExprVarMask config_formula_variables(std::string_view key) {
 }
 
 std::optional<GameConfigurations> _load_game_configurations_from_file(const std::string& path,
-                                                                      bool require_all) {
+                                                                      bool require_all,
+                                                                      ExpressionGlobals& globals) {
     std::error_code error;
     // A directory or a device exists: read_whole_file below says what it is instead.
     if (!std::filesystem::exists(path, error)) {
@@ -176,7 +168,7 @@ std::optional<GameConfigurations> _load_game_configurations_from_file(const std:
 
     GameConfigurations loaded;
     loaded.by_name = json_to_value(root);
-    FieldReader reader(path, slot().expression_globals);
+    FieldReader reader(path, globals);
     bool ok = true;
     visit_config_fields(loaded, [&](std::string_view key, std::string_view expected,
                                     ConfigRule rule, auto& field) {
@@ -217,69 +209,34 @@ void merge_game_configurations(GameConfigurations& base, const GameConfiguration
         base.by_name.set(name, custom.by_name.get(name));
 }
 
-// Asks the developer for a custom file name. Fulfilled with the name, "" for none.
-Promise _debug_ask_custom_config_filename() {
-    return dialog_get_string(
-               *services().dialogs,
-               "Enter custom configuration's relative filename. You can leave out the file "
-               "extension (e.g. .json)."
-               "\n\nThese custom will partially or fully overwrite the default configurations."
-               "\n\nLeave blank or cancel to use default configurations as is.",
-               debugs().custom_config)
-        .and_then([](const Value& answer) -> Value {
-            // A cancelled question (always, in headless runs) keeps the stored answer.
-            if (!answer.is_string())
-                return "";
-            std::string name = string_trim(answer.as_string());
-            debugs().custom_config = name;
-            save_active_debug_settings();
-            return name;
-        });
-}
-
 }  // namespace
 
-Promise ask_custom_configuration_name() {
-    if (program_params().config)
-        return promise_resolve(*program_params().config);
-    return _debug_ask_custom_config_filename();
-}
-
-void initialize_configs() {
+void initialize_configs(ConfigsState& state) {
     VELDRA_SCOPE();
-    if (!once_only_first_call(slot().initialized))
+    if (!once_only_first_call(state.initialized))
         return;
-    slot().configs.reset();
+    state.configs.reset();
 }
 
-const ConfigsSlot& configs_state() {
-    return slot();
+const GameConfigurations& ConfigsState::get() const {
+    VELDRA_ASSERT(configs, "Configs read before the configurations were loaded: start-up order?");
+    return *configs;
 }
 
-bool configs_loaded() {
-    return slot().configs.has_value();
+Value ConfigsState::value(std::string_view name) const {
+    return configs ? configs->by_name.get(name) : Value();
 }
 
-const GameConfigurations& configs() {
-    auto& loaded = slot().configs;
-    VELDRA_ASSERT(loaded, "configs() before the configurations were loaded: start-up order?");
-    return *loaded;
-}
-
-Value config_value(std::string_view name) {
-    return configs_loaded() ? configs().by_name.get(name) : Value();
-}
-
-bool reload_game_configurations(const std::string& custom_configuration_name) {
+bool reload_game_configurations(ConfigsState& state, const std::string& custom_configuration_name) {
     const std::string base_path = make_included_file_filename("configurations.json");
-    auto base = _load_game_configurations_from_file(base_path, true);
+    auto base = _load_game_configurations_from_file(base_path, true, state.expression_globals);
     if (!base) {
         log_error("Failed to load main configs from \"" + base_path + "\".");
         return false;
     }
-    slot().configs = std::move(base);
-    slot().loaded_paths = {base_path};
-    slot().custom_failed = false;
+    state.configs = std::move(base);
+    state.loaded_paths = {base_path};
+    state.custom_failed = false;
     log("Loaded base configurations from \"" + base_path + "\"");
 
     std::string custom_name = string_trim(custom_configuration_name);
@@ -292,14 +249,14 @@ bool reload_game_configurations(const std::string& custom_configuration_name) {
     if (!custom_name.ends_with(".json"))
         custom_name += ".json";
     const std::string custom_path = resolve_user_path(custom_name);
-    auto custom = _load_game_configurations_from_file(custom_path, false);
+    auto custom = _load_game_configurations_from_file(custom_path, false, state.expression_globals);
     if (!custom) {
         log_error("Failed to load custom configs from \"" + custom_path + "\".");
-        slot().custom_failed = true;
+        state.custom_failed = true;
         return true;
     }
-    merge_game_configurations(*slot().configs, *custom);
-    slot().loaded_paths.push_back(custom_path);
+    merge_game_configurations(*state.configs, *custom);
+    state.loaded_paths.push_back(custom_path);
     log("Loaded custom configurations from \"" + custom_path +
         "\". All fields that are defined in this configuration were overwritten over the base "
         "configurations.");

@@ -3,7 +3,6 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
-#include "runtime/context.h"
 #include "runtime/file_io.h"
 #include "runtime/log.h"
 #include "runtime/paths.h"
@@ -45,10 +44,6 @@ void take(const nlohmann::ordered_json& value, std::string& field) {
         field = value.get<std::string>();
 }
 
-struct DebugSettingsSlot {
-    DebugSettings settings;
-};
-
 }  // namespace
 
 std::optional<DebugSettings> _load_debug_settings_from_file(const std::string& path) {
@@ -85,16 +80,12 @@ bool _save_debug_settings_to_file(const DebugSettings& settings, const std::stri
     return true;
 }
 
-DebugSettings& debugs() {
-    return ctx().slot<DebugSettingsSlot>().settings;
+DebugSettings load_active_debug_settings() {
+    return _load_debug_settings_from_file(DEBUG_SETTINGS_PATH).value_or(DebugSettings{});
 }
 
-void load_active_debug_settings() {
-    debugs() = _load_debug_settings_from_file(DEBUG_SETTINGS_PATH).value_or(DebugSettings{});
-}
-
-void save_active_debug_settings() {
-    _save_debug_settings_to_file(debugs(), DEBUG_SETTINGS_PATH);
+void save_active_debug_settings(const DebugSettings& settings) {
+    _save_debug_settings_to_file(settings, DEBUG_SETTINGS_PATH);
 }
 
 }  // namespace veldra

@@ -28,11 +28,8 @@ inline constexpr const char* DEBUG_SETTINGS_PATH = "debug/debug_settings.json";
 std::optional<DebugSettings> _load_debug_settings_from_file(const std::string& path);
 bool _save_debug_settings_to_file(const DebugSettings& settings, const std::string& path);
 
-// Sets Debugs from DEBUG_SETTINGS_PATH, or to the defaults.
-void load_active_debug_settings();
-void save_active_debug_settings();
-
-// The Debugs global of the current context.
-DebugSettings& debugs();
+// The settings in DEBUG_SETTINGS_PATH, or the defaults: what start-up puts into Debugs.
+DebugSettings load_active_debug_settings();
+void save_active_debug_settings(const DebugSettings& settings);
 
 }  // namespace veldra

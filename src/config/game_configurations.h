@@ -1,7 +1,7 @@
 #pragma once
-// `Configs`: the loaded configuration. Hot paths read typed fields (`configs().trial_time`,
-// `configs().weight_explore(traits, energy)`); keys added by a custom file and the arrays are
-// also reachable by name through `config_value(name)`.
+// `Configs`: the loaded configuration. Hot paths read typed fields (`configs->trial_time`,
+// `configs->weight_explore(traits, energy)`); keys added by a custom file and the arrays are
+// also reachable by name through `configs.value(name)`.
 
 #include <optional>
 #include <string>
@@ -64,26 +64,20 @@ inline constexpr int GAME_CONFIGURATION_KEY_COUNT = 0
 #undef VELDRA_COUNT_CONFIG_FIELD
     ;
 
-// The Configs global. Asking before the first successful load is a programming fault.
-const GameConfigurations& configs();
-bool configs_loaded();
-// A key by name (schema or added by a file); undefined when no file defines it.
-Value config_value(std::string_view name);
+// The Configs global: the loaded configuration and the block of variables its formulas read.
+// The formulas point at that block, so the state never moves.
+struct ConfigsState {
+    ConfigsState() = default;
+    ConfigsState(const ConfigsState&) = delete;
+    ConfigsState& operator=(const ConfigsState&) = delete;
 
-// Once-only: leaves Configs undefined until the first reload.
-void initialize_configs();
-// The custom file to lay over the base: the `config` parameter, else (debug) asked for.
-// Fulfilled with its name, "" for none.
-Promise ask_custom_configuration_name();
-// Loads the base file and, unless the name is empty, the custom file (".json" may be left
-// out), resolved as a path the user gave. Returns false when the base file failed
-// (Configs then keeps what it had). A failing custom file leaves the base in effect and is
-// remembered in ConfigsSlot::custom_failed, so that a batch the user meant to run with it can
-// refuse to start.
-bool reload_game_configurations(const std::string& custom_configuration_name);
+    bool loaded() const { return configs.has_value(); }
+    // Asking before the first successful load is a programming fault.
+    const GameConfigurations& get() const;
+    const GameConfigurations* operator->() const { return &get(); }
+    // A key by name (schema or added by a file); undefined when no file defines it.
+    Value value(std::string_view name) const;
 
-// Per context: the loaded configuration and the block of variables the formulas read.
-struct ConfigsSlot {
     bool initialized = false;
     std::optional<GameConfigurations> configs;
     ExpressionGlobals expression_globals;
@@ -91,6 +85,14 @@ struct ConfigsSlot {
     std::vector<std::string> loaded_paths;
     bool custom_failed = false;
 };
-const ConfigsSlot& configs_state();
+
+// Once-only: leaves Configs undefined until the first reload.
+void initialize_configs(ConfigsState& state);
+// Loads the base file and, unless the name is empty, the custom file (".json" may be left
+// out), resolved as a path the user gave. Returns false when the base file failed
+// (Configs then keeps what it had). A failing custom file leaves the base in effect and is
+// remembered in ConfigsState::custom_failed, so that a batch the user meant to run with it can
+// refuse to start.
+bool reload_game_configurations(ConfigsState& state, const std::string& custom_configuration_name);
 
 }  // namespace veldra

@@ -4,27 +4,14 @@
 
 #include "config/debug_settings.h"
 #include "runtime/callstack.h"
-#include "runtime/context.h"
 #include "runtime/file_io.h"
 #include "runtime/log.h"
 #include "runtime/once.h"
 #include "runtime/paths.h"
-#include "runtime/services.h"
 #include "serial/ini.h"
 #include "util/text.h"
 
 namespace veldra {
-
-namespace {
-struct LocalizationSlot {
-    bool initialized = false;
-    std::optional<Language> active;
-};
-
-LocalizationSlot& slot() {
-    return ctx().slot<LocalizationSlot>();
-}
-}  // namespace
 
 std::optional<std::string> Language::get(std::string_view lid,
                                          const std::vector<std::string>& args) const {
@@ -39,11 +26,11 @@ std::optional<std::string> Language::get(std::string_view lid,
     return text;
 }
 
-void initialize_localization() {
+void initialize_localization(Localization& localization) {
     VELDRA_SCOPE();
-    if (!once_only_first_call(slot().initialized))
+    if (!once_only_first_call(localization.initialized))
         return;
-    slot().active.reset();
+    localization.active.reset();
 }
 
 std::optional<Language> parse_language(std::string_view ini_text, std::string_view path) {
@@ -63,7 +50,7 @@ std::optional<Language> parse_language(std::string_view ini_text, std::string_vi
     return language;
 }
 
-bool load_and_set_localization(std::string_view code) {
+bool load_and_set_localization(Localization& localization, std::string_view code) {
     const std::string path =
         make_included_file_filename("localization/" + std::string(code) + ".ini");
     std::optional<Language> language;
@@ -80,30 +67,26 @@ bool load_and_set_localization(std::string_view code) {
         log_error("Failed to load localization file \"" + path + "\".");
         return false;
     }
-    slot().active = std::move(language);
+    localization.active = std::move(language);
     return true;
 }
 
-Promise _debug_ask_localization() {
-    return dialog_get_string(*services().dialogs,
+Promise _debug_ask_localization(DebugSettings& debugs, Dialogs& dialogs) {
+    return dialog_get_string(dialogs,
                              "Enter localization file's name.\n E.g. the name of "
                              "/localization/en.ini would be just \"en\".",
-                             debugs().lang)
-        .and_then([](const Value& answer) -> Value {
+                             debugs.lang)
+        .and_then([&debugs](const Value& answer) -> Value {
             // A cancelled question (always, in headless runs) keeps the stored answer.
             if (!answer.is_string())
                 return Value();
             std::string code = string_trim(answer.as_string());
-            debugs().lang = code;
-            save_active_debug_settings();
+            debugs.lang = code;
+            save_active_debug_settings(debugs);
             if (code.empty())
                 return Value();
             return code;
         });
-}
-
-const Language* active_language() {
-    return slot().active ? &*slot().active : nullptr;
 }
 
 }  // namespace veldra

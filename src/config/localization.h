@@ -12,6 +12,9 @@
 
 namespace veldra {
 
+struct DebugSettings;
+class Dialogs;
+
 struct Language {
     std::map<std::string, std::string, std::less<>> lines;
 
@@ -21,18 +24,24 @@ struct Language {
                                    const std::vector<std::string>& args = {}) const;
 };
 
+// The ActiveLanguage global and its once-only flag.
+struct Localization {
+    // nullptr when none is loaded.
+    const Language* active_language() const { return active ? &*active : nullptr; }
+
+    bool initialized = false;
+    std::optional<Language> active;
+};
+
 // Once-only; leaves the game without an active language until one is loaded.
-void initialize_localization();
+void initialize_localization(Localization& localization);
 
 // Loads localization/{code}.ini and makes it active; on failure logs and keeps the old one.
-bool load_and_set_localization(std::string_view code);
+bool load_and_set_localization(Localization& localization, std::string_view code);
 
-// Asks the developer for a language code. Fulfilled with the code, or with undefined for an
-// empty answer or a cancel.
-Promise _debug_ask_localization();
-
-// The ActiveLanguage global: nullptr when none is loaded.
-const Language* active_language();
+// Asks the developer for a language code, remembered in `debugs` (which must outlive the
+// question). Fulfilled with the code, or with undefined for an empty answer or a cancel.
+Promise _debug_ask_localization(DebugSettings& debugs, Dialogs& dialogs);
 
 // Builds a language from the text of the INI file at `path`. A stray line is warned with its
 // line number and skipped; a file without a [localization] section gives nullopt (logged).

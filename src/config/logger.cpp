@@ -1,19 +1,12 @@
 #include "config/logger.h"
 
-#include "config/program_parameters.h"
 #include "runtime/callstack.h"
-#include "runtime/context.h"
 #include "runtime/once.h"
 #include "runtime/runtime.h"
 
 namespace veldra {
 
 namespace {
-struct LoggerSlot {
-    bool initialized = false;
-    bool scream_log_errors = false;
-};
-
 std::string two_digits(int value) {
     return value < 10 ? "0" + std::to_string(value) : std::to_string(value);
 }
@@ -25,16 +18,13 @@ std::string make_log_timestamp(const LocalDateTime& when) {
            two_digits(when.second);
 }
 
-bool& scream_log_errors() {
-    return ctx().slot<LoggerSlot>().scream_log_errors;
-}
-
-void initialize_log() {
+void initialize_log(Runtime& runtime, LoggerState& state,
+                    const std::optional<std::string>& output_filename) {
     VELDRA_SCOPE();
-    if (!once_only_first_call(ctx().slot<LoggerSlot>().initialized))
+    if (!once_only_first_call(state.initialized))
         return;
-    scream_log_errors() = false;
-    auto& logger = rt().instance_create<obj_logger>(0, 0);
+    state.scream_log_errors = false;
+    auto& logger = runtime.instance_create<obj_logger>(0, 0, "Instances", state, output_filename);
     logger.persistent = true;
 }
 
@@ -44,12 +34,11 @@ obj_logger::~obj_logger() {
 }
 
 void obj_logger::on_create() {
-    output_filename = program_params().log_output_file;
     if (output_filename) {
         output_file = std::fopen(output_filename->c_str(), "wb");
         if (!output_file) {
             // The terminal still works; say once why the file stays empty.
-            services().terminal->println(
+            runtime().services().terminal->println(
                 LogLevel::warning,
                 "Warning: Failed to open log output file \"" + *output_filename + "\".");
         }
@@ -76,7 +65,7 @@ void obj_logger::on_clean_up() {
 }
 
 std::string obj_logger::_make_timestamp() const {
-    return make_log_timestamp(services().clock->local_now());
+    return make_log_timestamp(runtime().services().clock->local_now());
 }
 
 void obj_logger::write(LogLevel level, std::string_view message) {
@@ -84,9 +73,10 @@ void obj_logger::write(LogLevel level, std::string_view message) {
                          : level == LogLevel::warning ? LOG_WARNING_PREFIX
                                                       : "";
     std::string line = _make_timestamp() + " " + prefix + std::string(message);
-    services().terminal->println(level, line);
-    if (level != LogLevel::info && scream_log_errors())
-        services().dialogs->show_message(remove_text_tags(line));
+    Services& services = runtime().services();
+    services.terminal->println(level, line);
+    if (level != LogLevel::info && state_.scream_log_errors)
+        services.dialogs->show_message(remove_text_tags(line));
     if (output_file)
         output_file_log_buffer.push_back(remove_text_tags(line));
 }

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "runtime/instance.h"
@@ -19,9 +20,18 @@ inline constexpr const char* LOG_WARNING_PREFIX = "[#dddd55]Warning:[/c] ";
 inline constexpr const char* LOG_ERROR_PREFIX = "[#dd5555]Error:[/c] ";
 inline constexpr int LOG_DUMP_INTERVAL_STEPS = 60;
 
+// The logger's global switch and its once-only flag.
+struct LoggerState {
+    bool initialized = false;
+    // When true, warnings and errors also open a modal message with the plain text.
+    bool scream_log_errors = false;
+};
+
 class obj_logger : public Instance, public LogSink {
     VELDRA_OBJECT(obj_logger, Instance)
 public:
+    obj_logger(const LoggerState& state, std::optional<std::string> output_filename)
+        : output_filename(std::move(output_filename)), state_(state) {}
     ~obj_logger() override;
 
     void on_create() override;
@@ -37,16 +47,16 @@ public:
     int dump_timer = LOG_DUMP_INTERVAL_STEPS;
 
 private:
+    const LoggerState& state_;
     std::FILE* output_file = nullptr;
 };
 
 // "2024_03_07_09_05_41": one-digit parts get a leading zero, the year stays as it is.
 std::string make_log_timestamp(const LocalDateTime& when);
 
-// Creates the persistent logger and makes it the log's sink. Once-only.
-void initialize_log();
-
-// When true, warnings and errors also open a modal message with the plain text.
-bool& scream_log_errors();
+// Creates the persistent logger in `runtime` and makes it the log's sink; it copies lines into
+// `output_filename` when one is given. Once-only.
+void initialize_log(Runtime& runtime, LoggerState& state,
+                    const std::optional<std::string>& output_filename);
 
 }  // namespace veldra

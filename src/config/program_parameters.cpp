@@ -1,6 +1,5 @@
 #include "config/program_parameters.h"
 
-#include "runtime/context.h"
 
 namespace veldra {
 
@@ -37,10 +36,6 @@ ProgramParameters get_program_parameters(const std::vector<std::string>& argumen
             *slot = std::move(value);
     }
     return params;
-}
-
-ProgramParameters& program_params() {
-    return ctx().slot<ProgramParameters>();
 }
 
 }  // namespace veldra

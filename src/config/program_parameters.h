@@ -53,7 +53,4 @@ const std::vector<ProgramParameterInfo>& program_parameter_table();
 // Reads every argument from index 0 (the program's own path) to the last.
 ProgramParameters get_program_parameters(const std::vector<std::string>& arguments);
 
-// The ProgramParams global of the current context.
-ProgramParameters& program_params();
-
 }  // namespace veldra

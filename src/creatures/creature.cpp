@@ -32,7 +32,7 @@ double point_direction(double x1, double y1, double x2, double y2) {
 // Tells the views that `creature` died where it stands, so one can leave a corpse that fades
 // out; the creature itself is gone by the next frame.
 void creature_create_death_animation(const obj_creature& creature) {
-    trial_world().creature_died.invoke(creature);
+    creature.world().creature_died.invoke(creature);
 }
 
 }  // namespace
@@ -47,9 +47,8 @@ void obj_creature::on_create() {
 
 // The ticker drops the handler once this creature is gone, so `this` is never used dead.
 void obj_creature::subscribe_to_ticker() {
-    const TrialWorld& world = trial_world();
-    if (world.subscribe_tick)
-        world.subscribe_tick(id(), [this](Ticks tick, Rng& rng) { creature_tick(tick, rng); });
+    if (world().subscribe_tick)
+        world().subscribe_tick(id(), [this](Ticks tick, Rng& rng) { creature_tick(tick, rng); });
 }
 
 void obj_creature::_creature_initialize(double energy_max_, double energy_) {
@@ -60,7 +59,7 @@ void obj_creature::_creature_initialize(double energy_max_, double energy_) {
 
 void obj_creature::creature_tick(Ticks tick, Rng& rng) {
     if (energy <= 0) {
-        rt().instance_destroy(id());
+        runtime().instance_destroy(id());
         return;
     }
     on_tick(tick, rng);
@@ -85,7 +84,7 @@ void obj_creature::on_destroy() {
 
 void obj_creature::on_clean_up() {
     attack_times_per_creature.clear();
-    creature_pathfinding_forget(id());
+    creature_pathfinding_forget(world().pathfinding, id());
 }
 
 bool obj_creature::can_attack_creature(const obj_creature&) const {
@@ -93,7 +92,7 @@ bool obj_creature::can_attack_creature(const obj_creature&) const {
 }
 
 Ticks obj_creature::get_attack_cooldown_as_ticks() const {
-    return static_cast<Ticks>(std::ceil(1.0 / configs().attack_frequency * 60.0));
+    return static_cast<Ticks>(std::ceil(1.0 / world().configs().attack_frequency * 60.0));
 }
 
 FightOutcome obj_creature::attack_creature(obj_creature& target, Rng& rng) {
@@ -110,7 +109,7 @@ FightOutcome obj_creature::attack_creature(obj_creature& target, Rng& rng) {
     } else {
         log_attack("flees from", target);
     }
-    attack_times_per_creature[target.id()] = trial_world().spent_ticks;
+    attack_times_per_creature[target.id()] = world().spent_ticks;
     attack_cooldown_timer = get_attack_cooldown_as_ticks();
     target.got_attacked_event.invoke(id());
     if (target.energy <= 0)
@@ -133,18 +132,18 @@ void obj_creature::deal_hit(obj_creature& target) {
 void obj_creature::reward_kill(const obj_creature& target) {
     if (!is_a<obj_human>())
         return;
-    const GameConfigurations& c = configs();
+    const GameConfigurations& c = world().configs();
     const double gain = target.is_a<obj_human>() ? c.human_energy_gain_kill_human
                                                  : c.human_energy_gain_kill_monster;
     energy = std::min(energy_max, energy + gain);
-    if (trial_world().log_event)
-        trial_world().log_event(
+    if (world().log_event)
+        world().log_event(
             fmt::format("{} killed {}.", EID(this, false), EID(&target, false)));
 }
 
 void obj_creature::log_attack(const char* verb, const obj_creature& target) const {
     // Attack lines are written only in interactive trials, whose trial sets this log.
-    if (const auto& log = trial_world().log_interactive_event)
+    if (const auto& log = world().log_interactive_event)
         log(fmt::format("{} {} {}.", EID(this, false), verb, EID(&target, false)));
 }
 

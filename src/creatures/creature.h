@@ -47,9 +47,16 @@ struct CreatureAnimationStart {
 // A diagonal neighbour cell (cells are 64 pixels) plus a quarter cell: 106.50966799187809.
 inline constexpr double CREATURE_DEFAULT_ATTACK_RANGE = 64 * (1.4142135623730951 + 0.25);
 
+struct TrialWorld;
+
 class obj_creature : public obj_entity {
     VELDRA_OBJECT(obj_creature, obj_entity)
 public:
+    explicit obj_creature(TrialWorld& world) : world_(world) {}
+
+    // Everything the creature reads and changes beyond itself goes through its world.
+    TrialWorld& world() const { return world_; }
+
     void on_create() override;
     void on_destroy() override;
     void on_clean_up() override;
@@ -97,6 +104,8 @@ public:
     double attacker_energy_gain = 1;
 
 private:
+    TrialWorld& world_;
+
     void subscribe_to_ticker();
     void deal_hit(obj_creature& target);
     void reward_kill(const obj_creature& target);

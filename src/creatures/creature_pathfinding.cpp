@@ -11,7 +11,6 @@
 #include "creatures/trial_world.h"
 #include "runtime/assertion.h"
 #include "runtime/callstack.h"
-#include "runtime/context.h"
 #include "runtime/once.h"
 #include "util/geometry.h"
 #include "world/pathfinder.h"
@@ -25,47 +24,6 @@ namespace {
 // thirds of their speed, so a detour around a small patch is often quicker.
 constexpr double SAND_STEP_COST_FACTOR = 1.5;
 
-struct CellKey {
-    int cx;
-    int cy;
-    bool operator==(const CellKey&) const = default;
-};
-
-struct CreaturePathState {
-    std::optional<CellKey> goal;  // the cell last asked for; none at first and after nullptr
-    CreaturePath path;
-};
-
-// The inlined grid callables and the bucket open set: the same searches as any other form of
-// the pathfinder, step for step, at about half the cost of std::function callbacks and a heap.
-using GridPathfinder = Pathfinder<int, int, PfDenseNodeMap<int, int>, PfGridEuclidean,
-                                  PfGridWeightedNeighbors, PfBucketOpenSet<int>>;
-
-// One per context. The pathfinder is made at the first search and kept: a new terrain only
-// replaces its callables (built from the terrain's cells once), so its tables and pools serve
-// every search on every terrain.
-struct CreaturePathfinding {
-    // Ready to search `terrain`.
-    GridPathfinder& pathfinder_for(const Terrain& terrain);
-
-    bool called = false;
-    // Looked up by id only, never walked, so hash order decides nothing.
-    std::unordered_map<InstanceId, CreaturePathState> states;
-    std::optional<GridPathfinder> pathfinder;
-    // The terrain the callables were built from. By serial, not address: the next trial's
-    // terrain lives where the last one did.
-    std::uint64_t terrain_serial = 0;
-    int width = 0;
-    int height = 0;
-    std::vector<int> nodes;  // scratch: start cell and the found cells, as indices
-    long search_count = 0;
-    const CreaturePath no_path;
-};
-
-CreaturePathfinding& pathfinding() {
-    return ctx().slot<CreaturePathfinding>();
-}
-
 // Eight directions; a diagonal step needs both cells beside it open, so no corner is cut.
 PfGridWeightedNeighbors terrain_neighbors(const Terrain& terrain) {
     return PfGridWeightedNeighbors(
@@ -75,30 +33,6 @@ PfGridWeightedNeighbors terrain_neighbors(const Terrain& terrain) {
             return terrain.cells[static_cast<std::size_t>(cell)].is_sand ? SAND_STEP_COST_FACTOR
                                                                          : 1.0;
         });
-}
-
-GridPathfinder& CreaturePathfinding::pathfinder_for(const Terrain& terrain) {
-    if (pathfinder && terrain.serial.value() == terrain_serial)
-        return *pathfinder;
-    if (!pathfinder) {
-        pathfinder.emplace(PfGridEuclidean(terrain.width, terrain.height),
-                           terrain_neighbors(terrain));
-    } else {
-        // The estimate depends on the grid's size only, and its table is the costlier to build.
-        if (terrain.width != width || terrain.height != height)
-            pathfinder->heuristic() = PfGridEuclidean(terrain.width, terrain.height);
-        pathfinder->neighbor_function() = terrain_neighbors(terrain);
-    }
-    terrain_serial = terrain.serial.value();
-    width = terrain.width;
-    height = terrain.height;
-    return *pathfinder;
-}
-
-const Terrain& current_terrain() {
-    const Terrain* terrain = trial_world().terrain;
-    VELDRA_ASSERT(terrain, "creature pathfinding before the trial set trial_world().terrain?");
-    return *terrain;
 }
 
 int cell_index(const Terrain& terrain, const TerrainCell& cell) {
@@ -126,8 +60,8 @@ void shorten_into(const Terrain& terrain, const std::vector<int>& nodes, Creatur
 
 void find_path_into(const obj_creature& creature, const TerrainCell& target_cell,
                     CreaturePath& out) {
-    CreaturePathfinding& state = pathfinding();
-    const Terrain& terrain = current_terrain();
+    CreaturePathfinding& state = creature.world().pathfinding;
+    const Terrain& terrain = creature.world().current_terrain();
     out.clear();
     ++state.search_count;
     const TerrainCell* start = terrain.cell_at_room(creature.x, creature.y);
@@ -146,13 +80,31 @@ void find_path_into(const obj_creature& creature, const TerrainCell& target_cell
 
 }  // namespace
 
-void initialize_creature_pathfinding() {
+GridPathfinder& CreaturePathfinding::pathfinder_for(const Terrain& terrain) {
+    if (pathfinder && terrain.serial.value() == terrain_serial)
+        return *pathfinder;
+    if (!pathfinder) {
+        pathfinder.emplace(PfGridEuclidean(terrain.width, terrain.height),
+                           terrain_neighbors(terrain));
+    } else {
+        // The estimate depends on the grid's size only, and its table is the costlier to build.
+        if (terrain.width != width || terrain.height != height)
+            pathfinder->heuristic() = PfGridEuclidean(terrain.width, terrain.height);
+        pathfinder->neighbor_function() = terrain_neighbors(terrain);
+    }
+    terrain_serial = terrain.serial.value();
+    width = terrain.width;
+    height = terrain.height;
+    return *pathfinder;
+}
+
+void initialize_creature_pathfinding(CreaturePathfinding& pathfinding) {
     VELDRA_SCOPE();
-    once_only_first_call(pathfinding().called);
+    once_only_first_call(pathfinding.called);
 }
 
 void creature_approach(obj_creature& creature, const TerrainCell* target_cell, double speed) {
-    CreaturePathState& state = pathfinding().states[creature.id()];
+    CreaturePathState& state = creature.world().pathfinding.states[creature.id()];
     const std::optional<CellKey> goal =
         target_cell ? std::optional<CellKey>(CellKey{target_cell->cx, target_cell->cy})
                     : std::nullopt;
@@ -190,26 +142,21 @@ void creature_follow_path(obj_creature& creature, CreaturePath& path, double spe
 }
 
 const TerrainCell* creature_current_goal(const obj_creature& creature) {
-    const CreaturePathfinding& state = pathfinding();
+    const CreaturePathfinding& state = creature.world().pathfinding;
     const auto it = state.states.find(creature.id());
     if (it == state.states.end() || !it->second.goal)
         return nullptr;
-    return current_terrain().cell_at(it->second.goal->cx, it->second.goal->cy);
+    return creature.world().current_terrain().cell_at(it->second.goal->cx, it->second.goal->cy);
 }
 
-const CreaturePath& creature_current_path(InstanceId creature) {
-    const CreaturePathfinding& state = pathfinding();
-    const auto it = state.states.find(creature);
-    return it == state.states.end() ? state.no_path : it->second.path;
+const CreaturePath& creature_current_path(const CreaturePathfinding& pathfinding,
+                                          InstanceId creature) {
+    const auto it = pathfinding.states.find(creature);
+    return it == pathfinding.states.end() ? pathfinding.no_path : it->second.path;
 }
 
-long creature_pathfinding_search_count() {
-    return pathfinding().search_count;
-}
-
-void creature_pathfinding_forget(InstanceId creature) {
-    if (has_ctx())
-        pathfinding().states.erase(creature);
+void creature_pathfinding_forget(CreaturePathfinding& pathfinding, InstanceId creature) {
+    pathfinding.states.erase(creature);
 }
 
 }  // namespace veldra

@@ -2,27 +2,77 @@
 // Creature movement: a creature asks every tick to approach a cell; a new grid search runs only
 // when that cell changes, the path is shortened to its corner cells where the straight way is
 // clear, and the creature moves along it at the speed given. One pathfinder serves every
-// search of the context, so searching allocates nothing once warmed up but the search grid,
+// search of the simulation, so searching allocates nothing once warmed up but the search grid,
 // built once for each new terrain.
 //
-// Paths and goals are kept per creature id in a context slot; obj_creature's clean-up event
-// forgets them (creature_pathfinding_forget).
+// Paths and goals are kept per creature id in CreaturePathfinding, which each creature reaches
+// through its world; obj_creature's clean-up event forgets them (creature_pathfinding_forget).
 
+#include <cstdint>
+#include <optional>
+#include <unordered_map>
 #include <vector>
 
 #include "runtime/instance.h"
+#include "world/pathfinder.h"
 
 namespace veldra {
 
+class Terrain;
 struct TerrainCell;
 class obj_creature;
 
 // Cells still to reach, the next one first.
 using CreaturePath = std::vector<const TerrainCell*>;
 
-// Once-only: sets up the per-creature maps. A second call logs the once-only error with the
-// call stack and changes nothing.
-void initialize_creature_pathfinding();
+struct CellKey {
+    int cx;
+    int cy;
+    bool operator==(const CellKey&) const = default;
+};
+
+struct CreaturePathState {
+    std::optional<CellKey> goal;  // the cell last asked for; none at first and after nullptr
+    CreaturePath path;
+};
+
+// The inlined grid callables and the bucket open set: the same searches as any other form of
+// the pathfinder, step for step, at about half the cost of std::function callbacks and a heap.
+using GridPathfinder = Pathfinder<int, int, PfDenseNodeMap<int, int>, PfGridEuclidean,
+                                  PfGridWeightedNeighbors, PfBucketOpenSet<int>>;
+
+// Scratch of the flight search, reused by every creature.
+struct FlightSearch {
+    std::vector<std::uint32_t> visited;  // per cell index: generation when reached
+    std::uint32_t generation = 0;
+    std::vector<int> queue;  // cell indices in the order reached
+};
+
+// One per simulation. The pathfinder is made at the first search and kept: a new terrain only
+// replaces its callables (built from the terrain's cells once), so its tables and pools serve
+// every search on every terrain.
+struct CreaturePathfinding {
+    // Ready to search `terrain`.
+    GridPathfinder& pathfinder_for(const Terrain& terrain);
+
+    bool called = false;
+    // Looked up by id only, never walked, so hash order decides nothing.
+    std::unordered_map<InstanceId, CreaturePathState> states;
+    std::optional<GridPathfinder> pathfinder;
+    // The terrain the callables were built from. By serial, not address: the next trial's
+    // terrain lives where the last one did.
+    std::uint64_t terrain_serial = 0;
+    int width = 0;
+    int height = 0;
+    std::vector<int> nodes;  // scratch: start cell and the found cells, as indices
+    // How many grid searches ran; lets tests see that a search was skipped.
+    long search_count = 0;
+    const CreaturePath no_path;
+    FlightSearch flight;
+};
+
+// Once-only: a second call logs the once-only error with the call stack and changes nothing.
+void initialize_creature_pathfinding(CreaturePathfinding& pathfinding);
 
 // Moves the creature one tick toward `target_cell` (pixels per tick). Searches only when the
 // goal differs from the last one asked for (by cell coordinates); nullptr clears the path and
@@ -52,10 +102,9 @@ const TerrainCell* creature_find_pathfinding_avoiding_target_cell(const obj_crea
 // The cell the creature was last asked to approach on the current terrain; nullptr when none.
 const TerrainCell* creature_current_goal(const obj_creature& creature);
 // The creature's current path (empty when none), for debug views and tests.
-const CreaturePath& creature_current_path(InstanceId creature);
-// How many grid searches ran in this context; lets tests see that a search was skipped.
-long creature_pathfinding_search_count();
+const CreaturePath& creature_current_path(const CreaturePathfinding& pathfinding,
+                                          InstanceId creature);
 // Drops the creature's goal and path; called from the creature's clean-up event.
-void creature_pathfinding_forget(InstanceId creature);
+void creature_pathfinding_forget(CreaturePathfinding& pathfinding, InstanceId creature);
 
 }  // namespace veldra

@@ -9,7 +9,6 @@
 #include "creatures/creature_pathfinding.h"
 #include "creatures/trial_world.h"
 #include "runtime/assertion.h"
-#include "runtime/context.h"
 #include "world/pathfinder_grid.h"
 #include "world/terrain.h"
 
@@ -20,19 +19,6 @@ namespace {
 // How far a flight looks for a cell, in cells each way: far enough to get out of a monster's
 // reach in one plan, near enough that the search stays a few dozen cells.
 constexpr int FLIGHT_REACH = 4;
-
-// Scratch of the flight search, reused by every creature of the context.
-struct FlightSearch {
-    std::vector<std::uint32_t> visited;  // per cell index: generation when reached
-    std::uint32_t generation = 0;
-    std::vector<int> queue;  // cell indices in the order reached
-};
-
-const Terrain& current_terrain() {
-    const Terrain* terrain = trial_world().terrain;
-    VELDRA_ASSERT(terrain, "creature pathfinding before the trial set trial_world().terrain?");
-    return *terrain;
-}
 
 // Squared: these only compare distances, many times a tick, so the root is left out.
 double centre_distance_squared(double x, double y, const TerrainCell& cell) {
@@ -92,7 +78,7 @@ void flood_reachable(FlightSearch& search, const Terrain& terrain, const Terrain
 
 const TerrainCell* creature_find_pathfinding_adjacent_target_cell(const obj_creature& creature,
                                                                   int cx, int cy) {
-    const Terrain& terrain = current_terrain();
+    const Terrain& terrain = creature.world().current_terrain();
     if (const TerrainCell* goal = creature_current_goal(creature); is_free_neighbour(goal, cx, cy))
         return goal;
     const TerrainCell* best = nullptr;
@@ -115,11 +101,11 @@ const TerrainCell* creature_find_pathfinding_adjacent_target_cell(const obj_crea
 
 const TerrainCell* creature_find_pathfinding_avoiding_target_cell(const obj_creature& creature,
                                                                   const Instance& target) {
-    const Terrain& terrain = current_terrain();
+    const Terrain& terrain = creature.world().current_terrain();
     const TerrainCell* start = terrain.cell_at_room(creature.x, creature.y);
     if (!start)
         return nullptr;
-    FlightSearch& search = ctx().slot<FlightSearch>();
+    FlightSearch& search = creature.world().pathfinding.flight;
     flood_reachable(search, terrain, *start);
     const TerrainCell* best = nullptr;
     const double dx = creature.x - target.x;

@@ -5,7 +5,11 @@
 
 namespace veldra {
 
-// Once-only: a second call logs the once-only error with the call stack and changes nothing.
-void initialize_creature_spawning();
+struct LevelSpawnHooks;
+struct TrialWorld;
+
+// Makes the hooks create creatures in `world` (which must outlive them). Once-only: a second
+// call logs the once-only error with the call stack and changes nothing.
+void initialize_creature_spawning(LevelSpawnHooks& hooks, TrialWorld& world);
 
 }  // namespace veldra

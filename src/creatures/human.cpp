@@ -25,7 +25,7 @@ Ticks rate_as_ticks(double per_second) {
 
 void obj_human::on_create() {
     obj_creature::on_create();
-    const GameConfigurations& c = configs();
+    const GameConfigurations& c = world().configs();
     _creature_initialize(c.human_energy_max, c.human_starting_energy);
     // Both handlers live in this human's own events, so they go with it.
     got_attacked_event.subscribe([this](InstanceId attacker) { counter_attack(attacker); });
@@ -42,16 +42,16 @@ void obj_human::set_traits(const PersonalityTraits& traits) {
 void obj_human::on_tick(Ticks tick, Rng& rng) {
     const InstanceId self = id();
     obj_creature::on_tick(tick, rng);
-    if (rt().instance_exists(self))
+    if (runtime().instance_exists(self))
         decision_tick(rng);
 }
 
 Ticks obj_human::get_action_choose_cooldown_as_ticks() const {
-    return rate_as_ticks(configs().action_update_frequency);
+    return rate_as_ticks(world().configs().action_update_frequency);
 }
 
 Ticks obj_human::get_exchange_cooldown_as_ticks() const {
-    return rate_as_ticks(configs().exchange_frequency);
+    return rate_as_ticks(world().configs().exchange_frequency);
 }
 
 HumanAction* obj_human::get_current_action() const {
@@ -74,7 +74,7 @@ void obj_human::decision_tick(Rng& rng) {
 
 // Not clamped: the creature tick destroys a human at or below 0.
 void obj_human::lose_energy_constantly() {
-    const GameConfigurations& c = configs();
+    const GameConfigurations& c = world().configs();
     constant_energy_loss_timer += 1;
     if (constant_energy_loss_timer < rate_as_ticks(c.human_constant_energy_loss_frequency))
         return;
@@ -116,7 +116,7 @@ bool obj_human::candidate_wins_duel(const HumanAction& candidate, Rng& rng) {
     constexpr int CURRENT = 0;
     constexpr int CANDIDATE = 1;
     duel_sampler_.clear();
-    duel_sampler_.add(CURRENT, configs().current_action_weight_modifier(
+    duel_sampler_.add(CURRENT, world().configs().current_action_weight_modifier(
                                    personality_traits, energy_ratio(), current_weight));
     duel_sampler_.add(CANDIDATE, action_weights[candidate.type->index]);
     return duel_sampler_.get(CANDIDATE, rng) == CANDIDATE;
@@ -142,7 +142,7 @@ void obj_human::retire_actions_if(Pred pred) {
 void obj_human::remember(std::unique_ptr<HumanAction> action) {
     stop_equal_actions(*action);
     actions_in_memory.insert(actions_in_memory.begin(), std::move(action));
-    const auto slots = static_cast<std::size_t>(std::max(0.0, configs().num_memory_slots));
+    const auto slots = static_cast<std::size_t>(std::max(0.0, world().configs().num_memory_slots));
     while (actions_in_memory.size() > slots) {
         retired_actions_.push_back(std::move(actions_in_memory.back()));
         actions_in_memory.pop_back();
@@ -178,7 +178,7 @@ void obj_human::force_start_action(std::unique_ptr<HumanAction> action) {
 }
 
 void obj_human::counter_attack(InstanceId attacker_id) {
-    const Instance* attacker = rt().find(attacker_id);
+    const Instance* attacker = runtime().find(attacker_id);
     if (!attacker)
         return;
     const bool by_human = attacker->is_a<obj_human>();
@@ -186,14 +186,14 @@ void obj_human::counter_attack(InstanceId attacker_id) {
         return;
     const double chance =
         by_human ? counter_attack_chance_against_human : counter_attack_chance_against_monster;
-    if (detail::trial_rng().rng_random(1) >= chance)
+    if (world().trial_rng().rng_random(1) >= chance)
         return;
     if (by_human)
-        force_start_action(std::make_unique<HA_AttackHuman>(attacker_id));
+        force_start_action(std::make_unique<HA_AttackHuman>(*this, attacker_id));
     else
-        force_start_action(std::make_unique<HA_AttackMonster>(attacker_id));
-    if (detail::human_event_log_wanted())
-        detail::human_log_event(
+        force_start_action(std::make_unique<HA_AttackMonster>(*this, attacker_id));
+    if (static_cast<bool>(world().log_event))
+        world().log_event(
             fmt::format("{} strikes back at {}.", EID(this, false), EID(attacker, false)));
 }
 

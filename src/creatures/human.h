@@ -28,6 +28,8 @@ enum ExchangeAction : int { EXCHANGE_GIVE = 0, EXCHANGE_TAKE = 1 };
 class obj_human : public obj_creature {
     VELDRA_OBJECT(obj_human, obj_creature)
 public:
+    using obj_creature::obj_creature;
+
     void on_create() override;
     // The creature part first (death, cooldown, energy event, position history), then the
     // decision tick, unless the creature part destroyed the human.

@@ -18,6 +18,8 @@
 
 namespace veldra {
 
+class Runtime;
+
 class obj_human;
 
 class HumanAction {
@@ -33,13 +35,13 @@ public:
     // Whether `other`, an action of the same type, is the same piece of behaviour.
     virtual bool equals(const HumanAction& other) const = 0;
     // The type's debug name followed by every field, e.g. "ApproachFood target_food: Food 100012".
-    std::string debug_string() const;
+    std::string debug_string(const Runtime& runtime) const;
 
     const HumanActionType* const type;  // one of the context's nine
 
 protected:
     // Appends " name: value" for each field.
-    virtual void append_debug_fields(std::string& out) const = 0;
+    virtual void append_debug_fields(std::string& out, const Runtime& runtime) const = 0;
 };
 
 // The only equality the memory uses: same type, and that type's equals.
@@ -57,7 +59,7 @@ public:
     const InstanceId target;
 
 protected:
-    void append_debug_fields(std::string& out) const override;
+    void append_debug_fields(std::string& out, const Runtime& runtime) const override;
 
 private:
     const char* target_field_;  // the field's name in debug strings: "target_food", ...
@@ -74,7 +76,7 @@ public:
     std::optional<Ticks> tick_at_last_target_cell_find;
 
 protected:
-    void append_debug_fields(std::string& out) const override;
+    void append_debug_fields(std::string& out, const Runtime& runtime) const override;
 };
 
 // Strikes a creature within attack range whenever the cooldown allows; never walks.
@@ -87,78 +89,78 @@ public:
 
 protected:
     // The flight a human takes up when its own blow turned into fleeing.
-    virtual std::unique_ptr<HumanAction> make_flight() const = 0;
-    void append_debug_fields(std::string& out) const override;
+    virtual std::unique_ptr<HumanAction> make_flight(const obj_human& human) const = 0;
+    void append_debug_fields(std::string& out, const Runtime& runtime) const override;
 };
 
 }  // namespace detail
 
 class HA_ApproachFood final : public detail::TargetedHumanAction {
 public:
-    explicit HA_ApproachFood(InstanceId target_food);
+    HA_ApproachFood(const obj_human& human, InstanceId target_food);
     bool tick(obj_human& human, Rng& rng) override;
 };
 
 class HA_ApproachMonster final : public detail::TargetedHumanAction {
 public:
-    explicit HA_ApproachMonster(InstanceId target_monster);
+    HA_ApproachMonster(const obj_human& human, InstanceId target_monster);
     bool tick(obj_human& human, Rng& rng) override;
 };
 
 class HA_ApproachHuman final : public detail::TargetedHumanAction {
 public:
-    explicit HA_ApproachHuman(InstanceId target_human);
+    HA_ApproachHuman(const obj_human& human, InstanceId target_human);
     bool tick(obj_human& human, Rng& rng) override;
 };
 
 class HA_AvoidMonster final : public detail::AvoidAction {
 public:
-    explicit HA_AvoidMonster(InstanceId target_monster);
+    HA_AvoidMonster(const obj_human& human, InstanceId target_monster);
 };
 
 class HA_AvoidHuman final : public detail::AvoidAction {
 public:
-    explicit HA_AvoidHuman(InstanceId target_human);
+    HA_AvoidHuman(const obj_human& human, InstanceId target_human);
 };
 
 class HA_AttackMonster final : public detail::AttackAction {
 public:
-    explicit HA_AttackMonster(InstanceId target_monster);
+    HA_AttackMonster(const obj_human& human, InstanceId target_monster);
 
 private:
-    std::unique_ptr<HumanAction> make_flight() const override;
+    std::unique_ptr<HumanAction> make_flight(const obj_human& human) const override;
 };
 
 class HA_AttackHuman final : public detail::AttackAction {
 public:
-    explicit HA_AttackHuman(InstanceId target_human);
+    HA_AttackHuman(const obj_human& human, InstanceId target_human);
 
 private:
-    std::unique_ptr<HumanAction> make_flight() const override;
+    std::unique_ptr<HumanAction> make_flight(const obj_human& human) const override;
 };
 
 // Meets another human and trades energy once both are within reach and off cooldown.
 class HA_ExchangeWithHuman final : public detail::TargetedHumanAction {
 public:
-    explicit HA_ExchangeWithHuman(InstanceId target_human);
+    HA_ExchangeWithHuman(const obj_human& human, InstanceId target_human);
     bool tick(obj_human& human, Rng& rng) override;
 
     bool first_tick_done = false;
 
 protected:
-    void append_debug_fields(std::string& out) const override;
+    void append_debug_fields(std::string& out, const Runtime& runtime) const override;
 };
 
 class HA_Explore final : public HumanAction {
 public:
-    explicit HA_Explore(const TerrainCell& target_cell);
+    HA_Explore(const obj_human& human, const TerrainCell& target_cell);
     bool tick(obj_human& human, Rng& rng) override;
     bool equals(const HumanAction& other) const override;
 
     const TerrainCell* const target_cell;  // a cell of the trial's terrain
 
 protected:
-    void append_debug_fields(std::string& out) const override;
+    void append_debug_fields(std::string& out, const Runtime& runtime) const override;
 };
 
 }  // namespace veldra

@@ -4,9 +4,9 @@
 #include "creatures/human.h"
 #include "creatures/human_exploration.h"
 #include "creatures/monster.h"
+#include "creatures/trial_world.h"
 #include "runtime/assertion.h"
 #include "runtime/callstack.h"
-#include "runtime/context.h"
 #include "runtime/once.h"
 #include "runtime/runtime.h"
 #include "util/geometry.h"
@@ -17,12 +17,14 @@ HumanActionType::HumanActionType(std::size_t index, std::string debug_name, Conf
                                  ConfigMethodKey move_speed)
     : index(index), debug_name(std::move(debug_name)), weight_(weight), move_speed_(move_speed) {}
 
-double HumanActionType::get_weight(const PersonalityTraits& traits, double energy_ratio) const {
-    return (configs().*weight_)(traits, energy_ratio);
+double HumanActionType::get_weight(const GameConfigurations& configs,
+                                   const PersonalityTraits& traits, double energy_ratio) const {
+    return (configs.*weight_)(traits, energy_ratio);
 }
 
-double HumanActionType::get_move_speed(const PersonalityTraits& traits) const {
-    return (configs().*move_speed_)(traits);
+double HumanActionType::get_move_speed(const GameConfigurations& configs,
+                                       const PersonalityTraits& traits) const {
+    return (configs.*move_speed_)(traits);
 }
 
 namespace {
@@ -40,11 +42,11 @@ public:
           target_weight_(target_weight) {}
 
     std::unique_ptr<HumanAction> try_initiate(obj_human& human, Rng& rng) const override {
-        const InstanceId target = human.choose_action_target(Target::object_type_static(),
-                                                             configs().*target_weight_, rng);
+        const InstanceId target = human.choose_action_target(
+            Target::object_type_static(), human.world().configs().*target_weight_, rng);
         if (target == NO_INSTANCE)
             return nullptr;
-        return std::make_unique<Action>(target);
+        return std::make_unique<Action>(human, target);
     }
 
 private:
@@ -57,7 +59,7 @@ public:
 
     std::unique_ptr<HumanAction> try_initiate(obj_human& human, Rng& rng) const override {
         // A meal now would be partly wasted.
-        if (human.energy > human.energy_max - configs().human_energy_gain_eat_food)
+        if (human.energy > human.energy_max - human.world().configs().human_energy_gain_eat_food)
             return nullptr;
         return TargetChoosingType::try_initiate(human, rng);
     }
@@ -71,13 +73,13 @@ public:
     using HumanActionType::HumanActionType;
 
     std::unique_ptr<HumanAction> try_initiate(obj_human& human, Rng&) const override {
-        const Runtime& runtime = rt();
+        const Runtime& runtime = human.runtime();
         const std::size_t count = runtime.instance_number<Target>();
         for (std::size_t i = 0; i < count; ++i) {
             const Target* target = runtime.instance_find<Target>(i);
             if (static_cast<const Instance*>(target) != &human &&
                 creature_is_within_attack_range(human, *target))
-                return std::make_unique<Action>(target->id());
+                return std::make_unique<Action>(human, target->id());
         }
         return nullptr;
     }
@@ -98,12 +100,12 @@ public:
     using HumanActionType::HumanActionType;
 
     std::unique_ptr<HumanAction> try_initiate(obj_human& human, Rng&) const override {
-        const Runtime& runtime = rt();
+        const Runtime& runtime = human.runtime();
         const std::size_t count = runtime.instance_number<obj_human>();
         for (std::size_t i = 0; i < count; ++i) {
             const obj_human* partner = runtime.instance_find<obj_human>(i);
             if (is_suitable_exchange_partner(human, *partner))
-                return std::make_unique<HA_ExchangeWithHuman>(partner->id());
+                return std::make_unique<HA_ExchangeWithHuman>(human, partner->id());
         }
         return nullptr;
     }
@@ -118,7 +120,7 @@ public:
             human_find_exploration_pathfinding_target(human, rng, previous_target(human));
         if (!cell)
             return nullptr;
-        return std::make_unique<HA_Explore>(*cell);
+        return std::make_unique<HA_Explore>(human, *cell);
     }
 
 private:
@@ -140,9 +142,8 @@ const HumanActionType* add_type(HumanActionTypes& types, const char* name, Args.
 
 }  // namespace
 
-void initialize_human_action_types() {
+void initialize_human_action_types(HumanActionTypes& t) {
     VELDRA_SCOPE();
-    HumanActionTypes& t = ctx().slot<HumanActionTypes>();
     if (!once_only_first_call(t.called))
         return;
     t.HAT_approach_food =
@@ -169,17 +170,6 @@ void initialize_human_action_types() {
                                &GC::move_speed_exchange_with_human);
     t.HAT_explore =
         add_type<ExploreType>(t, "Explore", &GC::weight_explore, &GC::move_speed_explore);
-}
-
-const HumanActionTypes& human_action_types() {
-    const HumanActionTypes& types = ctx().slot<HumanActionTypes>();
-    VELDRA_ASSERT(types.HAT_explore,
-                  "human action types used before initialize_human_action_types()?");
-    return types;
-}
-
-const std::vector<const HumanActionType*>& all_human_action_types() {
-    return human_action_types().all;
 }
 
 }  // namespace veldra

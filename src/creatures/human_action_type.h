@@ -4,8 +4,8 @@
 // looking at the world, builds a concrete action with its target when the behaviour is possible
 // now. The decision loop (obj_human) samples the types by weight and asks them in turn.
 //
-// One instance of each type exists per context, built once at start-up; humans refer to them by
-// pointer and index their per-type tables (weights, move speeds) by `index`.
+// One instance of each type exists per simulation, built once at start-up; humans refer to them
+// by pointer and index their per-type tables (weights, move speeds) by `index`.
 
 #include <array>
 #include <cstddef>
@@ -24,8 +24,8 @@ class HumanAction;
 
 inline constexpr std::size_t HUMAN_ACTION_TYPE_COUNT = 9;
 
-// A configuration formula named by its field, read from the current Configs when called, so a
-// reloaded configuration takes effect without rebuilding the types.
+// A configuration formula named by its field, read from the Configs passed in when called, so
+// a reloaded configuration takes effect without rebuilding the types.
 using ConfigMethodKey = ConfigMethod GameConfigurations::*;
 
 class HumanActionType {
@@ -37,13 +37,15 @@ public:
     HumanActionType& operator=(const HumanActionType&) = delete;
 
     // How strongly these traits are drawn to the behaviour; energy_ratio is energy / energy_max.
-    virtual double get_weight(const PersonalityTraits& traits, double energy_ratio) const;
+    virtual double get_weight(const GameConfigurations& configs, const PersonalityTraits& traits,
+                              double energy_ratio) const;
     // A new action when the behaviour can start now, else nullptr. `rng` is the tick's generator.
     virtual std::unique_ptr<HumanAction> try_initiate(obj_human& human, Rng& rng) const = 0;
     // Pixels per tick while an action of this type runs, before the sand factor.
-    double get_move_speed(const PersonalityTraits& traits) const;
+    double get_move_speed(const GameConfigurations& configs,
+                          const PersonalityTraits& traits) const;
 
-    const std::size_t index;  // position in all_human_action_types(), 0..8
+    const std::size_t index;  // position in HumanActionTypes::all, 0..8
     const std::string debug_name;
 
 private:
@@ -51,8 +53,13 @@ private:
     ConfigMethodKey move_speed_;
 };
 
-// The context's nine types, in table order.
+// The nine types, in table order (`all` is all_human_action_types).
 struct HumanActionTypes {
+    HumanActionTypes() = default;
+    // Humans and actions point at the types.
+    HumanActionTypes(const HumanActionTypes&) = delete;
+    HumanActionTypes& operator=(const HumanActionTypes&) = delete;
+
     bool called = false;
     std::vector<std::unique_ptr<HumanActionType>> owned;
     std::vector<const HumanActionType*> all;
@@ -68,12 +75,8 @@ struct HumanActionTypes {
     const HumanActionType* HAT_explore = nullptr;
 };
 
-// Once-only: builds the nine types in the current context. A second call logs the once-only
-// error with the call stack and changes nothing.
-void initialize_human_action_types();
-
-// The current context's types; initialize_human_action_types must have run.
-const HumanActionTypes& human_action_types();
-const std::vector<const HumanActionType*>& all_human_action_types();
+// Once-only: builds the nine types. A second call logs the once-only error with the call stack
+// and changes nothing.
+void initialize_human_action_types(HumanActionTypes& types);
 
 }  // namespace veldra

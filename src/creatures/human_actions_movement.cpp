@@ -29,17 +29,17 @@ bool in_sight(const obj_human& human, const Instance& target) {
 }
 
 void eat(obj_human& human, const obj_food& food) {
-    if (const auto& log = trial_world().log_interactive_event)
+    if (const auto& log = human.world().log_interactive_event)
         log(fmt::format("{} ate {}.", EID(&human, false), EID(&food, false)));
-    rt().instance_destroy(food.id());
-    human.energy = std::min(human.energy_max, human.energy + configs().human_energy_gain_eat_food);
+    human.runtime().instance_destroy(food.id());
+    human.energy = std::min(human.energy_max, human.energy + human.world().configs().human_energy_gain_eat_food);
 }
 
 // Walks toward the free cell beside the target creature's cell. An approach is over once the
 // human is close enough to strike or trade (so the next remembered action can take over), or
 // when the target is gone or out of sight.
 bool approach_creature(obj_human& human, InstanceId target_id) {
-    const obj_creature* target = rt().find_as<obj_creature>(target_id);
+    const obj_creature* target = human.runtime().find_as<obj_creature>(target_id);
     if (!target || !in_sight(human, *target) || creature_is_within_attack_range(human, *target))
         return false;
     const TerrainCell* cell = creature_find_pathfinding_adjacent_target_cell(
@@ -50,14 +50,14 @@ bool approach_creature(obj_human& human, InstanceId target_id) {
 
 }  // namespace
 
-HA_ApproachFood::HA_ApproachFood(InstanceId target_food)
-    : TargetedHumanAction(*human_action_types().HAT_approach_food, target_food, "target_food") {}
+HA_ApproachFood::HA_ApproachFood(const obj_human& human, InstanceId target_food)
+    : TargetedHumanAction(*human.world().action_types.HAT_approach_food, target_food, "target_food") {}
 
 bool HA_ApproachFood::tick(obj_human& human, Rng&) {
-    const obj_food* food = rt().find_as<obj_food>(target);
+    const obj_food* food = human.runtime().find_as<obj_food>(target);
     if (!food)
         return false;
-    creature_approach(human, detail::trial_terrain().cell_at_room(food->x, food->y),
+    creature_approach(human, human.world().current_terrain().cell_at_room(food->x, food->y),
                       human.get_movement_speed());
     if (point_distance(human.x, human.y, food->x, food->y) >= EATING_DISTANCE)
         return true;
@@ -65,16 +65,16 @@ bool HA_ApproachFood::tick(obj_human& human, Rng&) {
     return false;
 }
 
-HA_ApproachMonster::HA_ApproachMonster(InstanceId target_monster)
-    : TargetedHumanAction(*human_action_types().HAT_approach_monster, target_monster,
+HA_ApproachMonster::HA_ApproachMonster(const obj_human& human, InstanceId target_monster)
+    : TargetedHumanAction(*human.world().action_types.HAT_approach_monster, target_monster,
                           "target_monster") {}
 
 bool HA_ApproachMonster::tick(obj_human& human, Rng&) {
     return approach_creature(human, target);
 }
 
-HA_ApproachHuman::HA_ApproachHuman(InstanceId target_human)
-    : TargetedHumanAction(*human_action_types().HAT_approach_human, target_human, "target_human") {}
+HA_ApproachHuman::HA_ApproachHuman(const obj_human& human, InstanceId target_human)
+    : TargetedHumanAction(*human.world().action_types.HAT_approach_human, target_human, "target_human") {}
 
 bool HA_ApproachHuman::tick(obj_human& human, Rng&) {
     return approach_creature(human, target);
@@ -84,10 +84,10 @@ bool HA_ApproachHuman::tick(obj_human& human, Rng&) {
 // FLIGHT_REPLAN_TICKS, also when no flight cell was found (the creature then stands still until
 // the next plan rather than searching every tick).
 bool detail::AvoidAction::tick(obj_human& human, Rng&) {
-    const Instance* pursuer = rt().find(target);
+    const Instance* pursuer = human.runtime().find(target);
     if (!pursuer || !in_sight(human, *pursuer))
         return false;
-    const Ticks now = trial_world().spent_ticks;
+    const Ticks now = human.world().spent_ticks;
     if (!tick_at_last_target_cell_find ||
         now - *tick_at_last_target_cell_find >= FLIGHT_REPLAN_TICKS) {
         target_cell = creature_find_pathfinding_avoiding_target_cell(human, *pursuer);
@@ -97,15 +97,15 @@ bool detail::AvoidAction::tick(obj_human& human, Rng&) {
     return true;
 }
 
-HA_AvoidMonster::HA_AvoidMonster(InstanceId target_monster)
-    : AvoidAction(*human_action_types().HAT_avoid_monster, target_monster, "target_monster") {}
+HA_AvoidMonster::HA_AvoidMonster(const obj_human& human, InstanceId target_monster)
+    : AvoidAction(*human.world().action_types.HAT_avoid_monster, target_monster, "target_monster") {}
 
-HA_AvoidHuman::HA_AvoidHuman(InstanceId target_human)
-    : AvoidAction(*human_action_types().HAT_avoid_human, target_human, "target_human") {}
+HA_AvoidHuman::HA_AvoidHuman(const obj_human& human, InstanceId target_human)
+    : AvoidAction(*human.world().action_types.HAT_avoid_human, target_human, "target_human") {}
 
 bool HA_Explore::tick(obj_human& human, Rng&) {
     creature_approach(human, target_cell, human.get_movement_speed());
-    return detail::trial_terrain().cell_at_room(human.x, human.y) != target_cell;
+    return human.world().current_terrain().cell_at_room(human.x, human.y) != target_cell;
 }
 
 }  // namespace veldra

@@ -11,6 +11,8 @@ namespace veldra {
 class obj_human_ai : public obj_human {
     VELDRA_OBJECT(obj_human_ai, obj_human)
 public:
+    using obj_human::obj_human;
+
     // Called by the level right after creation; none for a human of random personality.
     void human_ai_initialize(std::optional<int> type_number);
 

@@ -7,7 +7,6 @@
 
 #include "creatures/human.h"
 #include "creatures/human_trial.h"
-#include "runtime/context.h"
 #include "runtime/log.h"
 #include "runtime/runtime.h"
 #include "util/geometry.h"
@@ -16,19 +15,12 @@ namespace veldra {
 
 namespace {
 
-// Scratch of choose_action_target shared by every human of the context; it only grows, so
-// choosing a target allocates nothing once the largest population has been seen.
-struct TargetChoiceScratch {
-    std::vector<double> distances;  // per instance index; NaN for "not a candidate"
-    WeightedRandomSampler<InstanceId> sampler;
-};
-
 constexpr double NOT_A_CANDIDATE = std::numeric_limits<double>::quiet_NaN();
 
 }  // namespace
 
 void obj_human::re_evaluate_from_configs() {
-    const GameConfigurations& c = configs();
+    const GameConfigurations& c = world().configs();
     const PersonalityTraits& t = personality_traits;
     const double ratio = energy_ratio();
 
@@ -42,8 +34,8 @@ void obj_human::re_evaluate_from_configs() {
 
     re_evaluate_samplers(ratio);
 
-    for (const HumanActionType* type : all_human_action_types())
-        action_move_speeds[type->index] = type->get_move_speed(t);
+    for (const HumanActionType* type : world().action_types.all)
+        action_move_speeds[type->index] = type->get_move_speed(c, t);
 
     sight_range = c.human_sight_range(t);
     exploration_range = c.human_exploration_range(t);
@@ -56,12 +48,12 @@ void obj_human::re_evaluate_from_configs() {
 }
 
 void obj_human::re_evaluate_samplers(double ratio) {
-    const GameConfigurations& c = configs();
+    const GameConfigurations& c = world().configs();
     const PersonalityTraits& t = personality_traits;
 
     action_sampler.clear();
-    for (const HumanActionType* type : all_human_action_types()) {
-        const double weight = type->get_weight(t, ratio);
+    for (const HumanActionType* type : world().action_types.all) {
+        const double weight = type->get_weight(c, t, ratio);
         action_weights[type->index] = weight;
         action_sampler.add(type, weight);
     }
@@ -83,8 +75,9 @@ double obj_human::get_movement_speed() const {
     if (!current)
         return 0;
     const double speed = action_move_speeds[current->type->index];
-    const TerrainCell* cell = detail::trial_terrain().cell_at_room(x, y);
-    return cell && cell->is_sand ? speed * configs().human_sand_move_speed_multiplier : speed;
+    const TerrainCell* cell = world().current_terrain().cell_at_room(x, y);
+    return cell && cell->is_sand ? speed * world().configs().human_sand_move_speed_multiplier
+                                 : speed;
 }
 
 // Candidates are the instances of `object` in sight (the human itself excluded). Each is
@@ -92,8 +85,8 @@ double obj_human::get_movement_speed() const {
 // the nearest, 1 for the farthest, and 0 when all are equally far (a single candidate).
 InstanceId obj_human::choose_action_target(const ObjectType& object,
                                            const ConfigMethod& target_weight, Rng& rng) const {
-    TargetChoiceScratch& scratch = ctx().slot<TargetChoiceScratch>();
-    const Runtime& runtime = rt();
+    TargetChoiceScratch& scratch = world().scratch.target_choice;
+    const Runtime& runtime = this->runtime();
     const std::size_t count = runtime.instance_number(object);
     if (scratch.distances.size() < count)
         scratch.distances.resize(count);

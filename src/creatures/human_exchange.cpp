@@ -36,7 +36,7 @@ bool obj_human::can_exchange_with_human(const obj_human&) const {
 void obj_human::exchange_with_human(obj_human& partner, Rng& rng) {
     const int mine = exchange_action_sampler.get(EXCHANGE_TAKE, rng);
     const int theirs = partner.exchange_action_sampler.get(EXCHANGE_TAKE, rng);
-    const GameConfigurations& c = configs();
+    const GameConfigurations& c = world().configs();
     if (mine == EXCHANGE_GIVE && theirs == EXCHANGE_GIVE) {
         gain_energy(*this, c.exchange_collaboration_energy_gain);
         gain_energy(partner, c.exchange_collaboration_energy_gain);
@@ -51,8 +51,8 @@ void obj_human::exchange_with_human(obj_human& partner, Rng& rng) {
     partner.exchange_cooldown_timer = partner.get_exchange_cooldown_as_ticks();
     start_animation(CREATURE_ANIMATION_EXCHANGE, partner.x, partner.y, EXCHANGE_ANIMATION_STEPS);
     partner.start_animation(CREATURE_ANIMATION_EXCHANGE, x, y, EXCHANGE_ANIMATION_STEPS);
-    if (detail::human_event_log_wanted())
-        detail::human_log_event(fmt::format("{} {} and {} {} in an exchange.", EID(this, false),
+    if (static_cast<bool>(world().log_event))
+        world().log_event(fmt::format("{} {} and {} {} in an exchange.", EID(this, false),
                                             exchange_action_name(mine), EID(&partner, false),
                                             exchange_action_name(theirs)));
 }

@@ -6,18 +6,10 @@
 
 #include "creatures/human.h"
 #include "creatures/human_trial.h"
-#include "runtime/context.h"
 
 namespace veldra {
 
 namespace {
-
-// Candidate cells of the last search, shared by every human of the context and only grown, so
-// exploring allocates nothing once warmed up.
-struct ExplorationScratch {
-    std::vector<const TerrainCell*> all;
-    std::vector<const TerrainCell*> fresh;  // the ones far enough from the previous target
-};
 
 // Squared, to spare the square root in a scan of up to a few hundred cells per decision.
 double squared_distance_to_centre(double x, double y, const TerrainCell& cell) {
@@ -32,7 +24,7 @@ double squared_distance_to_centre(double x, double y, const TerrainCell& cell) {
 // to the terrain, scanned row by row so the draw only depends on the generator.
 const TerrainCell* human_find_exploration_pathfinding_target(const obj_human& human, Rng& rng,
                                                              const TerrainCell* previous_target) {
-    const Terrain& terrain = detail::trial_terrain();
+    const Terrain& terrain = human.world().current_terrain();
     const double range = human.exploration_range;
     const double range_squared = range * range;
     const double fresh_squared = range_squared / 4;  // half the range, squared
@@ -40,7 +32,7 @@ const TerrainCell* human_find_exploration_pathfinding_target(const obj_human& hu
     const int cy = detail::room_to_cell(human.y);
     const int reach = static_cast<int>(std::max(0.0, std::ceil(range / TERRAIN_CELL_SIZE)));
 
-    ExplorationScratch& scratch = ctx().slot<ExplorationScratch>();
+    ExplorationScratch& scratch = human.world().scratch.exploration;
     scratch.all.clear();
     scratch.fresh.clear();
     for (int y = std::max(0, cy - reach); y <= std::min(terrain.height - 1, cy + reach); ++y) {

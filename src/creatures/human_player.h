@@ -8,6 +8,8 @@ namespace veldra {
 
 class obj_human_player : public obj_human {
     VELDRA_OBJECT(obj_human_player, obj_human)
+public:
+    using obj_human::obj_human;
 };
 
 }  // namespace veldra

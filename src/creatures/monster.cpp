@@ -12,7 +12,6 @@
 #include "creatures/human.h"
 #include "creatures/trial_world.h"
 #include "runtime/assertion.h"
-#include "runtime/context.h"
 #include "runtime/log.h"
 #include "runtime/runtime.h"
 #include "util/geometry.h"
@@ -26,23 +25,6 @@ namespace {
 constexpr Ticks CELL_PICK_MIN_TICKS = 120;
 constexpr Ticks CELL_PICK_MAX_TICKS = 240;
 
-// Candidates of the last cell pick, shared by every monster of the context; only grows.
-struct MonsterCellScratch {
-    std::vector<const TerrainCell*> candidate_cells;
-};
-
-const Terrain& trial_terrain() {
-    const Terrain* terrain = trial_world().terrain;
-    VELDRA_ASSERT(terrain, "monster ticked before the trial set trial_world().terrain?");
-    return *terrain;
-}
-
-Rng& trial_rng() {
-    Rng* rng = trial_world().rng;
-    VELDRA_ASSERT(rng, "monster ticked before the trial set trial_world().rng?");
-    return *rng;
-}
-
 int cell_coordinate(double pixels) {
     return static_cast<int>(std::floor(pixels / TERRAIN_CELL_SIZE));
 }
@@ -50,11 +32,12 @@ int cell_coordinate(double pixels) {
 // The traversable cells of the square of `half_size` cells each way around (x, y), clamped to
 // the terrain and row by row; with a range, only cells whose centre is within it. A random one
 // from the trial's generator, or nullptr (and no draw) when there is none.
-const TerrainCell* pick_cell_around(double x, double y, int half_size, double range) {
-    const Terrain& terrain = trial_terrain();
+const TerrainCell* pick_cell_around(TrialWorld& world, double x, double y, int half_size,
+                                    double range) {
+    const Terrain& terrain = world.current_terrain();
     const int cx = cell_coordinate(x);
     const int cy = cell_coordinate(y);
-    std::vector<const TerrainCell*>& candidates = ctx().slot<MonsterCellScratch>().candidate_cells;
+    std::vector<const TerrainCell*>& candidates = world.scratch.monster_cells;
     candidates.clear();
     for (int ty = std::max(0, cy - half_size); ty <= std::min(terrain.height - 1, cy + half_size);
          ++ty) {
@@ -71,15 +54,15 @@ const TerrainCell* pick_cell_around(double x, double y, int half_size, double ra
     }
     if (candidates.empty())
         return nullptr;
-    return trial_rng().rng_array_get_random(candidates);
+    return world.trial_rng().rng_array_get_random(candidates);
 }
 
 // Counts a cell-pick timer down; true when it ran out, after resetting it.
-bool cell_pick_due(Ticks& timer) {
+bool cell_pick_due(TrialWorld& world, Ticks& timer) {
     timer -= 1;
     if (timer > 0)
         return false;
-    timer = trial_rng().rng_irandom_range(CELL_PICK_MIN_TICKS, CELL_PICK_MAX_TICKS);
+    timer = world.trial_rng().rng_irandom_range(CELL_PICK_MIN_TICKS, CELL_PICK_MAX_TICKS);
     return true;
 }
 
@@ -87,7 +70,7 @@ bool cell_pick_due(Ticks& timer) {
 
 void obj_monster::on_create() {
     obj_creature::on_create();
-    const GameConfigurations& c = configs();
+    const GameConfigurations& c = world().configs();
     _creature_initialize(c.monster_energy_max, c.monster_starting_energy);
     movement_speed = c.monster_movement_speed;
     exploration_movement_speed = c.monster_exploration_movement_speed;
@@ -108,9 +91,9 @@ void obj_monster::on_create() {
 
 void obj_monster::on_tick(Ticks tick, Rng& rng) {
     obj_creature::on_tick(tick, rng);
-    const TerrainCell* under = trial_terrain().cell_at_room(x, y);
+    const TerrainCell* under = world().current_terrain().cell_at_room(x, y);
     const double speed_factor =
-        under && under->is_sand ? configs().monster_sand_move_speed_multiplier : 1.0;
+        under && under->is_sand ? world().configs().monster_sand_move_speed_multiplier : 1.0;
     if (hunt(speed_factor, rng) || guard_food(speed_factor))
         return;
     wander(speed_factor);
@@ -119,7 +102,7 @@ void obj_monster::on_tick(Ticks tick, Rng& rng) {
 // Keeps after its prey while it is in sight; without prey it takes the nearest human in sight
 // and goes after it in the same tick.
 bool obj_monster::hunt(double speed_factor, Rng& rng) {
-    Runtime& runtime = rt();
+    Runtime& runtime = this->runtime();
     obj_human* prey = runtime.find_as<obj_human>(target_creature);
     if (prey && point_distance(x, y, prey->x, prey->y) > sight_range)
         prey = nullptr;
@@ -141,7 +124,7 @@ bool obj_monster::hunt(double speed_factor, Rng& rng) {
 }
 
 bool obj_monster::guard_food(double speed_factor) {
-    const obj_food* food = rt().instance_nearest<obj_food>(x, y);
+    const obj_food* food = runtime().instance_nearest<obj_food>(x, y);
     if (!food) {
         target_food = NO_INSTANCE;
         return false;
@@ -151,25 +134,25 @@ bool obj_monster::guard_food(double speed_factor) {
         target_food = food->id();
         target_food_cell_timer = 0;
     }
-    if (cell_pick_due(target_food_cell_timer))
+    if (cell_pick_due(world(), target_food_cell_timer))
         target_cell_around_food = find_pathfinding_target_around_food(*food);
     creature_approach(*this, target_cell_around_food, exploration_movement_speed * speed_factor);
     return true;
 }
 
 void obj_monster::wander(double speed_factor) {
-    if (cell_pick_due(exploration_timer))
+    if (cell_pick_due(world(), exploration_timer))
         target_explore_cell = find_exploring_pathfinding_target();
     creature_approach(*this, target_explore_cell, exploration_movement_speed * speed_factor);
 }
 
 const TerrainCell* obj_monster::find_pathfinding_target_around_food(const obj_food& food) const {
-    return pick_cell_around(food.x, food.y, MONSTER_FOOD_SQUARE_HALF_SIZE, -1);
+    return pick_cell_around(world(), food.x, food.y, MONSTER_FOOD_SQUARE_HALF_SIZE, -1);
 }
 
 const TerrainCell* obj_monster::find_exploring_pathfinding_target() const {
     const int half_size = static_cast<int>(std::floor(exploration_range / TERRAIN_CELL_SIZE));
-    return pick_cell_around(x, y, half_size, exploration_range);
+    return pick_cell_around(world(), x, y, half_size, exploration_range);
 }
 
 }  // namespace veldra

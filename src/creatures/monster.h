@@ -14,6 +14,8 @@ class obj_food;
 class obj_monster : public obj_creature {
     VELDRA_OBJECT(obj_monster, obj_creature)
 public:
+    using obj_creature::obj_creature;
+
     void on_create() override;
     void on_tick(Ticks tick, Rng& rng) override;
 

@@ -15,6 +15,9 @@
 
 namespace veldra {
 
+struct GameConfigurations;
+struct HumanActionTypes;
+
 // [low, high] per trait, in the record's field order.
 struct PersonalityTraitRanges {
     std::array<double, 2> openness{};
@@ -46,8 +49,12 @@ std::optional<PersonalityTraitRanges> personality_traits_ranges_from_value(const
 
 // The three tables of the print-out (traits; action weights of a full human; exchange weights)
 // as text, one table after the other.
-std::string personality_traits_format_data(const PersonalityTraits& traits);
+std::string personality_traits_format_data(const PersonalityTraits& traits,
+                                           const GameConfigurations& configs,
+                                           const HumanActionTypes& types);
 // Writes personality_traits_format_data to the log.
-void personality_traits_print_data(const PersonalityTraits& traits);
+void personality_traits_print_data(const PersonalityTraits& traits,
+                                   const GameConfigurations& configs,
+                                   const HumanActionTypes& types);
 
 }  // namespace veldra

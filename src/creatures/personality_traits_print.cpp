@@ -42,7 +42,9 @@ std::string make_sampler_string_table(const std::string& title, const Rows& weig
 
 }  // namespace
 
-std::string personality_traits_format_data(const PersonalityTraits& traits) {
+std::string personality_traits_format_data(const PersonalityTraits& traits,
+                                           const GameConfigurations& c,
+                                           const HumanActionTypes& types) {
     const Rows trait_rows{
         {"Openness", number_to_string(traits.openness)},
         {"Conscientiousness", number_to_string(traits.conscientiousness)},
@@ -52,9 +54,8 @@ std::string personality_traits_format_data(const PersonalityTraits& traits) {
     };
     // A full human: energy ratio 1.
     Rows action_rows;
-    for (const HumanActionType* type : all_human_action_types())
-        action_rows.emplace_back(type->debug_name, number_to_string(type->get_weight(traits, 1)));
-    const GameConfigurations& c = configs();
+    for (const HumanActionType* type : types.all)
+        action_rows.emplace_back(type->debug_name, number_to_string(type->get_weight(c, traits, 1)));
     const Rows exchange_rows{
         {"Give", number_to_string(c.exchange_give_weight(traits, 1))},
         {"Take", number_to_string(c.exchange_take_weight(traits, 1))},
@@ -64,8 +65,9 @@ std::string personality_traits_format_data(const PersonalityTraits& traits) {
            make_sampler_string_table("Exchange action", exchange_rows);
 }
 
-void personality_traits_print_data(const PersonalityTraits& traits) {
-    log(personality_traits_format_data(traits));
+void personality_traits_print_data(const PersonalityTraits& traits, const GameConfigurations& c,
+                                   const HumanActionTypes& types) {
+    log(personality_traits_format_data(traits, c, types));
 }
 
 }  // namespace veldra

@@ -1,11 +1,21 @@
 #include "creatures/trial_world.h"
 
-#include "runtime/context.h"
+#include "config/game_configurations.h"
 
 namespace veldra {
 
-TrialWorld& trial_world() {
-    return ctx().slot<TrialWorld>();
+const GameConfigurations& TrialWorld::configs() const {
+    return configs_state.get();
+}
+
+void TrialWorld::clear_trial() {
+    terrain = nullptr;
+    rng = nullptr;
+    spent_ticks = 0;
+    subscribe_tick = nullptr;
+    log_event = nullptr;
+    log_interactive_event = nullptr;
+    creature_died = {};
 }
 
 }  // namespace veldra

@@ -1,24 +1,60 @@
 #pragma once
-// The running trial as creatures see it. The trial lives above this folder, so it hands its
-// terrain, generator, clock, ticker and event logs down through this slot: it fills it before the
-// level is laid out and resets it when it ends. Creatures never hold on to these pointers beyond
-// a tick. Nothing here is about drawing: views (ui/) follow the creatures' events and
-// creature_died, and a trial with no view attached simply has no listener.
+// The world as creatures see it: the runtime they live in, the configuration, the action types,
+// the pathfinding, and the running trial's terrain, generator, clock, ticker and event logs.
+// Every creature is made with a reference to it and reads everything through it. The trial
+// lives above this folder, so it fills the trial's part before the level is laid out and clears
+// it when it ends; creatures never hold on to those pointers beyond a tick. Nothing here is
+// about drawing: views (ui/) follow the creatures' events and creature_died, and a trial with no
+// view attached simply has no listener.
 
 #include <functional>
 #include <string>
 
+#include "creatures/creature_scratch.h"
 #include "creatures/event.h"
+#include "runtime/assertion.h"
 #include "runtime/instance_id.h"
 #include "util/rng.h"
 #include "util/ticks.h"
 
 namespace veldra {
 
+class Runtime;
 class Terrain;
 class obj_creature;
+struct ConfigsState;
+struct GameConfigurations;
+struct HumanActionTypes;
+struct CreaturePathfinding;
 
 struct TrialWorld {
+    TrialWorld(Runtime& runtime, const ConfigsState& configs, const HumanActionTypes& action_types,
+               CreaturePathfinding& pathfinding)
+        : runtime(runtime),
+          configs_state(configs),
+          action_types(action_types),
+          pathfinding(pathfinding) {}
+    TrialWorld(const TrialWorld&) = delete;
+    TrialWorld& operator=(const TrialWorld&) = delete;
+
+    // The configuration in force; reading it before one is loaded is a programming fault.
+    const GameConfigurations& configs() const;
+    const Terrain& current_terrain() const {
+        VELDRA_ASSERT(terrain, "creatures ticked before the trial set its terrain?");
+        return *terrain;
+    }
+    Rng& trial_rng() const {
+        VELDRA_ASSERT(rng, "creatures ticked before the trial set its generator?");
+        return *rng;
+    }
+    // Forgets the trial's part: what a trial does when it ends.
+    void clear_trial();
+
+    Runtime& runtime;
+    const ConfigsState& configs_state;
+    const HumanActionTypes& action_types;
+    CreaturePathfinding& pathfinding;
+
     const Terrain* terrain = nullptr;  // the level's terrain; set by the trial before dumping
     // The trial's own generator: counter-attack and exchange-back chances, monster timers and
     // cell picks. Tick handlers get the ticker's generator instead, for the decision draws.
@@ -33,8 +69,8 @@ struct TrialWorld {
     std::function<void(const std::string&)> log_interactive_event;
     // Raised by a creature's destroy event, while it still stands where it died.
     Event<const obj_creature&> creature_died;
-};
 
-TrialWorld& trial_world();
+    CreatureScratch scratch;
+};
 
 }  // namespace veldra

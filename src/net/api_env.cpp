@@ -3,7 +3,6 @@
 #include <nlohmann/json.hpp>
 
 #include "runtime/callstack.h"
-#include "runtime/context.h"
 #include "runtime/file_io.h"
 #include "runtime/log.h"
 #include "runtime/once.h"
@@ -13,11 +12,6 @@
 namespace veldra {
 
 namespace {
-struct ApiEnvSlot {
-    bool initialized = false;
-    ApiEnv env;
-};
-
 std::optional<std::string> string_field(const nlohmann::ordered_json& root, const char* key) {
     auto it = root.find(key);
     if (it == root.end() || !it->is_string())
@@ -26,12 +20,11 @@ std::optional<std::string> string_field(const nlohmann::ordered_json& root, cons
 }
 }  // namespace
 
-void initialize_api_env() {
+void initialize_api_env(ApiEnv& env) {
     VELDRA_SCOPE();
-    auto& slot = ctx().slot<ApiEnvSlot>();
-    if (!once_only_first_call(slot.initialized))
+    if (!once_only_first_call(env.initialized))
         return;
-    slot.env = ApiEnv{};
+    env.remote_url = env.api_username = env.api_password = std::nullopt;
     const FileText text =
         read_whole_file(resolve_user_path(API_ENV_FILENAME), MAX_SETTINGS_FILE_BYTES);
     const JsonDocument document = json_parse_document(text ? *text.text : std::string());
@@ -40,12 +33,9 @@ void initialize_api_env() {
         log_error("Couldn't find API configuration file \".api_env.json\".");
         return;
     }
-    slot.env = {string_field(root, "remote_url"), string_field(root, "api_username"),
-                string_field(root, "api_password")};
-}
-
-const ApiEnv& api_env() {
-    return ctx().slot<ApiEnvSlot>().env;
+    env.remote_url = string_field(root, "remote_url");
+    env.api_username = string_field(root, "api_username");
+    env.api_password = string_field(root, "api_password");
 }
 
 }  // namespace veldra

@@ -12,12 +12,12 @@ struct ApiEnv {
     std::optional<std::string> remote_url;
     std::optional<std::string> api_username;
     std::optional<std::string> api_password;
+    bool initialized = false;  // the once-only flag of initialize_api_env
 };
 
 inline constexpr const char* API_ENV_FILENAME = ".api_env.json";
 
 // Once-only: sets API_ENV from the file, or to an empty environment with an error logged.
-void initialize_api_env();
-const ApiEnv& api_env();
+void initialize_api_env(ApiEnv& env);
 
 }  // namespace veldra

@@ -5,7 +5,7 @@
 
 namespace veldra {
 
-// Only stdio: the failure may come from inside the logger or the context, so it must not go
+// Only stdio: the failure may come from inside the logger or the process state, so it must not go
 // through either. One fprintf, so lines of two failing processes never interleave mid-line.
 void detail::assertion_failed(const char* file, unsigned line, const char* condition,
                               std::string_view hint) noexcept {

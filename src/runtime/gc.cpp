@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "runtime/context.h"
+#include "runtime/process_state.h"
 #include "runtime/value.h"
 #include "runtime/value_rep.h"
 
@@ -14,7 +14,7 @@ using detail::ValueAccess;
 
 namespace detail {
 
-// The per-context registry: every tracked struct and method in creation order, so that a
+// The registry of one GcScope: every tracked struct and method in creation order, so that a
 // collection visits and frees them in an order that does not depend on addresses.
 class Collector {
 public:
@@ -42,7 +42,7 @@ namespace {
 // Finds the tracked objects that only other tracked objects refer to, by counting: an object
 // whose reference count is larger than the references it gets from tracked objects (and from
 // the arrays they hold) is held from outside, and everything it reaches is alive. This needs
-// no list of roots, so locals, slots and foreign contexts all count as "outside" for free.
+// no list of roots, so locals, members and other scopes all count as "outside" for free.
 class CycleScan {
 public:
     explicit CycleScan(const Collector* owner) : owner_(owner) {}
@@ -212,8 +212,8 @@ std::size_t Collector::collect() {
 }
 
 void gc_track(GcNode& node) {
-    if (has_ctx())
-        ctx().slot<Collector>().track(node);
+    if (Collector* collector = process_state().collector)
+        collector->track(node);
 }
 
 void gc_untrack(GcNode& node) {
@@ -223,12 +223,24 @@ void gc_untrack(GcNode& node) {
 
 }  // namespace detail
 
+GcScope::GcScope()
+    : collector_(std::make_unique<detail::Collector>()), previous_(process_state().collector) {
+    process_state().collector = collector_.get();
+}
+
+GcScope::~GcScope() {
+    process_state().collector = previous_;
+    collector_.reset();
+}
+
 std::size_t gc_collect() {
-    return has_ctx() ? ctx().slot<detail::Collector>().collect() : 0;
+    detail::Collector* collector = process_state().collector;
+    return collector ? collector->collect() : 0;
 }
 
 std::size_t gc_object_count() {
-    return has_ctx() ? ctx().slot<detail::Collector>().count() : 0;
+    detail::Collector* collector = process_state().collector;
+    return collector ? collector->count() : 0;
 }
 
 }  // namespace veldra

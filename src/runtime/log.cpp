@@ -3,17 +3,13 @@
 #include <cctype>
 #include <cstdio>
 
-#include "runtime/context.h"
+#include "runtime/process_state.h"
 
 namespace veldra {
 
 namespace {
-struct LogSlot {
-    LogSink* sink = nullptr;
-};
-
 void write_line(LogLevel level, std::string_view message) {
-    LogSink* sink = has_ctx() ? ctx().slot<LogSlot>().sink : nullptr;
+    LogSink* sink = process_state().log_sink;
     if (sink) {
         sink->write(level, message);
         return;
@@ -37,7 +33,7 @@ void log_error(std::string_view message) {
 }
 
 LogSink* set_log_sink(LogSink* sink) {
-    LogSink*& slot = ctx().slot<LogSlot>().sink;
+    LogSink*& slot = process_state().log_sink;
     LogSink* previous = slot;
     slot = sink;
     return previous;

@@ -21,7 +21,7 @@ void log(std::string_view message);
 void log_warning(std::string_view message);
 void log_error(std::string_view message);
 
-// Replaces the sink of the current context; returns the previous one (nullptr: stderr).
+// Replaces the process's log sink; returns the previous one (nullptr: stderr).
 LogSink* set_log_sink(LogSink* sink);
 
 // Removes colour and layout markup such as "[#dd5555]", "[red]", "[/c]" or "[pin_center]";

@@ -1,6 +1,6 @@
 #pragma once
-// Start-up initialisers that must run once per program keep a flag in their subsystem's context
-// slot and call this first. A repeated call is a programming fault, reported with the call stack
+// Start-up initialisers that must run once per program keep a flag in the state they set up
+// and call this first. A repeated call is a programming fault, reported with the call stack
 // so the second caller can be found.
 
 #include <string_view>

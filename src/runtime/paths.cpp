@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <system_error>
 
-#include "runtime/context.h"
+#include "runtime/process_state.h"
 
 namespace veldra {
 
@@ -13,7 +13,7 @@ namespace {
 std::string data_directory() {
     if (const char* project = std::getenv("VeldraProjectDir"); project && *project)
         return std::string(project) + "/datafiles/";
-    const auto& program_directory = ctx().slot<Paths>().program_directory;
+    const auto& program_directory = process_state().program_directory;
     if (program_directory.empty())
         return "datafiles/";
     return (program_directory / "datafiles").string() + "/";

@@ -10,10 +10,6 @@
 
 namespace veldra {
 
-struct Paths {
-    std::filesystem::path program_directory;  // set at start-up; empty means the working directory
-};
-
 // A file the game ships: data directory + name.
 std::string make_included_file_filename(std::string_view name);
 

@@ -3,24 +3,18 @@
 #include <chrono>
 #include <random>
 
-#include "runtime/context.h"
+#include "runtime/process_state.h"
 
 namespace veldra {
 
-namespace {
-struct RandomSourceSlot {
-    std::mt19937_64 engine{0};
-};
-}  // namespace
-
 void randomize() {
     auto ticks = std::chrono::high_resolution_clock::now().time_since_epoch().count();
-    ctx().slot<RandomSourceSlot>().engine.seed(static_cast<std::uint64_t>(ticks));
+    process_state().random.seed(static_cast<std::uint64_t>(ticks));
 }
 
 double random_seed_value() {
     std::uniform_int_distribution<std::uint64_t> range(0, std::uint64_t{1} << 32);
-    return static_cast<double>(range(ctx().slot<RandomSourceSlot>().engine));
+    return static_cast<double>(range(process_state().random));
 }
 
 }  // namespace veldra

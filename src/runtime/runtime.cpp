@@ -1,13 +1,19 @@
 #include "runtime/runtime.h"
+
 #include "runtime/assertion.h"
+#include "runtime/services.h"
 
 #include <algorithm>
 
 namespace veldra {
 
-Runtime::Runtime() = default;
+Runtime::Runtime(Services& services) : services_(services) {}
 
-// Events need a live context, which may already be going away here: shutdown() is the
+double Runtime::current_time() const {
+    return services_.clock->current_time();
+}
+
+// Events need live services and state, which may already be going away here: shutdown() is the
 // orderly end, this only frees memory.
 Runtime::~Runtime() = default;
 

@@ -27,9 +27,13 @@ struct RoomDefinition {
     std::function<void(Runtime&)> create_instances;
 };
 
+struct Services;
+
 class Runtime {
 public:
-    Runtime();
+    // The services the instances use (clock, input, drawing, sound, HTTP, dialogs); they
+    // outlive the runtime.
+    explicit Runtime(Services& services);
     ~Runtime();
     Runtime(const Runtime&) = delete;
     Runtime& operator=(const Runtime&) = delete;
@@ -53,6 +57,10 @@ public:
         inst.depth = depth;
         return inst;
     }
+
+    Services& services() const { return services_; }
+    // Milliseconds since the program started, from the clock service.
+    double current_time() const;
 
     // Runs the destroy and clean-up events; ignores NO_INSTANCE and dead ids.
     void instance_destroy(InstanceId id);
@@ -161,6 +169,7 @@ private:
     void change_room();
     void reclaim_dead();
 
+    Services& services_;
     std::vector<std::unique_ptr<Instance>> instances_;     // creation order
     std::unordered_map<InstanceId, Instance*> by_id_;      // live and not yet reclaimed
     mutable std::vector<std::vector<Instance*>> by_type_;  // per type index, descendants included
@@ -178,13 +187,4 @@ private:
     std::int64_t frame_count_ = 0;
 };
 
-}  // namespace veldra
-
-#include "runtime/context.h"
-
-namespace veldra {
-// The entity runtime of the current context.
-inline Runtime& rt() {
-    return ctx().slot<Runtime>();
-}
 }  // namespace veldra

@@ -2,13 +2,7 @@
 
 #include <cstdio>
 
-#include "runtime/context.h"
-
 namespace veldra {
-
-Services& services() {
-    return ctx().slot<Services>();
-}
 
 LocalDateTime FrameClock::local_now() const {
     return wall_clock_ ? wall_clock_() : LocalDateTime{1970, 1, 1, 0, 0, 0};

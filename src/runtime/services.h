@@ -37,7 +37,7 @@ public:
 // Headless runs do not wait for real time: every frame advances the clock by one 60 Hz frame,
 // so frame-to-frame waits behave as in a window however fast the frames run. The date comes
 // from `wall_clock`, which start-up passes in from the platform layer: the runtime reads no
-// system clock itself. Without one (a context made by a test) every date is 1970-01-01 00:00:00.
+// system clock itself. Without one (a test's own services) every date is 1970-01-01 00:00:00.
 class FrameClock final : public Clock {
 public:
     using WallClock = std::function<LocalDateTime()>;
@@ -89,10 +89,5 @@ struct Services {
     std::unique_ptr<Terminal> terminal = std::make_unique<StderrTerminal>();
     bool headless = true;
 };
-
-Services& services();
-inline double current_time() {
-    return services().clock->current_time();
-}
 
 }  // namespace veldra

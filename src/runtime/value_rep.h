@@ -33,7 +33,7 @@ struct GcNode : RefCounted {
     const ValueKind kind;  // structure or method
     GcNode* prev = nullptr;
     GcNode* next = nullptr;
-    Collector* owner = nullptr;  // nullptr when made without a context or after it ended
+    Collector* owner = nullptr;  // nullptr when made without a GcScope or after it ended
     // Scratch state of a running cycle collection.
     std::ptrdiff_t gc_refs = 0;
     bool gc_reachable = false;
@@ -80,7 +80,7 @@ void for_each_child(GcNode& node, F&& visit) {
     }
 }
 
-// Registers a new node with the current context's collector (none without a context).
+// Registers a new node with the current collector (none without a GcScope).
 void gc_track(GcNode& node);
 // Called as a node is freed.
 void gc_untrack(GcNode& node);

@@ -57,14 +57,15 @@ std::string auto_run_fingerprint_path(const std::string& output) {
     return output + ".fingerprint";
 }
 
-std::optional<std::string> auto_run_identity(const ProgramParameters& params, double seed,
+std::optional<std::string> auto_run_identity(const ProgramParameters& params,
+                                             const ConfigsState& game, double seed,
                                              const AutoRunConfigs& configs) {
     Digest digest;
     digest.add(BUILD_VERSION);
     char seed_text[32];
     std::snprintf(seed_text, sizeof seed_text, "%.17g", seed);
     digest.add(seed_text);
-    for (const std::string& path : configs_state().loaded_paths)
+    for (const std::string& path : game.loaded_paths)
         if (!add_file(digest, path, MAX_CONFIGURATION_FILE_BYTES))
             return std::nullopt;
     if (!add_file(digest, resolve_user_path(*params.auto_run_config), MAX_AUTO_RUN_FILE_BYTES))

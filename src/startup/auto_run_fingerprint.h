@@ -15,6 +15,8 @@
 
 namespace veldra {
 
+struct ConfigsState;
+
 struct AutoRunFingerprint {
     std::string identity;  // hex digest of the run's inputs
     std::size_t runs = 0;  // length of the whole run list
@@ -25,9 +27,10 @@ struct AutoRunFingerprint {
 
 std::string auto_run_fingerprint_path(const std::string& output);
 
-// The fingerprint of the run these parameters describe; nullopt (logged) when an input file
-// cannot be read.
-std::optional<std::string> auto_run_identity(const ProgramParameters& params, double seed,
+// The fingerprint of the run these parameters describe, with the configuration files `game`
+// was loaded from; nullopt (logged) when an input file cannot be read.
+std::optional<std::string> auto_run_identity(const ProgramParameters& params,
+                                             const ConfigsState& game, double seed,
                                              const AutoRunConfigs& configs);
 
 // Written through write_whole_file; false (logged with the path and reason) when it fails.

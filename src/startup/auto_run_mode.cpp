@@ -8,13 +8,13 @@
 
 #include "config/game_configurations.h"
 #include "platform/file_descriptor.h"
-#include "runtime/context.h"
 #include "runtime/file_io.h"
 #include "runtime/log.h"
 #include "runtime/number_format.h"
 #include "runtime/paths.h"
 #include "runtime/random_source.h"
 #include "runtime/runtime.h"
+#include "startup/app_state.h"
 #include "startup/auto_run_files.h"
 #include "startup/auto_run_fingerprint.h"
 #include "startup/interrupt.h"
@@ -27,13 +27,6 @@
 namespace veldra {
 
 namespace {
-
-// What the batch needs to outlive the start-up call.
-struct AutoRunModeSlot {
-    std::optional<Rng> rng;
-    std::unique_ptr<ProgressLine> progress;
-    std::size_t runs_done = 0;
-};
 
 bool is_worker() {
     return std::getenv(auto_run_worker_environment) != nullptr;
@@ -67,31 +60,31 @@ std::optional<WorkerChunk> read_worker_chunk() {
 
 // Plays chunks until the parent has no more. One process serves the whole run, so a chunk
 // costs no process start, no configuration load and no level reads.
-void play_worker_chunks(const ProgramParameters& params, double seed) {
+void play_worker_chunks(AppState& app, const ProgramParameters& params, double seed) {
     // The previous chunk's runner has finished; it would only pile up.
-    rt().for_each<obj_auto_runner>(
-        [](obj_auto_runner& runner) { rt().instance_destroy(runner.id()); });
+    app.runtime.for_each<obj_auto_runner>(
+        [&app](obj_auto_runner& runner) { app.runtime.instance_destroy(runner.id()); });
     const auto chunk = read_worker_chunk();
     if (!chunk)
-        return end_program(0);
-    auto& slot = ctx().slot<AutoRunModeSlot>();
+        return end_program(app, 0);
+    AutoRunModeState& slot = app.auto_run;
     slot.rng.emplace(seed);  // every chunk draws the same list
     AutoRunOptions options;
     options.range = chunk->range;
     options.should_stop = [] { return interrupt_requested(); };
-    auto_run_trials(resolve_user_path(*params.auto_run_config), chunk->part, *slot.rng, seed,
-                    std::move(options))
-        .and_then([params, seed](const Value& completed) {
+    auto_run_trials(app.sim, resolve_user_path(*params.auto_run_config), chunk->part, *slot.rng,
+                    seed, std::move(options))
+        .and_then([&app, params, seed](const Value& completed) {
             if (!completed.as_bool())
-                return end_program(interrupt_requested() ? EXIT_INTERRUPTED : 1);
+                return end_program(app, interrupt_requested() ? EXIT_INTERRUPTED : 1);
             if (!platform::write_all(auto_run_worker_reply_fd, "done\n"))
-                return end_program(1);
-            play_worker_chunks(params, seed);
+                return end_program(app, 1);
+            play_worker_chunks(app, params, seed);
         })
-        .and_catch([](const Value& reason) {
+        .and_catch([&app](const Value& reason) {
             if (!reason.is_undefined())
                 log_error(to_string(reason));
-            end_program(1);
+            end_program(app, 1);
         });
 }
 
@@ -119,8 +112,9 @@ std::optional<std::size_t> runs_to_skip(const std::string& output,
     return auto_run_count_finished_runs(output, fingerprint.range.last - fingerprint.range.first);
 }
 
-void run_in_this_process(const ProgramParameters& params, double seed, const PreparedRun& run,
-                         std::pair<std::size_t, std::size_t> shard, bool resume) {
+void run_in_this_process(AppState& app, const ProgramParameters& params, double seed,
+                         const PreparedRun& run, std::pair<std::size_t, std::size_t> shard,
+                         bool resume) {
     const std::string& output = *params.auto_run_output;
     const AutoRunFingerprint fingerprint{run.identity, run.runs,
                                          auto_run_shard_range(run.runs, shard.first, shard.second)};
@@ -130,7 +124,7 @@ void run_in_this_process(const ProgramParameters& params, double seed, const Pre
     if (resume) {
         const auto done = runs_to_skip(output, fingerprint);
         if (!done)
-            return end_program(1);
+            return end_program(app, 1);
         options.already_done = *done;
         if (*done > 0)
             log("Resuming after " + std::to_string(*done) + " finished runs in \"" + output +
@@ -144,13 +138,13 @@ void run_in_this_process(const ProgramParameters& params, double seed, const Pre
             log_error("Failed to open file for writing.");
             log_error("Output \"" + output + "\" cannot be opened: " + system_error_text(errno) +
                       ".");
-            return end_program(1);
+            return end_program(app, 1);
         }
         std::fclose(probe);
         if (!auto_run_write_fingerprint(output, fingerprint))
-            return end_program(1);
+            return end_program(app, 1);
     }
-    auto& slot = ctx().slot<AutoRunModeSlot>();
+    AutoRunModeState& slot = app.auto_run;
     slot.rng.emplace(seed);
     slot.progress = std::make_unique<ProgressLine>("auto run:");
     options.on_progress = [&slot](std::size_t done, std::size_t total) {
@@ -160,9 +154,9 @@ void run_in_this_process(const ProgramParameters& params, double seed, const Pre
     };
     options.should_stop = [] { return interrupt_requested(); };
     const std::size_t resumed = options.already_done;
-    auto_run_trials(resolve_user_path(*params.auto_run_config), output, *slot.rng, seed,
+    auto_run_trials(app.sim, resolve_user_path(*params.auto_run_config), output, *slot.rng, seed,
                     std::move(options))
-        .and_then([&slot, output, resumed](const Value& completed) {
+        .and_then([&app, &slot, output, resumed](const Value& completed) {
             const double seconds = slot.progress ? slot.progress->finish() : 0;
             const std::size_t new_runs = slot.runs_done > resumed ? slot.runs_done - resumed : 0;
             const char* how = completed.as_bool()     ? "done"
@@ -172,69 +166,70 @@ void run_in_this_process(const ProgramParameters& params, double seed, const Pre
                         how, new_runs, seconds,
                         seconds > 0 ? static_cast<double>(new_runs) / seconds : 0.0,
                         output.c_str());
-            end_program(completed.as_bool() ? 0 : (interrupt_requested() ? EXIT_INTERRUPTED : 1));
+            end_program(app, completed.as_bool() ? 0 : (interrupt_requested() ? EXIT_INTERRUPTED : 1));
         })
-        .and_catch([&slot](const Value& reason) {
+        .and_catch([&app, &slot](const Value& reason) {
             if (slot.progress)
                 slot.progress->finish();
             if (!reason.is_undefined())
                 log_error(to_string(reason));
-            end_program(1);
+            end_program(app, 1);
         });
 }
 
 // Checks shared by every way of running a batch, before any file is written: the auto-run file
 // and its levels, the length of the run list, and that the output is none of the run's inputs.
 // nullopt when the program was ended with the reason.
-std::optional<PreparedRun> prepare_run(const ProgramParameters& params, double seed) {
+std::optional<PreparedRun> prepare_run(AppState& app, const ProgramParameters& params,
+                                       double seed) {
     const std::string configs_path = resolve_user_path(*params.auto_run_config);
-    auto configs = auto_run_read_and_check(configs_path);
+    auto configs = auto_run_read_and_check(app.sim, configs_path);
     if (!configs) {
-        end_program(1);
+        end_program(app, 1);
         return std::nullopt;
     }
-    std::vector<std::string> inputs = configs_state().loaded_paths;
+    std::vector<std::string> inputs = app.sim.configs.loaded_paths;
     inputs.push_back(configs_path);
     for (const std::string& level : configs->levels)
         inputs.push_back(resolve_user_path(level));
     if (params.log_output_file)
         inputs.push_back(*params.log_output_file);
     if (const auto input = auto_run_output_clobbers(*params.auto_run_output, inputs)) {
-        bad_parameter("auto_run_output", *params.auto_run_output,
+        bad_parameter(app, "auto_run_output", *params.auto_run_output,
                       "would overwrite \"" + *input +
                           "\", which the run reads. Choose another "
                           "output file.");
         return std::nullopt;
     }
-    auto identity = auto_run_identity(params, seed, *configs);
+    auto identity = auto_run_identity(params, app.sim.configs, seed, *configs);
     if (!identity) {
-        end_program(1);
+        end_program(app, 1);
         return std::nullopt;
     }
-    return PreparedRun{auto_run_count_runs(*configs), std::move(*identity)};
+    return PreparedRun{auto_run_count_runs(*configs, app.sim.configs), std::move(*identity)};
 }
 
 }  // namespace
 
-void start_auto_run_mode(const ProgramParameters& params) {
+void start_auto_run_mode(AppState& app, const ProgramParameters& params) {
     install_interrupt_handler();
     if (!is_worker() && (!params.auto_run_output || string_trim(*params.auto_run_output).empty()))
-        return bad_parameter("auto_run_output", params.auto_run_output.value_or(""),
+        return bad_parameter(app, "auto_run_output", params.auto_run_output.value_or(""),
                              "is needed: headless runs ask no questions.");
     double seed = random_seed_value();
     if (params.auto_run_seed) {
         const auto parsed = parse_seed_value(*params.auto_run_seed);
         if (!parsed)
-            return bad_parameter("auto_run_seed", *params.auto_run_seed, SEED_PROBLEM);
+            return bad_parameter(app, "auto_run_seed", *params.auto_run_seed, SEED_PROBLEM);
         seed = *parsed;
     }
     if (is_worker())
-        return play_worker_chunks(params, seed);
+        return play_worker_chunks(app, params, seed);
     std::uint64_t jobs = 1;
     if (params.auto_run_jobs) {
         const auto parsed = try_string_to_whole_number(*params.auto_run_jobs, 1, MAX_AUTO_RUN_JOBS);
         if (!parsed)
-            return bad_parameter(
+            return bad_parameter(app, 
                 "auto_run_jobs", *params.auto_run_jobs,
                 "is not a whole number from 1 to " + std::to_string(MAX_AUTO_RUN_JOBS) + ".");
         jobs = *parsed;
@@ -243,7 +238,7 @@ void start_auto_run_mode(const ProgramParameters& params) {
     if (params.auto_run_resume) {
         const auto parsed = parse_switch_value(*params.auto_run_resume);
         if (!parsed)
-            return bad_parameter("auto_run_resume", *params.auto_run_resume,
+            return bad_parameter(app, "auto_run_resume", *params.auto_run_resume,
                                  "must be 1 (continue the output file) or 0 (start afresh).");
         resume = *parsed;
     }
@@ -251,44 +246,44 @@ void start_auto_run_mode(const ProgramParameters& params) {
     if (params.auto_run_shard) {
         const auto parsed = parse_shard(*params.auto_run_shard);
         if (!parsed)
-            return bad_parameter("auto_run_shard", *params.auto_run_shard,
+            return bad_parameter(app, "auto_run_shard", *params.auto_run_shard,
                                  "must be K/N with whole numbers 1 <= K <= N <= " +
                                      std::to_string(MAX_AUTO_RUN_RUNS) + ".");
         shard = *parsed;
     }
     if (jobs > 1 && (params.auto_run_shard || resume))
-        return bad_parameter("auto_run_jobs", *params.auto_run_jobs,
+        return bad_parameter(app, "auto_run_jobs", *params.auto_run_jobs,
                              "works on a whole run: use it without auto_run_shard and "
                              "auto_run_resume.");
-    const auto run = prepare_run(params, seed);
+    const auto run = prepare_run(app, params, seed);
     if (!run)
         return;
     if (shard.second > std::max<std::size_t>(run->runs, 1))
-        return bad_parameter("auto_run_shard", *params.auto_run_shard,
+        return bad_parameter(app, "auto_run_shard", *params.auto_run_shard,
                              "asks for more parts than the run list has runs (" +
                                  std::to_string(run->runs) + "): every part would not get one.");
     if (jobs > 1)
-        return end_program(run_auto_run_jobs(
+        return end_program(app, run_auto_run_jobs(
             params, {static_cast<std::size_t>(jobs), seed, *params.auto_run_output, *run}));
-    run_in_this_process(params, seed, *run, shard, resume);
+    run_in_this_process(app, params, seed, *run, shard, resume);
 }
 
-void start_auto_run_merge_mode(const ProgramParameters& params) {
+void start_auto_run_merge_mode(AppState& app, const ProgramParameters& params) {
     if (!params.auto_run_output || string_trim(*params.auto_run_output).empty())
-        return bad_parameter("auto_run_output", params.auto_run_output.value_or(""),
+        return bad_parameter(app, "auto_run_output", params.auto_run_output.value_or(""),
                              "is needed by auto_run_merge: the file to write.");
     std::vector<std::string> parts;
     for (const std::string& part : string_split(*params.auto_run_merge, ','))
         if (!string_trim(part).empty())
             parts.push_back(string_trim(part));
     if (parts.empty())
-        return bad_parameter("auto_run_merge", *params.auto_run_merge,
+        return bad_parameter(app, "auto_run_merge", *params.auto_run_merge,
                              "needs the part files: auto_run_merge=PART1,PART2,...");
     const bool ok = auto_run_merge_parts(parts, *params.auto_run_output);
     if (ok)
         std::printf("Merged %zu parts into \"%s\".\n", parts.size(),
                     params.auto_run_output->c_str());
-    end_program(ok ? 0 : 1);
+    end_program(app, ok ? 0 : 1);
 }
 
 }  // namespace veldra

@@ -6,13 +6,15 @@
 
 namespace veldra {
 
+struct AppState;
+
 // An auto run started from the shell: checks the parameters, then runs the batch in this
 // process, in worker processes (auto_run_jobs), or one shard of it (auto_run_shard). Ends the
 // program with 0 when done, 1 on a failure, 2 for bad parameters, 130 when interrupted.
-void start_auto_run_mode(const ProgramParameters& params);
+void start_auto_run_mode(AppState& app, const ProgramParameters& params);
 
 // auto_run_merge: joins shard outputs into auto_run_output.
-void start_auto_run_merge_mode(const ProgramParameters& params);
+void start_auto_run_merge_mode(AppState& app, const ProgramParameters& params);
 
 // A parallel auto run (auto_run_jobs): worker processes of this program play chunks of the run
 // list; returns the exit status.

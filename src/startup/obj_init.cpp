@@ -2,6 +2,7 @@
 
 #include "async/promise.h"
 #include "config/debug_settings.h"
+#include "config/configuration_choice.h"
 #include "config/game_configurations.h"
 #include "config/localization.h"
 #include "config/logger.h"
@@ -9,11 +10,11 @@
 #include "net/api_env.h"
 #include "platform/os_name.h"
 #include "runtime/callstack.h"
-#include "runtime/context.h"
 #include "runtime/log.h"
 #include "runtime/number_format.h"
 #include "runtime/random_source.h"
 #include "runtime/services.h"
+#include "startup/app_state.h"
 #include "startup/program.h"
 #include "startup/run_mode.h"
 #include "trials/game_systems.h"
@@ -43,12 +44,13 @@ void log_start_up_lines() {
 }
 
 // Fulfilled once a language is active: the `lang` parameter, else (debug) asked for, else en.
-Promise choose_language() {
-    initialize_localization();
-    Promise code =
-        program_params().lang ? promise_resolve(*program_params().lang) : _debug_ask_localization();
-    return code.and_then([](const Value& language) {
-        load_and_set_localization(language.is_string() ? language.as_string() : "en");
+Promise choose_language(AppState& app) {
+    initialize_localization(app.localization);
+    Promise code = app.params.lang ? promise_resolve(*app.params.lang)
+                                   : _debug_ask_localization(app.debugs, *app.services.dialogs);
+    return code.and_then([&app](const Value& language) {
+        load_and_set_localization(app.localization,
+                                  language.is_string() ? language.as_string() : "en");
     });
 }
 
@@ -58,27 +60,29 @@ void obj_init::on_create() {
     VELDRA_SCOPE();
     randomize();
     promises_set_uncaught_handler(log_uncaught_rejection);
-    program_params() = get_program_parameters(ctx().slot<ProgramArguments>().arguments);
-    if (auto* terminal = dynamic_cast<StderrTerminal*>(services().terminal.get()))
-        terminal->verbose = program_params().verbose == "1";
-    initialize_log();
-    initialize_api_env();
+    AppState& app = app_;
+    app.params = get_program_parameters(app.arguments);
+    if (auto* terminal = dynamic_cast<StderrTerminal*>(app.services.terminal.get()))
+        terminal->verbose = app.params.verbose == "1";
+    app.sim.log_automatic_trial_events = app.params.auto_run_output || app.params.trial_level;
+    initialize_log(app.runtime, app.logger, app.params.log_output_file);
+    initialize_api_env(app.api_env);
     log_start_up_lines();
-    load_active_debug_settings();
+    app.debugs = load_active_debug_settings();
     // The questions may stay open over many frames in a window, so the rest of start-up follows
     // their answers; headless, they are answered at once and all of it runs in this event.
-    choose_language()
-        .and_then([] {
-            initialize_game_systems();
-            return ask_custom_configuration_name();
+    choose_language(app)
+        .and_then([&app] {
+            initialize_game_systems(app.sim);
+            return ask_custom_configuration_name(app.params, app.debugs, *app.services.dialogs);
         })
-        .and_then([](const Value& custom_name) {
-            reload_game_configurations(custom_name.as_string());
-            choose_run_mode();
+        .and_then([&app](const Value& custom_name) {
+            reload_game_configurations(app.sim.configs, custom_name.as_string());
+            choose_run_mode(app);
         })
-        .and_catch([](const Value& reason) {
+        .and_catch([&app](const Value& reason) {
             log_error("Start-up failed: " + to_string(reason));
-            end_program(1);
+            end_program(app, 1);
         });
 }
 

@@ -6,10 +6,16 @@
 
 namespace veldra {
 
+struct AppState;
+
 class obj_init : public Instance {
     VELDRA_OBJECT(obj_init, Instance)
 public:
+    explicit obj_init(AppState& app) : app_(app) {}
     void on_create() override;
+
+private:
+    AppState& app_;
 };
 
 }  // namespace veldra

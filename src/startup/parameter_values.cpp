@@ -38,9 +38,10 @@ std::optional<PersonalityTraits> parse_traits_value(std::string_view text) {
     return PersonalityTraits{values[0], values[1], values[2], values[3], values[4]};
 }
 
-void bad_parameter(std::string_view key, std::string_view text, std::string_view problem) {
+void bad_parameter(AppState& app, std::string_view key, std::string_view text,
+                   std::string_view problem) {
     log_error(std::string(key) + "=" + std::string(text) + " " + std::string(problem));
-    end_program(2);
+    end_program(app, 2);
 }
 
 }  // namespace veldra

@@ -12,6 +12,8 @@
 
 namespace veldra {
 
+struct AppState;
+
 // Seeds are whole numbers between -2^53 and 2^53: every such number is exact in a double, and
 // two different seeds never silently become the same generator state through rounding.
 inline constexpr double MAX_SEED_MAGNITUDE = 9007199254740992.0;  // 2^53
@@ -27,6 +29,7 @@ std::optional<bool> parse_switch_value(std::string_view text);
 std::optional<PersonalityTraits> parse_traits_value(std::string_view text);
 
 // Logs "<key>=<text> <problem>" and ends the program with status 2 (bad parameters).
-void bad_parameter(std::string_view key, std::string_view text, std::string_view problem);
+void bad_parameter(AppState& app, std::string_view key, std::string_view text,
+                   std::string_view problem);
 
 }  // namespace veldra

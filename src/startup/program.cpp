@@ -9,11 +9,14 @@
 #include "config/program_parameters.h"
 #include "platform/executable_path.h"
 #include "platform/local_time.h"
-#include "runtime/context.h"
+#include "async/promise_event_loop.h"
+#include "runtime/gc.h"
+#include "runtime/process_state.h"
 #include "runtime/frame_loop.h"
 #include "runtime/paths.h"
 #include "runtime/runtime.h"
 #include "runtime/services.h"
+#include "startup/app_state.h"
 #include "startup/obj_init.h"
 #include "startup/rooms.h"
 #include "veldra_version.h"
@@ -21,11 +24,6 @@
 namespace veldra {
 
 namespace {
-
-// The exit status a mode asks for when it ends the game.
-struct ProgramExit {
-    int status = 0;
-};
 
 void print_help() {
     std::printf("Usage: veldra [key=value ...]\n\nParameters:\n");
@@ -57,9 +55,9 @@ std::optional<long long> parse_frames(const std::optional<std::string>& text) {
 
 }  // namespace
 
-void end_program(int status) {
-    ctx().slot<ProgramExit>().status = status;
-    rt().game_end();
+void end_program(AppState& app, int status) {
+    app.exit_status = status;
+    app.runtime.game_end();
 }
 
 int run_program(int argc, char** argv) {
@@ -81,20 +79,20 @@ int run_program(int argc, char** argv) {
         return 2;
     }
 
-    Context context;
-    ContextScope scope(context);
-    context.slot<ProgramArguments>().arguments = arguments;
-    context.slot<Paths>().program_directory = program_directory(argv[0]);
-    services().clock = std::make_unique<FrameClock>(platform::local_time_now);
+    process_state().program_directory = program_directory(argv[0]);
+    GcScope collector;
+    AppState app(arguments);
+    app.services.clock = std::make_unique<FrameClock>(platform::local_time_now);
     // No windowed backend is built yet, so every run is headless whatever `headless` says.
-    services().headless = true;
+    app.services.headless = true;
 
-    Runtime& runtime = rt();
-    runtime.start(add_rooms(runtime));
+    Runtime& runtime = app.runtime;
+    start_promise_event_loop(runtime);
+    runtime.start(add_rooms(app));
     while (!runtime.end_requested() && (!frames || runtime.frame_count() < *frames))
-        run_program_frame(runtime, services());
+        run_program_frame(runtime, app.services);
     runtime.shutdown();
-    return context.slot<ProgramExit>().status;
+    return app.exit_status;
 }
 
 }  // namespace veldra

@@ -2,7 +2,7 @@
 
 namespace veldra {
 
-class Runtime;
+struct AppState;
 
 // The rooms of the game; the first holds obj_init.
 struct Rooms {
@@ -10,8 +10,7 @@ struct Rooms {
     int game = -1;
 };
 
-// Adds the rooms and returns the first one.
-int add_rooms(Runtime& runtime);
-const Rooms& rooms();
+// Adds the rooms to the application's runtime and returns the first one.
+int add_rooms(AppState& app);
 
 }  // namespace veldra

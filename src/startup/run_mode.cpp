@@ -6,6 +6,7 @@
 #include "runtime/paths.h"
 #include "runtime/runtime.h"
 #include "runtime/services.h"
+#include "startup/app_state.h"
 #include "startup/auto_run_mode.h"
 #include "startup/parameter_values.h"
 #include "startup/program.h"
@@ -17,58 +18,59 @@ namespace veldra {
 namespace {
 
 // Shell modes end the program with an exit status: 0 done, 1 failed, 2 bad parameters.
-void run_level_set_generator(const ProgramParameters& params) {
+void run_level_set_generator(AppState& app, const ProgramParameters& params) {
     if (!params.output_dir || params.output_dir->empty()) {
         log_error("generate_levels needs output_dir=DIR: the directory to write the levels into.");
-        end_program(2);
+        end_program(app, 2);
         return;
     }
     std::optional<double> seed;
     if (params.seed) {
         seed = parse_seed_value(*params.seed);
         if (!seed)
-            return bad_parameter("seed", *params.seed, SEED_PROBLEM);
+            return bad_parameter(app, "seed", *params.seed, SEED_PROBLEM);
     }
     const bool ok =
-        generate_level_set(resolve_user_path(*params.generate_levels), *params.output_dir, seed);
-    end_program(ok ? 0 : 1);
+        generate_level_set(app.sim.cell_types, resolve_user_path(*params.generate_levels),
+                           *params.output_dir, seed);
+    end_program(app, ok ? 0 : 1);
 }
 
 }  // namespace
 
-void choose_run_mode() {
-    const ProgramParameters& params = program_params();
+void choose_run_mode(AppState& app) {
+    const ProgramParameters& params = app.params;
     // A batch the user asked to run with a custom configuration must not quietly run without it.
     const bool shell_mode = params.generate_levels || params.auto_run_merge ||
                             params.auto_run_config || params.trial_level;
-    if (shell_mode && configs_state().custom_failed) {
+    if (shell_mode && app.sim.configs.custom_failed) {
         log_error("Stopped: the custom configuration config=" + params.config.value_or("") +
                   " could not be loaded (see above), and this run would not use it.");
-        return end_program(1);
+        return end_program(app, 1);
     }
     if (params.generate_levels)
-        return run_level_set_generator(params);
+        return run_level_set_generator(app, params);
     if (params.auto_run_merge)
-        return start_auto_run_merge_mode(params);
+        return start_auto_run_merge_mode(app, params);
     // Everything below plays trials: without a configuration there is nothing to play with.
     const bool plays = params.user_id || params.auto_run_config || params.trial_level;
-    if (plays && !configs_loaded()) {
+    if (plays && !app.sim.configs.loaded()) {
         log_error("Cannot run without a configuration: see the errors above.");
-        return end_program(1);
+        return end_program(app, 1);
     }
     if (params.user_id) {
         log_error("Sessions against the research server are not available in this build.");
-        return end_program(2);
+        return end_program(app, 2);
     }
     if (params.auto_run_config)
-        return start_auto_run_mode(params);
+        return start_auto_run_mode(app, params);
     if (params.trial_level)
-        return start_single_trial_mode(params);
+        return start_single_trial_mode(app, params);
     // The developer menu needs a window; a headless start with nothing to run has nothing to
     // wait for, unless the caller asked for a number of frames.
-    if (services().headless && !params.frames) {
+    if (app.services.headless && !params.frames) {
         log("Nothing to run: give a run mode on the command line (see --help).");
-        rt().game_end();
+        app.runtime.game_end();
     }
 }
 

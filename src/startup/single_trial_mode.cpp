@@ -9,6 +9,7 @@
 #include "runtime/paths.h"
 #include "runtime/runtime.h"
 #include "serial/json.h"
+#include "startup/app_state.h"
 #include "startup/parameter_values.h"
 #include "startup/program.h"
 #include "trials/trial.h"
@@ -17,40 +18,41 @@
 
 namespace veldra {
 
-void start_single_trial_mode(const ProgramParameters& params) {
+void start_single_trial_mode(AppState& app, const ProgramParameters& params) {
     double seed = 0;
     if (params.seed) {
         const auto parsed = parse_seed_value(*params.seed);
         if (!parsed)
-            return bad_parameter("seed", *params.seed, SEED_PROBLEM);
+            return bad_parameter(app, "seed", *params.seed, SEED_PROBLEM);
         seed = *parsed;
     }
     PersonalityTraits traits;
     if (params.traits) {
         const auto parsed = parse_traits_value(*params.traits);
         if (!parsed)
-            return bad_parameter("traits", *params.traits, "must be five numbers O,C,E,A,N.");
+            return bad_parameter(app, "traits", *params.traits, "must be five numbers O,C,E,A,N.");
         traits = *parsed;
     }
-    auto level = level_load_from_file(resolve_user_path(*params.trial_level));
+    auto level = level_load_from_file(app.sim.cell_types, resolve_user_path(*params.trial_level));
     if (!level)
-        return end_program(1);
-    if (!configs_loaded())
-        return end_program(1);
-    room_goto_or_restart(rt().room_find("rm_game"))
-        .and_then([level = std::move(*level), seed, traits]() {
-            auto& trial = rt().instance_create<obj_trial>(0, 0);
-            set_current_trial(trial.id());
-            trial.initialize(level, seed, true, configs().game_speed, 0);
+        return end_program(app, 1);
+    if (!app.sim.configs.loaded())
+        return end_program(app, 1);
+    SimulationState& sim = app.sim;
+    room_goto_or_restart(app.runtime, app.runtime.room_find("rm_game"))
+        .and_then([&app, &sim, level = std::move(*level), seed, traits]() {
+            auto& trial = sim.runtime.instance_create<obj_trial>(0, 0, "Instances", sim);
+            sim.trial.trial = trial.id();
+            trial.initialize(level, seed, true, sim.configs->game_speed, 0);
             const TrialResult result = std::get<TrialResult>(trial.start(traits));
             std::printf("%s\n", json_stringify(trial_result_to_value(result), false).c_str());
-            end_program(0);
+            end_program(app, 0);
         })
-        .and_catch([](const Value& reason) {
+        .and_catch([&app](const Value& reason) {
             // Running out of memory on a huge level, for one: a shell run ends with the reason
             // instead of waiting for frames that will never bring a result.
             log_error("The trial failed: " + to_string(reason));
-            end_program(1);
+            end_program(app, 1);
         });
 }
 

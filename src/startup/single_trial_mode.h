@@ -3,8 +3,10 @@
 
 namespace veldra {
 
+struct AppState;
+
 // trial_level=FILE [seed=S] [traits=O,C,E,A,N]: one automatic trial; its TrialResult is printed
 // as one JSON object on stdout.
-void start_single_trial_mode(const ProgramParameters& params);
+void start_single_trial_mode(AppState& app, const ProgramParameters& params);
 
 }  // namespace veldra

@@ -22,9 +22,9 @@ std::optional<AutoRunConfigs> fail(const std::string& path, const std::string& p
     return std::nullopt;
 }
 
-std::vector<double> option_values(const char* key) {
+std::vector<double> option_values(const ConfigsState& game, const char* key) {
     std::vector<double> values;
-    const Value options = config_value(key);
+    const Value options = game.value(key);
     if (!options.is_array())
         return values;  // no configuration loaded: no combinations
     for (std::size_t i = 0; i < options.size(); ++i)
@@ -41,17 +41,18 @@ std::size_t saturating_multiply(std::size_t a, std::size_t b) {
 
 }  // namespace
 
-std::size_t auto_run_count_runs(const AutoRunConfigs& configs) {
+std::size_t auto_run_count_runs(const AutoRunConfigs& configs, const ConfigsState& game) {
     std::size_t combinations = 1;
     for (const char* key : {"options_openness", "options_conscientiousness", "options_extraversion",
                             "options_agreeableness", "options_neuroticism"})
-        combinations = saturating_multiply(combinations, option_values(key).size());
+        combinations = saturating_multiply(combinations, option_values(game, key).size());
     const std::size_t per_level = saturating_multiply(
         combinations, static_cast<std::size_t>(configs.num_runs_per_permutation));
     return saturating_multiply(per_level, configs.levels.size());
 }
 
-std::optional<AutoRunConfigs> read_auto_run_configs(const std::string& path) {
+std::optional<AutoRunConfigs> read_auto_run_configs(const std::string& path,
+                                                    const ConfigsState& game) {
     const FileText text = read_whole_file(path, MAX_AUTO_RUN_FILE_BYTES);
     if (!text)
         return fail(path, text.error + ".");
@@ -78,7 +79,7 @@ std::optional<AutoRunConfigs> read_auto_run_configs(const std::string& path) {
         return fail(path, "\"num_runs_per_permutation\" must be a whole number from 0 to " +
                               std::to_string(MAX_AUTO_RUN_RUNS) + ".");
     configs.num_runs_per_permutation = runs->get<double>();
-    if (const std::size_t count = auto_run_count_runs(configs); count > MAX_AUTO_RUN_RUNS)
+    if (const std::size_t count = auto_run_count_runs(configs, game); count > MAX_AUTO_RUN_RUNS)
         return fail(path, "the run list would hold " +
                               (count == std::numeric_limits<std::size_t>::max()
                                    ? std::string("more than 2^64")
@@ -89,11 +90,12 @@ std::optional<AutoRunConfigs> read_auto_run_configs(const std::string& path) {
     return configs;
 }
 
-std::vector<AutoRunParams> auto_run_build_run_list(const AutoRunConfigs& configs, Rng& rng) {
+std::vector<AutoRunParams> auto_run_build_run_list(const AutoRunConfigs& configs,
+                                                   const ConfigsState& game, Rng& rng) {
     const auto combinations = personality_traits_make_all_permutations(
-        option_values("options_openness"), option_values("options_conscientiousness"),
-        option_values("options_extraversion"), option_values("options_agreeableness"),
-        option_values("options_neuroticism"));
+        option_values(game, "options_openness"), option_values(game, "options_conscientiousness"),
+        option_values(game, "options_extraversion"), option_values(game, "options_agreeableness"),
+        option_values(game, "options_neuroticism"));
     std::vector<AutoRunParams> runs;
     runs.reserve(configs.levels.size() * combinations.size() *
                  static_cast<std::size_t>(configs.num_runs_per_permutation));

@@ -13,6 +13,8 @@
 
 namespace veldra {
 
+struct ConfigsState;
+
 // The most runs one auto run may list. Each run is held in memory with its seed before the first
 // trial starts, so a slip of the keyboard (1e9 runs per permutation) must not take the machine
 // down; a larger study splits into several auto-run files or seeds.
@@ -32,15 +34,17 @@ struct AutoRunParams {
 // Reads the auto-run file; on failure logs "Failed to read auto-run configurations." and a line
 // naming the file and the problem (the line and column of a JSON error, a run list longer than
 // MAX_AUTO_RUN_RUNS with the configuration's trait options).
-std::optional<AutoRunConfigs> read_auto_run_configs(const std::string& path);
+std::optional<AutoRunConfigs> read_auto_run_configs(const std::string& path,
+                                                    const ConfigsState& game);
 
 // How many runs the list of `configs` holds with the configuration's trait options; saturates
 // instead of overflowing, so anything above MAX_AUTO_RUN_RUNS compares as too many.
-std::size_t auto_run_count_runs(const AutoRunConfigs& configs);
+std::size_t auto_run_count_runs(const AutoRunConfigs& configs, const ConfigsState& game);
 
 // Levels, then trait combinations (openness outermost), then repetitions; one seed per run,
 // rng_irandom(2^32), in that order.
-std::vector<AutoRunParams> auto_run_build_run_list(const AutoRunConfigs& configs, Rng& rng);
+std::vector<AutoRunParams> auto_run_build_run_list(const AutoRunConfigs& configs,
+                                                   const ConfigsState& game, Rng& rng);
 
 // The K-th (1-based) of N contiguous, nearly equal ranges of `count` runs: [first, last).
 struct RunRange {

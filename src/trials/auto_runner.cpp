@@ -12,6 +12,7 @@
 #include "runtime/paths.h"
 #include "runtime/runtime.h"
 #include "runtime/services.h"
+#include "trials/simulation_state.h"
 #include "trials/trial.h"
 #include "trials/trial_data.h"
 #include "trials/trial_level_info.h"
@@ -22,17 +23,11 @@ namespace veldra {
 
 namespace {
 
-// Levels are read once per batch: dumping never changes a level, so every run of a level
-// starts from the same cells.
-struct AutoRunLevels {
-    std::map<std::string, Level> by_filename;
-};
-
-const Level* auto_run_level(const std::string& filename) {
-    auto& levels = ctx().slot<AutoRunLevels>().by_filename;
+const Level* auto_run_level(SimulationState& sim, const std::string& filename) {
+    auto& levels = sim.auto_run_levels;
     if (auto it = levels.find(filename); it != levels.end())
         return &it->second;
-    auto level = level_load_from_file(resolve_user_path(filename));
+    auto level = level_load_from_file(sim.cell_types, resolve_user_path(filename));
     if (!level)
         return nullptr;
     return &levels.emplace(filename, std::move(*level)).first->second;
@@ -62,7 +57,7 @@ bool obj_auto_runner::initialize(const AutoRunConfigs& configs,
                                  std::function<void(bool)> callback, AutoRunOptions options) {
     output_csv_filename_ = output_csv_filename;
     callback_ = std::move(callback);
-    params = auto_run_build_run_list(configs, rng);
+    params = auto_run_build_run_list(configs, sim_.configs, rng);
     options_ = std::move(options);
     range_ = options_.range
                  ? *options_.range
@@ -115,7 +110,7 @@ void obj_auto_runner::on_step() {
     gc_collect();
     running = true;
     const AutoRunParams& run = params[current_param_index];
-    auto_run_trial(run.filename, static_cast<std::int64_t>(current_param_index), run.traits,
+    auto_run_trial(sim_, run.filename, static_cast<std::int64_t>(current_param_index), run.traits,
                    run.seed, total_score)
         .and_then([this](const Value& record) {
             total_score += record.get("result").get("trial_score").as_number();
@@ -131,7 +126,7 @@ void obj_auto_runner::on_step() {
                                      range_.last - range_.first);
         })
         .and_catch([this](const Value& reason) {
-            services().dialogs->show_message(to_string(reason));
+            runtime().services().dialogs->show_message(to_string(reason));
             log_error("Auto run #" + std::to_string(current_param_index) +
                       " failed: " + to_string(reason));
             finish(false);
@@ -145,26 +140,28 @@ void obj_auto_runner::on_clean_up() {
     }
 }
 
-std::optional<AutoRunConfigs> auto_run_read_and_check(const std::string& configs_filename) {
-    auto configs = read_auto_run_configs(configs_filename);
+std::optional<AutoRunConfigs> auto_run_read_and_check(SimulationState& sim,
+                                                      const std::string& configs_filename) {
+    auto configs = read_auto_run_configs(configs_filename, sim.configs);
     if (!configs)
         return std::nullopt;
     for (const std::string& level : configs->levels)
-        if (!auto_run_level(level))
+        if (!auto_run_level(sim, level))
             return std::nullopt;
     return configs;
 }
 
-Promise auto_run_trials(const std::string& configs_filename, const std::string& output_csv_filename,
-                        Rng& rng, double seed, AutoRunOptions options) {
-    auto configs = auto_run_read_and_check(configs_filename);
+Promise auto_run_trials(SimulationState& sim, const std::string& configs_filename,
+                        const std::string& output_csv_filename, Rng& rng, double seed,
+                        AutoRunOptions options) {
+    auto configs = auto_run_read_and_check(sim, configs_filename);
     if (!configs)
         return promise_reject(Value());
     log("Starting auto runs of one or more trials...");
     log("Auto run configurations: \"" + configs_filename + "\"");
     log("Auto run output file: \"" + output_csv_filename + "\"");
     log("Auto run seed: \"" + number_to_string(seed) + "\"");
-    auto& runner = rt().instance_create<obj_auto_runner>(0, 0);
+    auto& runner = sim.runtime.instance_create<obj_auto_runner>(0, 0, "Instances", sim);
     runner.persistent = true;
     // The callback is set once the promise exists; the runner calls it from a later step.
     auto resolve_slot = std::make_shared<Resolve>();
@@ -174,31 +171,35 @@ Promise auto_run_trials(const std::string& configs_filename, const std::string& 
         (*resolve_slot)(Value(completed));
     };
     if (!runner.initialize(*configs, output_csv_filename, rng, done, std::move(options))) {
-        rt().instance_destroy(runner.id());
+        sim.runtime.instance_destroy(runner.id());
         return promise_resolve(Value(false));  // not completed; the reason is logged already
     }
     return Promise(
         [resolve_slot](const Resolve& resolve, const Reject&) { *resolve_slot = resolve; });
 }
 
-Promise auto_run_trial(const std::string& level_filename, std::int64_t play_order,
-                       const PersonalityTraits& traits, double seed,
+Promise auto_run_trial(SimulationState& sim, const std::string& level_filename,
+                       std::int64_t play_order, const PersonalityTraits& traits, double seed,
                        double total_score_before_this_trial) {
-    if (obj_trial* previous = current_trial())
-        rt().instance_destroy(previous->id());
+    if (obj_trial* previous = sim.current_trial())
+        sim.runtime.instance_destroy(previous->id());
     log("Starting auto run #" + std::to_string(play_order));
-    return room_goto_or_restart(rt().room_find("rm_game")).and_then([=]() -> HandlerResult {
-        const Level* level = auto_run_level(level_filename);
+    Runtime& runtime = sim.runtime;
+    return room_goto_or_restart(runtime, runtime.room_find("rm_game"))
+        .and_then([=, &sim]() -> HandlerResult {
+        const Level* level = auto_run_level(sim, level_filename);
         if (!level)
             return promise_reject(Value("Failed to read level \"" + level_filename + "\"."));
-        auto& trial = rt().instance_create<obj_trial>(0, 0);
-        set_current_trial(trial.id());
-        trial.initialize(*level, seed, true, configs().game_speed, total_score_before_this_trial);
+        auto& trial = sim.runtime.instance_create<obj_trial>(0, 0, "Instances", sim);
+        sim.trial.trial = trial.id();
+        trial.initialize(*level, seed, true, sim.configs->game_speed,
+                         total_score_before_this_trial);
         TrialData data;
-        data.config_version = configs().configuration_version;
+        data.config_version = sim.configs->configuration_version;
         data.game_version = BUILD_VERSION;
         data.seed = seed;
-        data.level_info = trial_level_info_from_level(*level, level_filename, play_order);
+        data.level_info =
+            trial_level_info_from_level(sim.cell_types, *level, level_filename, play_order);
         data.traits = traits;
         data.result = std::get<TrialResult>(trial.start(traits));
         return trial_data_to_value(data);

@@ -29,9 +29,12 @@ struct AutoRunOptions {
     std::function<bool()> should_stop;  // asked before each run: an interrupted batch ends cleanly
 };
 
+struct SimulationState;
+
 class obj_auto_runner : public Instance {
     VELDRA_OBJECT(obj_auto_runner, Instance)
 public:
+    explicit obj_auto_runner(SimulationState& sim) : sim_(sim) {}
     ~obj_auto_runner() override;
     void on_step() override;
     void on_clean_up() override;
@@ -48,6 +51,8 @@ public:
     double total_score = 0;
 
 private:
+    SimulationState& sim_;
+
     bool reopen(const char* mode);
     bool write_line(const std::string& line);
     void finish(bool completed);
@@ -63,16 +68,18 @@ private:
 // Reads the auto-run file, checks every level can be read, logs the start lines and runs the
 // batch. Fulfilled (with true) when every run is done, with false when stopped early or when
 // the output cannot be written; rejected when the file or a level is unusable.
-Promise auto_run_trials(const std::string& configs_filename, const std::string& output_csv_filename,
-                        Rng& rng, double seed, AutoRunOptions options = {});
+Promise auto_run_trials(SimulationState& sim, const std::string& configs_filename,
+                        const std::string& output_csv_filename, Rng& rng, double seed,
+                        AutoRunOptions options = {});
 
 // Reads the auto-run file and every level it names (each failure logged). The check
 // auto_run_trials makes first; a shell run makes it before anything starts.
-std::optional<AutoRunConfigs> auto_run_read_and_check(const std::string& configs_filename);
+std::optional<AutoRunConfigs> auto_run_read_and_check(SimulationState& sim,
+                                                      const std::string& configs_filename);
 
 // One automatic trial; fulfilled with the record (a struct, see trial_data_to_value).
-Promise auto_run_trial(const std::string& level_filename, std::int64_t play_order,
-                       const PersonalityTraits& traits, double seed,
+Promise auto_run_trial(SimulationState& sim, const std::string& level_filename,
+                       std::int64_t play_order, const PersonalityTraits& traits, double seed,
                        double total_score_before_this_trial);
 
 }  // namespace veldra

@@ -6,7 +6,9 @@
 
 namespace veldra {
 
-// Each part logs the once-only warning when called a second time in one context.
-void initialize_game_systems();
+struct SimulationState;
+
+// Each part logs the once-only warning when called a second time on one state.
+void initialize_game_systems(SimulationState& sim);
 
 }  // namespace veldra

@@ -8,10 +8,12 @@
 
 namespace veldra {
 
-Promise wait_ticks(Ticker& ticker, InstanceId trial, InstanceId instance, Ticks num_ticks) {
-    return Promise([&ticker, trial, instance, num_ticks](const Resolve& resolve, const Reject&) {
-        detail::create_waiter<obj_tick_waiter>().initialize(ticker, trial, instance, num_ticks,
-                                                            resolve);
+Promise wait_ticks(Runtime& runtime, Ticker& ticker, InstanceId trial, InstanceId instance,
+                   Ticks num_ticks) {
+    return Promise([&runtime, &ticker, trial, instance, num_ticks](const Resolve& resolve,
+                                                                   const Reject&) {
+        detail::create_waiter<obj_tick_waiter>(runtime).initialize(ticker, trial, instance,
+                                                                   num_ticks, resolve);
     });
 }
 
@@ -24,8 +26,8 @@ void obj_tick_waiter::initialize(Ticker& ticker, InstanceId trial_id, InstanceId
     if (!runtime().instance_exists(trial))
         return;
     // By id, not by pointer: the handler belongs to `instance` and may outlive this waiter.
-    ticker.on_tick(instance, [waiter_id = id()](Ticks, Rng&) {
-        if (auto* waiter = rt().find_as<obj_tick_waiter>(waiter_id))
+    ticker.on_tick(instance, [&runtime = runtime(), waiter_id = id()](Ticks, Rng&) {
+        if (auto* waiter = runtime.find_as<obj_tick_waiter>(waiter_id))
             waiter->count_down();
     });
 }

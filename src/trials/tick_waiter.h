@@ -8,6 +8,7 @@
 
 namespace veldra {
 
+class Runtime;
 class Ticker;
 
 // Fulfilled (with no value) after `num_ticks` ticks of `ticker`; 0 and negative counts wait
@@ -15,7 +16,8 @@ class Ticker;
 // pending. The ticker is its trial's; `trial` is that trial entity, watched by the waiter,
 // which gives up (promise pending for ever) once the trial is gone. The ticker is only used
 // while the executor runs, so it need not outlive the waiter.
-Promise wait_ticks(Ticker& ticker, InstanceId trial, InstanceId instance, Ticks num_ticks);
+Promise wait_ticks(Runtime& runtime, Ticker& ticker, InstanceId trial, InstanceId instance,
+                   Ticks num_ticks);
 
 class obj_tick_waiter : public Instance {
     VELDRA_OBJECT(obj_tick_waiter, Instance)

@@ -21,10 +21,9 @@ Rng& Ticker::rng() {
     return *rng_;
 }
 
-void Ticker::tick() {
+void Ticker::tick(const Runtime& runtime) {
     VELDRA_ASSERT(!ticking_, "Ticker::tick called from inside a tick handler?");
     Rng& generator = rng();
-    const Runtime& runtime = rt();
     ticking_ = true;
     // The length is read again at every step: handlers appended meanwhile run this tick.
     for (std::size_t i = 0; i < handlers_.size(); ++i) {

@@ -20,6 +20,8 @@
 
 namespace veldra {
 
+class Runtime;
+
 class Ticker {
 public:
     using Callback = std::function<void(Ticks tick, Rng& rng)>;
@@ -28,7 +30,8 @@ public:
     void initialize(double seed);
     // The handler lives as long as `instance` exists.
     void on_tick(InstanceId instance, Callback callback);
-    void tick();
+    // Runs every handler whose instance still exists in `runtime`.
+    void tick(const Runtime& runtime);
     // Both drop every handler; the tick count and the generator stay.
     void reset();
     void free();

@@ -4,7 +4,6 @@
 
 #include "async/room_goer.h"
 #include "config/game_configurations.h"
-#include "config/program_parameters.h"
 #include "creatures/eid.h"
 #include "creatures/food.h"
 #include "creatures/human.h"
@@ -14,11 +13,11 @@
 #include "creatures/personality_traits.h"
 #include "creatures/trial_world.h"
 #include "runtime/callstack.h"
-#include "runtime/context.h"
 #include "runtime/log.h"
 #include "runtime/number_format.h"
 #include "runtime/once.h"
 #include "runtime/runtime.h"
+#include "trials/simulation_state.h"
 #include "trials/trial_data.h"
 
 namespace veldra {
@@ -27,9 +26,9 @@ namespace {
 
 // Used for AI humans whose configured ranges are missing: the span of the values the traits
 // menu offers, so a custom file's scale is respected.
-PersonalityTraitRanges default_ai_trait_ranges() {
-    auto span = [](const char* key) {
-        const Value options = config_value(key);
+PersonalityTraitRanges default_ai_trait_ranges(const ConfigsState& configs) {
+    auto span = [&configs](const char* key) {
+        const Value options = configs.value(key);
         double low = 0, high = 0;
         for (std::size_t i = 0; i < options.size(); ++i) {
             if (!options.at(i).is_number())
@@ -50,7 +49,7 @@ PersonalityTraitRanges default_ai_trait_ranges() {
 }  // namespace
 
 void obj_trial::on_create() {
-    max_ticks = static_cast<Ticks>(std::ceil(configs().trial_time * 60));
+    max_ticks = static_cast<Ticks>(std::ceil(sim_.configs->trial_time * 60));
     state = TrialState::Created;
 }
 
@@ -63,8 +62,8 @@ void obj_trial::initialize(const Level& level_to_run, double seed, bool auto_run
 
     // Everything the level's creatures need from the trial must be in place while they are
     // created.
-    TrialWorld& world = trial_world();
-    world = TrialWorld{};
+    TrialWorld& world = sim_.world;
+    world.clear_trial();
     world.rng = &*rng;
     world.subscribe_tick = [this](InstanceId owner, Ticker::Callback callback) {
         ticker.on_tick(owner, std::move(callback));
@@ -72,7 +71,7 @@ void obj_trial::initialize(const Level& level_to_run, double seed, bool auto_run
     world.log_event = [this](const std::string& message) { log_event(message); };
     if (!auto_run)
         world.log_interactive_event = world.log_event;
-    terrain = level_dump(*level);
+    terrain = level_dump(*level, sim_.spawn_hooks);
     world.terrain = &terrain;
 
     game_speed = speed;
@@ -84,8 +83,8 @@ void obj_trial::initialize(const Level& level_to_run, double seed, bool auto_run
 }
 
 void obj_trial::give_traits_to_ai_humans() {
-    const Value& table = configs().ai_human_traits;
-    rt().for_each<obj_human_ai>([&](obj_human_ai& human) {
+    const Value& table = sim_.configs->ai_human_traits;
+    runtime().for_each<obj_human_ai>([&](obj_human_ai& human) {
         std::optional<PersonalityTraitRanges> ranges;
         if (!human.type_number) {
             if (table.size() == 0)
@@ -103,10 +102,11 @@ void obj_trial::give_traits_to_ai_humans() {
                       "\" but the configurations don't define personality traits for that number.");
         }
         human.set_traits(
-            personality_traits_from_ranges(ranges.value_or(default_ai_trait_ranges()), *rng));
+            personality_traits_from_ranges(ranges.value_or(default_ai_trait_ranges(sim_.configs)), *rng));
         if (!is_auto_run)
             log_event("Traits and action weights for " + EID(&human, true) + ":\n" +
-                      personality_traits_format_data(human.personality_traits));
+                      personality_traits_format_data(human.personality_traits,
+                                                     sim_.configs.get(), sim_.action_types));
     });
 }
 
@@ -114,11 +114,12 @@ obj_trial::StartResult obj_trial::start(std::optional<PersonalityTraits> player_
     if (state != TrialState::Initialized)
         return std::monostate{};
     traits = player_traits;
-    rt().for_each<obj_human_player>([&](obj_human_player& player) {
+    runtime().for_each<obj_human_player>([&](obj_human_player& player) {
         player.set_traits(traits.value_or(PersonalityTraits{}));
         if (!is_auto_run)
             log_event("Traits and action weights for " + EID(&player, true) + ":\n" +
-                      personality_traits_format_data(player.personality_traits));
+                      personality_traits_format_data(player.personality_traits,
+                                                     sim_.configs.get(), sim_.action_types));
     });
     give_traits_to_ai_humans();
     state = TrialState::Running;
@@ -139,7 +140,7 @@ obj_trial::StartResult obj_trial::start(std::optional<PersonalityTraits> player_
 
 void obj_trial::build_result(TrialOutcome outcome) {
     const Ticks spent = ticker.spent_ticks;
-    obj_human_player* player = rt().instance_find<obj_human_player>(0);
+    obj_human_player* player = runtime().instance_find<obj_human_player>(0);
     const double energy = player ? player->energy : 0;
     const double energy_fraction = player ? player->energy / player->energy_max : 0;
     // 0 / 0 is NaN for a zero-length trial.
@@ -147,12 +148,12 @@ void obj_trial::build_result(TrialOutcome outcome) {
     TrialResult r;
     r.outcome = outcome;
     r.time_left = max_ticks - spent;
-    r.num_monsters_remaining = static_cast<std::int64_t>(rt().instance_number<obj_monster>());
-    r.num_food_remaining = static_cast<std::int64_t>(rt().instance_number<obj_food>());
-    r.num_humans_remaining = static_cast<std::int64_t>(rt().instance_number<obj_human>());
+    r.num_monsters_remaining = static_cast<std::int64_t>(runtime().instance_number<obj_monster>());
+    r.num_food_remaining = static_cast<std::int64_t>(runtime().instance_number<obj_food>());
+    r.num_humans_remaining = static_cast<std::int64_t>(runtime().instance_number<obj_human>());
     r.energy_remaining = energy;
     r.trial_score =
-        configs().trial_score(traits.value_or(PersonalityTraits{}), energy_fraction, time_fraction);
+        sim_.configs->trial_score(traits.value_or(PersonalityTraits{}), energy_fraction, time_fraction);
     result = r;
 }
 
@@ -160,9 +161,9 @@ bool obj_trial::tick() {
     if (result)
         return false;
     if (ticker.spent_ticks < max_ticks) {
-        ticker.tick();
-        trial_world().spent_ticks = ticker.spent_ticks;
-        if (rt().instance_number<obj_human_player>() == 0)
+        ticker.tick(runtime());
+        sim_.world.spent_ticks = ticker.spent_ticks;
+        if (runtime().instance_number<obj_human_player>() == 0)
             build_result(TrialOutcome::perished);
     } else {
         build_result(TrialOutcome::survived);
@@ -204,8 +205,7 @@ void obj_trial::on_step() {
 void obj_trial::log_event(const std::string& message) const {
     // Batches stay quiet unless their events are wanted in a log: an auto run writing an
     // output file, or a single trial run from the shell.
-    const auto& params = program_params();
-    if (is_auto_run && !params.auto_run_output && !params.trial_level)
+    if (is_auto_run && !sim_.log_automatic_trial_events)
         return;
     log("[#55dd55]TRIAL(" + std::to_string(id()) + ") TICK#" + std::to_string(ticker.spent_ticks) +
         "[/c] " + message);
@@ -214,27 +214,28 @@ void obj_trial::log_event(const std::string& message) const {
 void obj_trial::on_clean_up() {
     log_event("Trial cleaned up.");
     ticker.free();
-    if (trial_world().terrain == &terrain)
-        trial_world() = TrialWorld{};
+    if (sim_.world.terrain == &terrain)
+        sim_.world.clear_trial();
     terrain = Terrain{};
 }
 
-Promise trial_run(const Level& level, double seed, std::optional<PersonalityTraits> traits,
+Promise trial_run(SimulationState& sim, const Level& level, double seed,
+                  std::optional<PersonalityTraits> traits,
                   std::optional<std::string> trait_menu_header,
                   double total_score_before_this_trial) {
-    if (obj_trial* previous = current_trial())
-        rt().instance_destroy(previous->id());
+    if (obj_trial* previous = sim.current_trial())
+        sim.runtime.instance_destroy(previous->id());
     // The traits menu comes with the game window; until then the given traits are used as they are.
     (void)trait_menu_header;
-    return room_goto_or_restart(rt().room_find("rm_game"))
-        .and_then([level, seed, total_score_before_this_trial]() {
-            auto& trial = rt().instance_create<obj_trial>(0, 0);
-            set_current_trial(trial.id());
-            trial.initialize(level, seed, false, configs().game_speed,
+    return room_goto_or_restart(sim.runtime, sim.runtime.room_find("rm_game"))
+        .and_then([&sim, level, seed, total_score_before_this_trial]() {
+            auto& trial = sim.runtime.instance_create<obj_trial>(0, 0, "Instances", sim);
+            sim.trial.trial = trial.id();
+            trial.initialize(level, seed, false, sim.configs->game_speed,
                              total_score_before_this_trial);
         })
-        .and_then([traits]() -> HandlerResult {
-            obj_trial* trial = current_trial();
+        .and_then([&sim, traits]() -> HandlerResult {
+            obj_trial* trial = sim.current_trial();
             if (!trial)
                 return promise_reject(Value("The trial ended before it started."));
             auto started = trial->start(traits);

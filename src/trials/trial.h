@@ -22,9 +22,15 @@ namespace veldra {
 
 enum class TrialState { Created = 0, Initialized = 1, Running = 2, Ended = 3, Reported = 4 };
 
+struct SimulationState;
+struct TrialSlot;
+
 class obj_trial : public Instance {
     VELDRA_OBJECT(obj_trial, Instance)
 public:
+    // The trial plays in `sim`, which outlives it.
+    explicit obj_trial(SimulationState& sim) : sim_(sim) {}
+
     void on_create() override;
     void on_step() override;
     void on_clean_up() override;
@@ -58,20 +64,18 @@ public:
     std::optional<TrialResult> result;
 
 private:
+    SimulationState& sim_;
+
     void give_traits_to_ai_humans();
     void build_result(TrialOutcome outcome);
 };
 
 // Start-up: once-only; sets Trial to no instance.
-void initialize_trials();
-
-// The Trial global: the running trial or nullptr.
-obj_trial* current_trial();
-void set_current_trial(InstanceId trial);
+void initialize_trials(TrialSlot& slot);
 
 // Goes to the game room, creates an interactive trial there and starts it; fulfilled with the
 // result (as a struct) when the trial has reported its end.
-Promise trial_run(const Level& level, double seed, std::optional<PersonalityTraits> traits,
+Promise trial_run(SimulationState& sim, const Level& level, double seed, std::optional<PersonalityTraits> traits,
                   std::optional<std::string> trait_menu_header,
                   double total_score_before_this_trial);
 

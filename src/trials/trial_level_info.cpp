@@ -4,9 +4,8 @@
 
 namespace veldra {
 
-TrialLevelInfo trial_level_info_from_level(const Level& level, const std::string& filename,
-                                           std::int64_t play_order) {
-    const LevelCellTypeTable& types = lct();
+TrialLevelInfo trial_level_info_from_level(const LevelCellTypeTable& types, const Level& level,
+                                           const std::string& filename, std::int64_t play_order) {
     TrialLevelInfo info;
     info.filename = filename;
     info.play_order = play_order;

@@ -20,9 +20,10 @@ struct LevelCell {
 
 struct Level {
     Level() = default;
-    // Rows shorter than the longest are padded with LCT_empty cells, so afterwards every row
-    // has `width` cells.
-    Level(std::string name, std::vector<std::vector<LevelCell>> cells);
+    // Rows shorter than the longest are padded with LCT_empty cells of `types`, so afterwards
+    // every row has `width` cells.
+    Level(std::string name, std::vector<std::vector<LevelCell>> cells,
+          const LevelCellTypeTable& types);
 
     const LevelCell& cell_at(int cx, int cy) const { return cells[cy][cx]; }
 
@@ -38,6 +39,7 @@ int level_get_num_cells_of_types(const Level& level, std::span<const LevelCellTy
 // The terrain for a trial. Visits the cells row by row, left to right, so entities are spawned
 // in that order. The same for automatic and interactive trials: scenery is drawn from the
 // terrain, not spawned, so a trial's entities and their ids never depend on a window.
-Terrain level_dump(const Level& level);
+// Cells that stand for an entity call their hook in `spawn`.
+Terrain level_dump(const Level& level, const LevelSpawnHooks& spawn);
 
 }  // namespace veldra

@@ -2,45 +2,44 @@
 
 #include "runtime/assertion.h"
 #include "runtime/callstack.h"
-#include "runtime/context.h"
 #include "runtime/once.h"
 
 namespace veldra {
 
 namespace {
 
-void dump_nothing(const LevelCellType&, TerrainCell&) {}
+void dump_nothing(const LevelCellType&, TerrainCell&, const LevelSpawnHooks&) {}
 
 // Rocks and sand are terrain only; how they look (boulders, leaves) is drawn from the terrain.
-void dump_rock(const LevelCellType&, TerrainCell& cell) {
+void dump_rock(const LevelCellType&, TerrainCell& cell, const LevelSpawnHooks&) {
     cell.is_rock = true;
 }
 
-void dump_sand(const LevelCellType&, TerrainCell& cell) {
+void dump_sand(const LevelCellType&, TerrainCell& cell, const LevelSpawnHooks&) {
     cell.is_sand = true;
 }
 
 // Random humans carry no type number; typed ones pass theirs on.
-void dump_human_ai(const LevelCellType& type, TerrainCell& cell) {
-    auto& hook = level_spawn_hooks().spawn_human_ai;
+void dump_human_ai(const LevelCellType& type, TerrainCell& cell, const LevelSpawnHooks& spawn) {
+    auto& hook = spawn.spawn_human_ai;
     if (hook)
         hook(cell, type.type_number);
 }
 
-void dump_player(const LevelCellType&, TerrainCell& cell) {
-    auto& hook = level_spawn_hooks().spawn_player;
+void dump_player(const LevelCellType&, TerrainCell& cell, const LevelSpawnHooks& spawn) {
+    auto& hook = spawn.spawn_player;
     if (hook)
         hook(cell);
 }
 
-void dump_monster(const LevelCellType&, TerrainCell& cell) {
-    auto& hook = level_spawn_hooks().spawn_monster;
+void dump_monster(const LevelCellType&, TerrainCell& cell, const LevelSpawnHooks& spawn) {
+    auto& hook = spawn.spawn_monster;
     if (hook)
         hook(cell);
 }
 
-void dump_food(const LevelCellType&, TerrainCell& cell) {
-    auto& hook = level_spawn_hooks().spawn_food;
+void dump_food(const LevelCellType&, TerrainCell& cell, const LevelSpawnHooks& spawn) {
+    auto& hook = spawn.spawn_food;
     if (hook)
         hook(cell);
 }
@@ -58,9 +57,8 @@ const LevelCellType* make_type(LevelCellTypeTable& table, char character, bool i
 
 }  // namespace
 
-void initialize_level_cell_types() {
+void initialize_level_cell_types(LevelCellTypeTable& table) {
     VELDRA_SCOPE();
-    LevelCellTypeTable& table = ctx().slot<LevelCellTypeTable>();
     once_only_first_call(table.called);
     table.allLevelCellTypes.clear();
     table.levelCellTypesByChar.clear();
@@ -81,20 +79,10 @@ void initialize_level_cell_types() {
     table.LCT_sand = make_type(table, 's', true, dump_sand);
 }
 
-const LevelCellTypeTable& lct() {
-    const LevelCellTypeTable& table = ctx().slot<LevelCellTypeTable>();
-    VELDRA_ASSERT(table.LCT_empty, "level cell types used before initialize_level_cell_types()?");
-    return table;
-}
-
-const LevelCellType* level_cell_type_from_char(char character) {
-    const auto& by_char = lct().levelCellTypesByChar;
-    const auto found = by_char.find(character);
-    return found == by_char.end() ? nullptr : found->second;
-}
-
-LevelSpawnHooks& level_spawn_hooks() {
-    return ctx().slot<LevelSpawnHooks>();
+const LevelCellType* LevelCellTypeTable::from_char(char character) const {
+    VELDRA_ASSERT(LCT_empty, "level cell types used before initialize_level_cell_types()?");
+    const auto found = levelCellTypesByChar.find(character);
+    return found == levelCellTypesByChar.end() ? nullptr : found->second;
 }
 
 }  // namespace veldra

@@ -1,7 +1,7 @@
 #pragma once
 // The kinds of level cell: the character that stands for each in a level file, whether it can
 // be walked, and what it does when a level is dumped into a trial. The table is built once at
-// start-up by initialize_level_cell_types and lives in the current context; cells refer to the
+// start-up by initialize_level_cell_types and lives in the simulation state; cells refer to the
 // shared records by pointer, so records of one table never match those of a rebuilt one.
 //
 // The level knows nothing of creatures: dumping a cell that stands for an entity calls a hook of
@@ -18,9 +18,12 @@
 namespace veldra {
 
 struct LevelCellType;
+struct LevelSpawnHooks;
 
-// Called with the type being dumped and the terrain cell made for it.
-using LevelCellDumpCallback = void (*)(const LevelCellType& type, TerrainCell& cell);
+// Called with the type being dumped, the terrain cell made for it and the hooks that create
+// entities.
+using LevelCellDumpCallback = void (*)(const LevelCellType& type, TerrainCell& cell,
+                                       const LevelSpawnHooks& spawn);
 
 struct LevelCellType {
     char character = ' ';  // unique among all types
@@ -35,9 +38,18 @@ struct LevelSpawnHooks {
     std::function<void(const TerrainCell&)> spawn_player;
     std::function<void(const TerrainCell&)> spawn_monster;
     std::function<void(const TerrainCell&)> spawn_food;
+    bool filled = false;  // set by the once-only code that fills the hooks
 };
 
 struct LevelCellTypeTable {
+    LevelCellTypeTable() = default;
+    // Cells point into the table's records.
+    LevelCellTypeTable(const LevelCellTypeTable&) = delete;
+    LevelCellTypeTable& operator=(const LevelCellTypeTable&) = delete;
+
+    // The type for a level file character, or nullptr when no type uses it.
+    const LevelCellType* from_char(char character) const;
+
     // In construction order: empty, hole, rock, human_random, typed 0..9, player, monster, food,
     // sand.
     std::vector<const LevelCellType*> allLevelCellTypes;
@@ -58,16 +70,8 @@ struct LevelCellTypeTable {
     std::deque<LevelCellType> storage;
 };
 
-// Builds the table in the current context. Meant to run once per program: a later call logs
-// the once-only error with the call stack and then builds a fresh table anyway.
-void initialize_level_cell_types();
-
-// The current context's table; initialize_level_cell_types must have run.
-const LevelCellTypeTable& lct();
-
-// The type for a level file character, or nullptr when no type uses it.
-const LevelCellType* level_cell_type_from_char(char character);
-
-LevelSpawnHooks& level_spawn_hooks();
+// Builds the table. Meant to run once per program: a later call logs the once-only error with
+// the call stack and then builds a fresh table anyway.
+void initialize_level_cell_types(LevelCellTypeTable& table);
 
 }  // namespace veldra

@@ -101,7 +101,8 @@ constexpr std::size_t MAX_CELL_WARNINGS = 20;
 
 }  // namespace
 
-std::optional<Level> level_load_from_file(const std::filesystem::path& path) {
+std::optional<Level> level_load_from_file(const LevelCellTypeTable& types,
+                                         const std::filesystem::path& path) {
     const auto fail = [&](const std::string& why) -> std::optional<Level> {
         log_error(fmt::format("Failed to read level from file \"{}\".", path.string()));
         log_error(fmt::format("\"{}\" {}.", path.string(), why));
@@ -133,9 +134,9 @@ std::optional<Level> level_load_from_file(const std::filesystem::path& path) {
         for (std::size_t cx = 0; cx < width; ++cx) {
             const Character character = cx < line.size() ? line[cx] : Character(" ");
             const LevelCellType* type =
-                character.size() == 1 ? level_cell_type_from_char(character[0]) : nullptr;
+                character.size() == 1 ? types.from_char(character[0]) : nullptr;
             if (!type) {
-                type = lct().LCT_empty;
+                type = types.LCT_empty;
                 if (++warnings <= MAX_CELL_WARNINGS)
                     log_warning(
                         fmt::format("Failed to parse level cell from string \"{}\". (\"{}\", row "
@@ -148,7 +149,7 @@ std::optional<Level> level_load_from_file(const std::filesystem::path& path) {
     if (warnings > MAX_CELL_WARNINGS)
         log_warning(fmt::format("\"{}\": {} more cells could not be parsed and are empty.",
                                 path.string(), warnings - MAX_CELL_WARNINGS));
-    return Level(path.stem().string(), std::move(rows));
+    return Level(path.stem().string(), std::move(rows), types);
 }
 
 bool level_write_to_file(const Level& level, const std::filesystem::path& path) {

@@ -28,8 +28,9 @@ constexpr double PLAYER_RING_LIMIT = 999999.0;
 
 // The working grid of one attempt: cell types only, row-major, indexed cy * width + cx.
 struct Grid {
-    Grid(int width, int height)
-        : width(width),
+    Grid(const LevelCellTypeTable& table, int width, int height)
+        : table(table),
+          width(width),
           height(height),
           types(static_cast<std::size_t>(width) * height, nullptr),
           centre_x(width / 2.0),
@@ -44,7 +45,7 @@ struct Grid {
     }
     int size() const { return static_cast<int>(types.size()); }
 
-    const LevelCellTypeTable& table = lct();
+    const LevelCellTypeTable& table;
     int width;
     int height;
     std::vector<CellType> types;
@@ -68,8 +69,8 @@ std::vector<int> _levgen_cells_of_type(const Grid& grid, CellType type) {
     return cells;
 }
 
-Grid _levgen_create_level_base(int width, int height) {
-    Grid grid(width, height);
+Grid _levgen_create_level_base(const LevelCellTypeTable& types, int width, int height) {
+    Grid grid(types, width, height);
     for (int cy = 0; cy < height; ++cy) {
         for (int cx = 0; cx < width; ++cx) {
             const bool border = cx == 0 || cy == 0 || cx == width - 1 || cy == height - 1;
@@ -262,12 +263,13 @@ Level _levgen_to_level(const Grid& grid) {
             rows[cy].push_back(LevelCell{cx, cy, grid.types[std::size_t(cy) * grid.width + cx]});
         }
     }
-    return Level("", std::move(rows));
+    return Level("", std::move(rows), grid.table);
 }
 
-std::optional<Level> _try_generate_level(int width, int height, int num_monsters, int num_food,
-                                         int num_humans, int num_sand, Rng& rng) {
-    Grid grid = _levgen_create_level_base(width, height);
+std::optional<Level> _try_generate_level(const LevelCellTypeTable& types, int width, int height,
+                                         int num_monsters, int num_food, int num_humans,
+                                         int num_sand, Rng& rng) {
+    Grid grid = _levgen_create_level_base(types, width, height);
     _levgen_cut_noise_holes(grid, rng);
     _levgen_cut_island(grid);
     if (!_levgen_remove_thin_features(grid))
@@ -289,14 +291,15 @@ std::optional<Level> _try_generate_level(int width, int height, int num_monsters
 
 }  // namespace
 
-std::optional<Level> generate_level(int width, int height, int num_monsters, int num_food,
-                                    int num_humans, int num_sand, Rng& rng) {
+std::optional<Level> generate_level(const LevelCellTypeTable& types, int width, int height,
+                                    int num_monsters, int num_food, int num_humans, int num_sand,
+                                    Rng& rng) {
     // Without a single cell no attempt can place the player.
     if (width < 1 || height < 1)
         return std::nullopt;
     for (int attempt = 0; attempt < LEVEL_GENERATOR_MAX_ATTEMPTS; ++attempt) {
-        if (auto level = _try_generate_level(width, height, num_monsters, num_food, num_humans,
-                                             num_sand, rng)) {
+        if (auto level = _try_generate_level(types, width, height, num_monsters, num_food,
+                                             num_humans, num_sand, rng)) {
             return level;
         }
     }

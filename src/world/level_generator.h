@@ -18,7 +18,8 @@ inline constexpr int LEVEL_GENERATOR_MAX_ATTEMPTS = 999;
 // A level with an empty name, or nothing when every attempt failed (for example 2 x 2, which
 // is border only). Counts larger than the room available are cut short: the level then simply
 // has fewer sand cells or things.
-std::optional<Level> generate_level(int width, int height, int num_monsters, int num_food,
-                                    int num_humans, int num_sand, Rng& rng);
+std::optional<Level> generate_level(const LevelCellTypeTable& types, int width, int height,
+                                    int num_monsters, int num_food, int num_humans, int num_sand,
+                                    Rng& rng);
 
 }  // namespace veldra

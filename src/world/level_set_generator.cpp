@@ -150,8 +150,8 @@ std::optional<LevelSetRequest> read_request(const std::filesystem::path& path) {
     return request;
 }
 
-bool write_levels(const LevelSetRequest& request, const std::filesystem::path& output_dir,
-                  double seed) {
+bool write_levels(const LevelCellTypeTable& types, const LevelSetRequest& request,
+                  const std::filesystem::path& output_dir, double seed) {
     Rng rng(seed);
     for (int number = 1; number <= request.count; ++number) {
         const int monsters = rng.rng_array_get_random(request.monster_amounts);
@@ -159,7 +159,8 @@ bool write_levels(const LevelSetRequest& request, const std::filesystem::path& o
         const int humans = rng.rng_array_get_random(request.human_amounts);
         const int sand = rng.rng_array_get_random(request.sand_amounts);
         const std::optional<Level> level =
-            generate_level(request.width, request.height, monsters, food, humans, sand, rng);
+            generate_level(types, request.width, request.height, monsters, food, humans, sand,
+                           rng);
         if (!level) {
             log_error(fmt::format(
                 "Failed to generate level {} of {}: no playable {} x {} level in {} attempts.",
@@ -176,7 +177,7 @@ bool write_levels(const LevelSetRequest& request, const std::filesystem::path& o
 
 }  // namespace
 
-bool generate_level_set(const std::filesystem::path& json_path,
+bool generate_level_set(const LevelCellTypeTable& types, const std::filesystem::path& json_path,
                         const std::filesystem::path& output_dir,
                         std::optional<double> seed_override) {
     const std::optional<LevelSetRequest> request = read_request(json_path);
@@ -196,7 +197,7 @@ bool generate_level_set(const std::filesystem::path& json_path,
                               output_dir.string(), error.message()));
         return false;
     }
-    if (!write_levels(*request, output_dir, *seed))
+    if (!write_levels(types, *request, output_dir, *seed))
         return false;
     log(fmt::format("Generated {} levels into \"{}\".", request->count, output_dir.string()));
     return true;

@@ -1,0 +1,41 @@
+#include "config/configuration_choice.h"
+
+#include "async/dialog_promises.h"
+#include "config/debug_settings.h"
+#include "config/program_parameters.h"
+#include "util/text.h"
+
+namespace veldra {
+
+namespace {
+
+// Asks the developer for a custom file name. Fulfilled with the name, "" for none.
+Promise _debug_ask_custom_config_filename(DebugSettings& debugs, Dialogs& dialogs) {
+    return dialog_get_string(
+               dialogs,
+               "Enter custom configuration's relative filename. You can leave out the file "
+               "extension (e.g. .json)."
+               "\n\nThese custom will partially or fully overwrite the default configurations."
+               "\n\nLeave blank or cancel to use default configurations as is.",
+               debugs.custom_config)
+        .and_then([&debugs](const Value& answer) -> Value {
+            // A cancelled question (always, in headless runs) keeps the stored answer.
+            if (!answer.is_string())
+                return "";
+            std::string name = string_trim(answer.as_string());
+            debugs.custom_config = name;
+            save_active_debug_settings(debugs);
+            return name;
+        });
+}
+
+}  // namespace
+
+Promise ask_custom_configuration_name(const ProgramParameters& params, DebugSettings& debugs,
+                                      Dialogs& dialogs) {
+    if (params.config)
+        return promise_resolve(*params.config);
+    return _debug_ask_custom_config_filename(debugs, dialogs);
+}
+
+}  // namespace veldra

@@ -1,0 +1,56 @@
+#pragma once
+// The application: everything the program holds from main() to exit, as named members
+// constructed in the order written here. The command line and the services come first
+// (everything else may log, draw or ask through them), then the globals start-up fills
+// (ProgramParams, Debugs, the logger's switch, API_ENV, ActiveLanguage), the entity runtime,
+// the simulation that plays in it, the rooms and what the chosen mode keeps between frames.
+// Start-up code gets the whole of it; systems below get the members they need.
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "config/debug_settings.h"
+#include "config/localization.h"
+#include "config/logger.h"
+#include "config/program_parameters.h"
+#include "net/api_env.h"
+#include "runtime/runtime.h"
+#include "runtime/services.h"
+#include "startup/progress_line.h"
+#include "startup/rooms.h"
+#include "trials/simulation_state.h"
+#include "util/rng.h"
+
+namespace veldra {
+
+// What an auto run started from the shell keeps while its batch runs.
+struct AutoRunModeState {
+    std::optional<Rng> rng;
+    std::unique_ptr<ProgressLine> progress;
+    std::size_t runs_done = 0;
+};
+
+struct AppState {
+    explicit AppState(std::vector<std::string> arguments) : arguments(std::move(arguments)) {}
+    AppState(const AppState&) = delete;
+    AppState& operator=(const AppState&) = delete;
+
+    std::vector<std::string> arguments;  // the command line, the program's own path first
+    Services services;
+    ProgramParameters params;
+    DebugSettings debugs;
+    LoggerState logger;
+    ApiEnv api_env;
+    Localization localization;
+    Runtime runtime{services};
+    SimulationState sim{runtime};
+    Rooms rooms;
+    AutoRunModeState auto_run;
+    int exit_status = 0;  // what the program returns; set by end_program
+};
+
+}  // namespace veldra
