@@ -12,10 +12,12 @@
 
 #include "config/game_configurations.h"
 #include "creatures/creature_pathfinding.h"
+#include "creatures/human_action_type.h"
 #include "creatures/monster.h"
 #include "creatures/trial_world.h"
-#include "runtime/context.h"
+#include "runtime/gc.h"
 #include "runtime/runtime.h"
+#include "runtime/services.h"
 #include "world/level.h"
 #include "world/level_cell_types.h"
 #include "world/level_file.h"
@@ -27,19 +29,20 @@ using namespace veldra;
 constexpr int pair_count = 200;
 
 struct Setup {
-    Setup() : scope(context) {
+    Setup() {
         setenv("VeldraProjectDir", VELDRA_SOURCE_DIR, 1);
-        initialize_configs();
-        reload_game_configurations("");
-        initialize_level_cell_types();
-        initialize_creature_pathfinding();
-        rt().start(rt().room_add({"rm_bench", nullptr}));
-        auto level = level_load_from_file(VELDRA_SOURCE_DIR "/datafiles/levels/level_10.txt");
+        initialize_configs(configs);
+        reload_game_configurations(configs, "");
+        initialize_level_cell_types(cell_types);
+        initialize_creature_pathfinding(pathfinding);
+        runtime.start(runtime.room_add({"rm_bench", nullptr}));
+        auto level =
+            level_load_from_file(cell_types, VELDRA_SOURCE_DIR "/datafiles/levels/level_10.txt");
         if (!level)
             std::abort();
-        terrain = level_dump(*level);
-        trial_world().terrain = &terrain;
-        creature = &rt().instance_create<obj_monster>(0, 0);
+        terrain = level_dump(*level, LevelSpawnHooks{});
+        world.terrain = &terrain;
+        creature = &runtime.instance_create<obj_monster>(0, 0, "Instances", world);
         std::vector<const TerrainCell*> open;
         for (const TerrainCell& cell : terrain.cells)
             if (cell.is_traversable)
@@ -48,15 +51,21 @@ struct Setup {
         for (int i = 0; i < pair_count; ++i)
             pairs.push_back({open[rng() % open.size()], open[rng() % open.size()]});
     }
-    ~Setup() { rt().shutdown(); }
+    ~Setup() { runtime.shutdown(); }
 
     void place_at(const TerrainCell& cell) {
         creature->x = cell.room_rect.get_center_x();
         creature->y = cell.room_rect.get_center_y();
     }
 
-    Context context;
-    ContextScope scope;
+    GcScope collector;
+    Services services;
+    Runtime runtime{services};
+    ConfigsState configs;
+    LevelCellTypeTable cell_types;
+    HumanActionTypes action_types;
+    CreaturePathfinding pathfinding;
+    TrialWorld world{runtime, configs, action_types, pathfinding};
     Terrain terrain;
     obj_monster* creature = nullptr;
     std::vector<std::pair<const TerrainCell*, const TerrainCell*>> pairs;
@@ -70,7 +79,8 @@ void BM_ApproachWithGoalChange(benchmark::State& state) {
         const auto& [start, goal] = setup.pairs[i++ % setup.pairs.size()];
         setup.place_at(*start);
         creature_approach(*setup.creature, goal, 1);
-        corners += static_cast<long>(creature_current_path(setup.creature->id()).size());
+        corners += static_cast<long>(
+            creature_current_path(setup.pathfinding, setup.creature->id()).size());
         // Forget the goal so the next pair searches even when its goal cell is the same.
         creature_approach(*setup.creature, nullptr, 0);
     }

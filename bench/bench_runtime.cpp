@@ -2,8 +2,8 @@
 // counting and finding cost nothing that grows with the other instances in the room.
 #include <benchmark/benchmark.h>
 
-#include "runtime/context.h"
 #include "runtime/runtime.h"
+#include "runtime/services.h"
 
 namespace veldra {
 namespace {
@@ -22,27 +22,27 @@ class obj_bench_scenery : public Instance {
 struct Room {
     explicit Room(int scenery) {
         for (int i = 0; i < 40; ++i)
-            rt().instance_create<obj_bench_monster>(i * 64.0, (i % 7) * 64.0);
+            runtime.instance_create<obj_bench_monster>(i * 64.0, (i % 7) * 64.0);
         for (int i = 0; i < scenery; ++i)
-            rt().instance_create<obj_bench_scenery>(i, i);
+            runtime.instance_create<obj_bench_scenery>(i, i);
     }
-    Context context;
-    ContextScope scope{context};
+    Services services;
+    Runtime runtime{services};
 };
 
 void BM_InstanceNumber(benchmark::State& state) {
     Room room(static_cast<int>(state.range(0)));
     for (auto _ : state)
-        benchmark::DoNotOptimize(rt().instance_number<obj_bench_creature>());
+        benchmark::DoNotOptimize(room.runtime.instance_number<obj_bench_creature>());
 }
 BENCHMARK(BM_InstanceNumber)->Arg(100)->Arg(10000);
 
 void BM_InstanceFindAll(benchmark::State& state) {
     Room room(static_cast<int>(state.range(0)));
     for (auto _ : state) {
-        const std::size_t n = rt().instance_number<obj_bench_creature>();
+        const std::size_t n = room.runtime.instance_number<obj_bench_creature>();
         for (std::size_t i = 0; i < n; ++i)
-            benchmark::DoNotOptimize(rt().instance_find<obj_bench_creature>(i));
+            benchmark::DoNotOptimize(room.runtime.instance_find<obj_bench_creature>(i));
     }
 }
 BENCHMARK(BM_InstanceFindAll)->Arg(100)->Arg(10000);
@@ -51,7 +51,7 @@ void BM_InstanceNearest(benchmark::State& state) {
     Room room(static_cast<int>(state.range(0)));
     double x = 0;
     for (auto _ : state) {
-        benchmark::DoNotOptimize(rt().instance_nearest<obj_bench_creature>(x, 100));
+        benchmark::DoNotOptimize(room.runtime.instance_nearest<obj_bench_creature>(x, 100));
         x += 1;
     }
 }
@@ -61,7 +61,7 @@ void BM_ForEach(benchmark::State& state) {
     Room room(static_cast<int>(state.range(0)));
     for (auto _ : state) {
         double sum = 0;
-        rt().for_each<obj_bench_creature>([&](obj_bench_creature& c) { sum += c.x; });
+        room.runtime.for_each<obj_bench_creature>([&](obj_bench_creature& c) { sum += c.x; });
         benchmark::DoNotOptimize(sum);
     }
 }
@@ -70,8 +70,8 @@ BENCHMARK(BM_ForEach)->Arg(100)->Arg(10000);
 void BM_CreateDestroy(benchmark::State& state) {
     Room room(100);
     for (auto _ : state) {
-        auto& inst = rt().instance_create<obj_bench_monster>(0, 0);
-        rt().instance_destroy(inst.id());
+        auto& inst = room.runtime.instance_create<obj_bench_monster>(0, 0);
+        room.runtime.instance_destroy(inst.id());
     }
 }
 BENCHMARK(BM_CreateDestroy);

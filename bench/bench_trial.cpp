@@ -7,10 +7,12 @@
 #include <string>
 
 #include "config/game_configurations.h"
-#include "runtime/context.h"
+#include "runtime/gc.h"
 #include "runtime/log.h"
 #include "runtime/runtime.h"
+#include "runtime/services.h"
 #include "trials/game_systems.h"
+#include "trials/simulation_state.h"
 #include "trials/trial.h"
 #include "world/level_file.h"
 
@@ -22,40 +24,42 @@ namespace veldra {
 namespace {
 
 void BM_AutomaticTrial(benchmark::State& state) {
-    Context context;
-    ContextScope scope(context);
+    GcScope collector;
+    Services services;
+    Runtime runtime(services);
+    SimulationState sim(runtime);
     LogCapture quiet;  // the configuration loader's lines would bury the table
     setenv("VeldraProjectDir", VELDRA_SOURCE_DIR, 1);
-    initialize_game_systems();
-    if (!reload_game_configurations("")) {
+    initialize_game_systems(sim);
+    if (!reload_game_configurations(sim.configs, "")) {
         state.SkipWithError("configuration did not load");
         return;
     }
     char name[64];
     std::snprintf(name, sizeof name, "/datafiles/levels/level_%02d.txt",
                   static_cast<int>(state.range(0)));
-    auto level = level_load_from_file(std::string(VELDRA_SOURCE_DIR) + name);
+    auto level = level_load_from_file(sim.cell_types, std::string(VELDRA_SOURCE_DIR) + name);
     if (!level) {
         state.SkipWithError("level did not load");
         return;
     }
-    rt().start(rt().room_add({"rm_game", nullptr}));
+    runtime.start(runtime.room_add({"rm_game", nullptr}));
     double seed = 1;
     std::int64_t ticks = 0;
     for (auto _ : state) {
-        auto& trial = rt().instance_create<obj_trial>(0, 0);
+        auto& trial = runtime.instance_create<obj_trial>(0, 0, "Instances", sim);
         trial.initialize(*level, seed++, true, 1, 0);
         benchmark::DoNotOptimize(trial.start(PersonalityTraits{}));
         ticks += trial.ticker.spent_ticks;
         state.PauseTiming();
-        rt().room_restart();
-        rt().run_frame();
+        runtime.room_restart();
+        runtime.run_frame();
         state.ResumeTiming();
     }
     state.counters["ticks_per_second"] =
         benchmark::Counter(static_cast<double>(ticks), benchmark::Counter::kIsRate);
     state.SetLabel(std::to_string(level->width) + "x" + std::to_string(level->height));
-    rt().shutdown();
+    runtime.shutdown();
 }
 BENCHMARK(BM_AutomaticTrial)->DenseRange(1, 10)->Unit(benchmark::kMillisecond);
 

@@ -3,7 +3,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include "runtime/context.h"
 #include "runtime/gc.h"
 #include "runtime/value.h"
 
@@ -11,9 +10,8 @@ namespace veldra {
 namespace {
 
 // Every benchmark runs inside a fresh context, as the game does.
-struct BenchContext {
-    Context context;
-    ContextScope scope{context};
+struct BenchCollector {
+    GcScope collector;
 };
 
 void copy_value(benchmark::State& state, const Value& source) {
@@ -24,25 +22,25 @@ void copy_value(benchmark::State& state, const Value& source) {
 }
 
 void BM_CopyNumber(benchmark::State& state) {
-    BenchContext bench;
+    BenchCollector bench;
     copy_value(state, Value(3.25));
 }
 BENCHMARK(BM_CopyNumber);
 
 void BM_CopyString(benchmark::State& state) {
-    BenchContext bench;
+    BenchCollector bench;
     copy_value(state, Value("a string longer than the small-string buffer"));
 }
 BENCHMARK(BM_CopyString);
 
 void BM_CopyArray(benchmark::State& state) {
-    BenchContext bench;
+    BenchCollector bench;
     copy_value(state, Value::array(std::vector<Value>(100, Value(1))));
 }
 BENCHMARK(BM_CopyArray);
 
 void BM_CopyStruct(benchmark::State& state) {
-    BenchContext bench;
+    BenchCollector bench;
     Value s = Value::make_struct();
     s.set("x", 1);
     copy_value(state, s);
@@ -60,7 +58,7 @@ Value record_struct() {
 }
 
 void BM_StructGetLastField(benchmark::State& state) {
-    BenchContext bench;
+    BenchCollector bench;
     const Value s = record_struct();
     for (auto _ : state)
         benchmark::DoNotOptimize(s.get("type_number"));
@@ -68,7 +66,7 @@ void BM_StructGetLastField(benchmark::State& state) {
 BENCHMARK(BM_StructGetLastField);
 
 void BM_StructFindFirstField(benchmark::State& state) {
-    BenchContext bench;
+    BenchCollector bench;
     const Value s = record_struct();
     for (auto _ : state)
         benchmark::DoNotOptimize(s.find("openness"));
@@ -76,7 +74,7 @@ void BM_StructFindFirstField(benchmark::State& state) {
 BENCHMARK(BM_StructFindFirstField);
 
 void BM_StructSetExistingField(benchmark::State& state) {
-    BenchContext bench;
+    BenchCollector bench;
     const Value s = record_struct();
     double n = 0;
     for (auto _ : state)
@@ -86,7 +84,7 @@ void BM_StructSetExistingField(benchmark::State& state) {
 BENCHMARK(BM_StructSetExistingField);
 
 void BM_MakeStructWithThreeFields(benchmark::State& state) {
-    BenchContext bench;
+    BenchCollector bench;
     for (auto _ : state) {
         Value s = Value::make_struct();
         s.set("x", 1);
@@ -99,7 +97,7 @@ BENCHMARK(BM_MakeStructWithThreeFields);
 
 // A collection that finds nothing: the cost the auto runner pays between trials.
 void BM_CollectLiveStructs(benchmark::State& state) {
-    BenchContext bench;
+    BenchCollector bench;
     Value all = Value::array();
     for (int64_t i = 0; i < state.range(0); ++i) {
         Value s = record_struct();

@@ -5,7 +5,6 @@
 
 #include <vector>
 
-#include "runtime/context.h"
 #include "util/rng.h"
 #include "util/weighted_random_sampler.h"
 #include "world/level_cell_types.h"
@@ -42,12 +41,11 @@ void BM_sampler_get_ordered_array(benchmark::State& state) {
 BENCHMARK(BM_sampler_get_ordered_array);
 
 void BM_generate_level_48x48(benchmark::State& state) {
-    Context context;
-    ContextScope scope(context);
-    initialize_level_cell_types();
+    LevelCellTypeTable types;
+    initialize_level_cell_types(types);
     Rng rng(3);
     for (auto _ : state) {
-        auto level = generate_level(48, 48, 10, 12, 13, 110, rng);
+        auto level = generate_level(types, 48, 48, 10, 12, 13, 110, rng);
         benchmark::DoNotOptimize(level);
     }
 }

@@ -13,12 +13,12 @@ Promise wait_one_step(Runtime& runtime) {
 }
 
 Promise wait_condition(Runtime& runtime, std::function<bool()> condition) {
-    return Promise([&runtime, condition = std::move(condition)](const Resolve& resolve,
-                                                                const Reject&) {
-        auto& waiter = detail::create_waiter<obj_condition_waiter>(runtime);
-        waiter.condition = condition;
-        waiter.callback = resolve;
-    });
+    return Promise(
+        [&runtime, condition = std::move(condition)](const Resolve& resolve, const Reject&) {
+            auto& waiter = detail::create_waiter<obj_condition_waiter>(runtime);
+            waiter.condition = condition;
+            waiter.callback = resolve;
+        });
 }
 
 void obj_step_waiter::on_create() {

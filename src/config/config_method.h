@@ -17,7 +17,7 @@ namespace veldra {
 enum class ConfigMethodKind { plain, weight, time, distance };
 
 // The nine names the formulas read. They are set before every evaluation and keep their values
-// afterwards; one block per context, shared by every formula.
+// afterwards; one block per loaded configuration (ConfigsState), shared by every formula.
 struct ExpressionGlobals {
     double values[EXPR_VAR_COUNT] = {};
 };

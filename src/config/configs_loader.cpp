@@ -1,6 +1,5 @@
 #include "config/configs_loader.h"
 
-
 #include <cstdlib>
 #include <filesystem>
 #include <nlohmann/json.hpp>

@@ -31,6 +31,9 @@ void initialize_log(Runtime& runtime, LoggerState& state,
 obj_logger::~obj_logger() {
     if (output_file)
         std::fclose(output_file);
+    // A runtime ended without its clean-up events must not leave the log writing here.
+    if (LogSink* sink = set_log_sink(nullptr); sink != this)
+        set_log_sink(sink);
 }
 
 void obj_logger::on_create() {

@@ -1,6 +1,5 @@
 #include "config/program_parameters.h"
 
-
 namespace veldra {
 
 std::optional<std::string>* ProgramParameters::field(std::string_view name) {

@@ -137,8 +137,7 @@ void obj_creature::reward_kill(const obj_creature& target) {
                                                  : c.human_energy_gain_kill_monster;
     energy = std::min(energy_max, energy + gain);
     if (world().log_event)
-        world().log_event(
-            fmt::format("{} killed {}.", EID(this, false), EID(&target, false)));
+        world().log_event(fmt::format("{} killed {}.", EID(this, false), EID(&target, false)));
 }
 
 void obj_creature::log_attack(const char* verb, const obj_creature& target) const {

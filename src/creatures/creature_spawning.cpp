@@ -16,8 +16,8 @@ namespace {
 
 template <class T, class... Args>
 T& create_at_centre(Runtime& runtime, const TerrainCell& cell, Args&... args) {
-    return runtime.instance_create<T>(cell.room_rect.get_center_x(),
-                                      cell.room_rect.get_center_y(), "Instances", args...);
+    return runtime.instance_create<T>(cell.room_rect.get_center_x(), cell.room_rect.get_center_y(),
+                                      "Instances", args...);
 }
 
 }  // namespace

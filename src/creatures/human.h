@@ -46,8 +46,8 @@ public:
     HumanAction* get_current_action() const;
 
     // A target instance of `object` in sight, drawn with `target_weight` of its relative
-    // distance; NO_INSTANCE when none is in sight. Uses scratch shared by all humans of the
-    // context: not re-entrant.
+    // distance; NO_INSTANCE when none is in sight. Uses scratch shared by all humans of its
+    // world: not re-entrant.
     InstanceId choose_action_target(const ObjectType& object, const ConfigMethod& target_weight,
                                     Rng& rng) const;
 

@@ -41,7 +41,8 @@ bool TargetedHumanAction::equals(const HumanAction& other) const {
 }
 
 void TargetedHumanAction::append_debug_fields(std::string& out, const Runtime& runtime) const {
-    fmt::format_to(std::back_inserter(out), " {}: {}", target_field_, instance_debug_text(runtime, target));
+    fmt::format_to(std::back_inserter(out), " {}: {}", target_field_,
+                   instance_debug_text(runtime, target));
 }
 
 void AvoidAction::append_debug_fields(std::string& out, const Runtime& runtime) const {

@@ -37,7 +37,7 @@ public:
     // The type's debug name followed by every field, e.g. "ApproachFood target_food: Food 100012".
     std::string debug_string(const Runtime& runtime) const;
 
-    const HumanActionType* const type;  // one of the context's nine
+    const HumanActionType* const type;  // one of the simulation's nine
 
 protected:
     // Appends " name: value" for each field.

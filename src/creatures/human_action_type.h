@@ -42,8 +42,7 @@ public:
     // A new action when the behaviour can start now, else nullptr. `rng` is the tick's generator.
     virtual std::unique_ptr<HumanAction> try_initiate(obj_human& human, Rng& rng) const = 0;
     // Pixels per tick while an action of this type runs, before the sand factor.
-    double get_move_speed(const GameConfigurations& configs,
-                          const PersonalityTraits& traits) const;
+    double get_move_speed(const GameConfigurations& configs, const PersonalityTraits& traits) const;
 
     const std::size_t index;  // position in HumanActionTypes::all, 0..8
     const std::string debug_name;

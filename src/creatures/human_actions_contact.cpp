@@ -31,7 +31,8 @@ bool detail::AttackAction::tick(obj_human& human, Rng& rng) {
 }
 
 HA_AttackMonster::HA_AttackMonster(const obj_human& human, InstanceId target_monster)
-    : AttackAction(*human.world().action_types.HAT_attack_monster, target_monster, "target_monster") {}
+    : AttackAction(*human.world().action_types.HAT_attack_monster, target_monster,
+                   "target_monster") {}
 
 std::unique_ptr<HumanAction> HA_AttackMonster::make_flight(const obj_human& human) const {
     return std::make_unique<HA_AvoidMonster>(human, target);

@@ -32,7 +32,8 @@ void eat(obj_human& human, const obj_food& food) {
     if (const auto& log = human.world().log_interactive_event)
         log(fmt::format("{} ate {}.", EID(&human, false), EID(&food, false)));
     human.runtime().instance_destroy(food.id());
-    human.energy = std::min(human.energy_max, human.energy + human.world().configs().human_energy_gain_eat_food);
+    human.energy = std::min(human.energy_max,
+                            human.energy + human.world().configs().human_energy_gain_eat_food);
 }
 
 // Walks toward the free cell beside the target creature's cell. An approach is over once the
@@ -51,7 +52,8 @@ bool approach_creature(obj_human& human, InstanceId target_id) {
 }  // namespace
 
 HA_ApproachFood::HA_ApproachFood(const obj_human& human, InstanceId target_food)
-    : TargetedHumanAction(*human.world().action_types.HAT_approach_food, target_food, "target_food") {}
+    : TargetedHumanAction(*human.world().action_types.HAT_approach_food, target_food,
+                          "target_food") {}
 
 bool HA_ApproachFood::tick(obj_human& human, Rng&) {
     const obj_food* food = human.runtime().find_as<obj_food>(target);
@@ -74,7 +76,8 @@ bool HA_ApproachMonster::tick(obj_human& human, Rng&) {
 }
 
 HA_ApproachHuman::HA_ApproachHuman(const obj_human& human, InstanceId target_human)
-    : TargetedHumanAction(*human.world().action_types.HAT_approach_human, target_human, "target_human") {}
+    : TargetedHumanAction(*human.world().action_types.HAT_approach_human, target_human,
+                          "target_human") {}
 
 bool HA_ApproachHuman::tick(obj_human& human, Rng&) {
     return approach_creature(human, target);
@@ -98,7 +101,8 @@ bool detail::AvoidAction::tick(obj_human& human, Rng&) {
 }
 
 HA_AvoidMonster::HA_AvoidMonster(const obj_human& human, InstanceId target_monster)
-    : AvoidAction(*human.world().action_types.HAT_avoid_monster, target_monster, "target_monster") {}
+    : AvoidAction(*human.world().action_types.HAT_avoid_monster, target_monster, "target_monster") {
+}
 
 HA_AvoidHuman::HA_AvoidHuman(const obj_human& human, InstanceId target_human)
     : AvoidAction(*human.world().action_types.HAT_avoid_human, target_human, "target_human") {}

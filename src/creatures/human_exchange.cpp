@@ -53,8 +53,8 @@ void obj_human::exchange_with_human(obj_human& partner, Rng& rng) {
     partner.start_animation(CREATURE_ANIMATION_EXCHANGE, x, y, EXCHANGE_ANIMATION_STEPS);
     if (static_cast<bool>(world().log_event))
         world().log_event(fmt::format("{} {} and {} {} in an exchange.", EID(this, false),
-                                            exchange_action_name(mine), EID(&partner, false),
-                                            exchange_action_name(theirs)));
+                                      exchange_action_name(mine), EID(&partner, false),
+                                      exchange_action_name(theirs)));
 }
 
 }  // namespace veldra

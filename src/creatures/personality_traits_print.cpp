@@ -55,7 +55,8 @@ std::string personality_traits_format_data(const PersonalityTraits& traits,
     // A full human: energy ratio 1.
     Rows action_rows;
     for (const HumanActionType* type : types.all)
-        action_rows.emplace_back(type->debug_name, number_to_string(type->get_weight(c, traits, 1)));
+        action_rows.emplace_back(type->debug_name,
+                                 number_to_string(type->get_weight(c, traits, 1)));
     const Rows exchange_rows{
         {"Give", number_to_string(c.exchange_give_weight(traits, 1))},
         {"Take", number_to_string(c.exchange_take_weight(traits, 1))},

@@ -166,7 +166,8 @@ void run_in_this_process(AppState& app, const ProgramParameters& params, double 
                         how, new_runs, seconds,
                         seconds > 0 ? static_cast<double>(new_runs) / seconds : 0.0,
                         output.c_str());
-            end_program(app, completed.as_bool() ? 0 : (interrupt_requested() ? EXIT_INTERRUPTED : 1));
+            end_program(app,
+                        completed.as_bool() ? 0 : (interrupt_requested() ? EXIT_INTERRUPTED : 1));
         })
         .and_catch([&app, &slot](const Value& reason) {
             if (slot.progress)
@@ -229,8 +230,8 @@ void start_auto_run_mode(AppState& app, const ProgramParameters& params) {
     if (params.auto_run_jobs) {
         const auto parsed = try_string_to_whole_number(*params.auto_run_jobs, 1, MAX_AUTO_RUN_JOBS);
         if (!parsed)
-            return bad_parameter(app, 
-                "auto_run_jobs", *params.auto_run_jobs,
+            return bad_parameter(
+                app, "auto_run_jobs", *params.auto_run_jobs,
                 "is not a whole number from 1 to " + std::to_string(MAX_AUTO_RUN_JOBS) + ".");
         jobs = *parsed;
     }
@@ -263,8 +264,8 @@ void start_auto_run_mode(AppState& app, const ProgramParameters& params) {
                              "asks for more parts than the run list has runs (" +
                                  std::to_string(run->runs) + "): every part would not get one.");
     if (jobs > 1)
-        return end_program(app, run_auto_run_jobs(
-            params, {static_cast<std::size_t>(jobs), seed, *params.auto_run_output, *run}));
+        return end_program(app, run_auto_run_jobs(params, {static_cast<std::size_t>(jobs), seed,
+                                                           *params.auto_run_output, *run}));
     run_in_this_process(app, params, seed, *run, shard, resume);
 }
 

@@ -1,8 +1,8 @@
 #include "startup/obj_init.h"
 
 #include "async/promise.h"
-#include "config/debug_settings.h"
 #include "config/configuration_choice.h"
+#include "config/debug_settings.h"
 #include "config/game_configurations.h"
 #include "config/localization.h"
 #include "config/logger.h"

@@ -6,14 +6,14 @@
 #include <memory>
 #include <system_error>
 
+#include "async/promise_event_loop.h"
 #include "config/program_parameters.h"
 #include "platform/executable_path.h"
 #include "platform/local_time.h"
-#include "async/promise_event_loop.h"
-#include "runtime/gc.h"
-#include "runtime/process_state.h"
 #include "runtime/frame_loop.h"
+#include "runtime/gc.h"
 #include "runtime/paths.h"
+#include "runtime/process_state.h"
 #include "runtime/runtime.h"
 #include "runtime/services.h"
 #include "startup/app_state.h"

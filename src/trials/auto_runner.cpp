@@ -187,23 +187,23 @@ Promise auto_run_trial(SimulationState& sim, const std::string& level_filename,
     Runtime& runtime = sim.runtime;
     return room_goto_or_restart(runtime, runtime.room_find("rm_game"))
         .and_then([=, &sim]() -> HandlerResult {
-        const Level* level = auto_run_level(sim, level_filename);
-        if (!level)
-            return promise_reject(Value("Failed to read level \"" + level_filename + "\"."));
-        auto& trial = sim.runtime.instance_create<obj_trial>(0, 0, "Instances", sim);
-        sim.trial.trial = trial.id();
-        trial.initialize(*level, seed, true, sim.configs->game_speed,
-                         total_score_before_this_trial);
-        TrialData data;
-        data.config_version = sim.configs->configuration_version;
-        data.game_version = BUILD_VERSION;
-        data.seed = seed;
-        data.level_info =
-            trial_level_info_from_level(sim.cell_types, *level, level_filename, play_order);
-        data.traits = traits;
-        data.result = std::get<TrialResult>(trial.start(traits));
-        return trial_data_to_value(data);
-    });
+            const Level* level = auto_run_level(sim, level_filename);
+            if (!level)
+                return promise_reject(Value("Failed to read level \"" + level_filename + "\"."));
+            auto& trial = sim.runtime.instance_create<obj_trial>(0, 0, "Instances", sim);
+            sim.trial.trial = trial.id();
+            trial.initialize(*level, seed, true, sim.configs->game_speed,
+                             total_score_before_this_trial);
+            TrialData data;
+            data.config_version = sim.configs->configuration_version;
+            data.game_version = BUILD_VERSION;
+            data.seed = seed;
+            data.level_info =
+                trial_level_info_from_level(sim.cell_types, *level, level_filename, play_order);
+            data.traits = traits;
+            data.result = std::get<TrialResult>(trial.start(traits));
+            return trial_data_to_value(data);
+        });
 }
 
 }  // namespace veldra

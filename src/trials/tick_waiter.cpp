@@ -10,11 +10,11 @@ namespace veldra {
 
 Promise wait_ticks(Runtime& runtime, Ticker& ticker, InstanceId trial, InstanceId instance,
                    Ticks num_ticks) {
-    return Promise([&runtime, &ticker, trial, instance, num_ticks](const Resolve& resolve,
-                                                                   const Reject&) {
-        detail::create_waiter<obj_tick_waiter>(runtime).initialize(ticker, trial, instance,
-                                                                   num_ticks, resolve);
-    });
+    return Promise(
+        [&runtime, &ticker, trial, instance, num_ticks](const Resolve& resolve, const Reject&) {
+            detail::create_waiter<obj_tick_waiter>(runtime).initialize(ticker, trial, instance,
+                                                                       num_ticks, resolve);
+        });
 }
 
 void obj_tick_waiter::initialize(Ticker& ticker, InstanceId trial_id, InstanceId instance_id,

@@ -101,12 +101,12 @@ void obj_trial::give_traits_to_ai_humans() {
                       std::to_string(*human.type_number) +
                       "\" but the configurations don't define personality traits for that number.");
         }
-        human.set_traits(
-            personality_traits_from_ranges(ranges.value_or(default_ai_trait_ranges(sim_.configs)), *rng));
+        human.set_traits(personality_traits_from_ranges(
+            ranges.value_or(default_ai_trait_ranges(sim_.configs)), *rng));
         if (!is_auto_run)
             log_event("Traits and action weights for " + EID(&human, true) + ":\n" +
-                      personality_traits_format_data(human.personality_traits,
-                                                     sim_.configs.get(), sim_.action_types));
+                      personality_traits_format_data(human.personality_traits, sim_.configs.get(),
+                                                     sim_.action_types));
     });
 }
 
@@ -118,8 +118,8 @@ obj_trial::StartResult obj_trial::start(std::optional<PersonalityTraits> player_
         player.set_traits(traits.value_or(PersonalityTraits{}));
         if (!is_auto_run)
             log_event("Traits and action weights for " + EID(&player, true) + ":\n" +
-                      personality_traits_format_data(player.personality_traits,
-                                                     sim_.configs.get(), sim_.action_types));
+                      personality_traits_format_data(player.personality_traits, sim_.configs.get(),
+                                                     sim_.action_types));
     });
     give_traits_to_ai_humans();
     state = TrialState::Running;
@@ -152,8 +152,8 @@ void obj_trial::build_result(TrialOutcome outcome) {
     r.num_food_remaining = static_cast<std::int64_t>(runtime().instance_number<obj_food>());
     r.num_humans_remaining = static_cast<std::int64_t>(runtime().instance_number<obj_human>());
     r.energy_remaining = energy;
-    r.trial_score =
-        sim_.configs->trial_score(traits.value_or(PersonalityTraits{}), energy_fraction, time_fraction);
+    r.trial_score = sim_.configs->trial_score(traits.value_or(PersonalityTraits{}), energy_fraction,
+                                              time_fraction);
     result = r;
 }
 

@@ -75,7 +75,8 @@ void initialize_trials(TrialSlot& slot);
 
 // Goes to the game room, creates an interactive trial there and starts it; fulfilled with the
 // result (as a struct) when the trial has reported its end.
-Promise trial_run(SimulationState& sim, const Level& level, double seed, std::optional<PersonalityTraits> traits,
+Promise trial_run(SimulationState& sim, const Level& level, double seed,
+                  std::optional<PersonalityTraits> traits,
                   std::optional<std::string> trait_menu_header,
                   double total_score_before_this_trial);
 

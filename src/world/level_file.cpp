@@ -102,7 +102,7 @@ constexpr std::size_t MAX_CELL_WARNINGS = 20;
 }  // namespace
 
 std::optional<Level> level_load_from_file(const LevelCellTypeTable& types,
-                                         const std::filesystem::path& path) {
+                                          const std::filesystem::path& path) {
     const auto fail = [&](const std::string& why) -> std::optional<Level> {
         log_error(fmt::format("Failed to read level from file \"{}\".", path.string()));
         log_error(fmt::format("\"{}\" {}.", path.string(), why));

@@ -23,7 +23,7 @@ inline constexpr std::size_t MAX_LEVEL_SIDE = 1000;
 // The level named after the file's stem, or nothing (with the error and its reason logged) when
 // the file cannot be read or is not a level.
 std::optional<Level> level_load_from_file(const LevelCellTypeTable& types,
-                                         const std::filesystem::path& path);
+                                          const std::filesystem::path& path);
 
 // False (with an error logged) when the file cannot be written.
 bool level_write_to_file(const Level& level, const std::filesystem::path& path);

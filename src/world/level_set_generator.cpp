@@ -159,8 +159,7 @@ bool write_levels(const LevelCellTypeTable& types, const LevelSetRequest& reques
         const int humans = rng.rng_array_get_random(request.human_amounts);
         const int sand = rng.rng_array_get_random(request.sand_amounts);
         const std::optional<Level> level =
-            generate_level(types, request.width, request.height, monsters, food, humans, sand,
-                           rng);
+            generate_level(types, request.width, request.height, monsters, food, humans, sand, rng);
         if (!level) {
             log_error(fmt::format(
                 "Failed to generate level {} of {}: no playable {} x {} level in {} attempts.",

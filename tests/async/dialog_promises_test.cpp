@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "runtime/context.h"
+#include "runtime/gc.h"
 
 namespace veldra {
 namespace {
@@ -29,8 +29,7 @@ public:
 
 class DialogPromisesTest : public ::testing::Test {
 protected:
-    Context context;
-    ContextScope scope{context};
+    GcScope collector;
 };
 
 TEST_F(DialogPromisesTest, ScriptedAnswersSettleAtOnceAndACancelIsUndefined) {

@@ -4,9 +4,10 @@
 
 #include "async/promise.h"
 #include "promise_test_support.h"
-#include "runtime/context.h"
+#include "runtime/gc.h"
 #include "runtime/number_format.h"
 #include "runtime/runtime.h"
+#include "runtime/services.h"
 
 namespace veldra {
 namespace {
@@ -88,7 +89,7 @@ TEST_F(PromiseCombinatorsTest, EmptyInputs) {
     EXPECT_TRUE(any.is_rejected());
     EXPECT_EQ(any.reason().size(), 0u);
     Promise race = promise_race({});
-    rt().run_frame();
+    runtime.run_frame();
     EXPECT_TRUE(race.is_pending());
 }
 

@@ -8,7 +8,7 @@
 
 #include "async/promise_event_loop.h"
 #include "promise_test_support.h"
-#include "runtime/context.h"
+#include "runtime/gc.h"
 #include "runtime/log.h"
 #include "runtime/runtime.h"
 

@@ -1,14 +1,17 @@
 #pragma once
-// Shared by the promise tests: a promise settled from outside, and a fixture with a fresh
-// context that records the reasons of rejections nobody handled.
+// Shared by the promise tests: a promise settled from outside, and a fixture with a runtime of
+// its own (with the promise event loop) that records the reasons of rejections nobody handled.
 
 #include <gtest/gtest.h>
 
 #include <vector>
 
 #include "async/promise.h"
-#include "runtime/context.h"
+#include "async/promise_event_loop.h"
+#include "runtime/gc.h"
+#include "runtime/process_state.h"
 #include "runtime/runtime.h"
+#include "runtime/services.h"
 
 namespace veldra::testing {
 
@@ -26,11 +29,18 @@ class PromiseFixture : public ::testing::Test {
 protected:
     PromiseFixture() {
         promises_set_uncaught_handler([this](const Promise& p) { uncaught.push_back(p.reason()); });
+        start_promise_event_loop(runtime);
     }
-    void step_event_loop() { rt().run_frame(); }
+    // The settings live in the process state: the next test starts with them all off.
+    ~PromiseFixture() override {
+        runtime.shutdown();
+        process_state().promises = PromiseSettings{};
+    }
+    void step_event_loop() { runtime.run_frame(); }
 
-    Context context;
-    ContextScope scope{context};
+    GcScope collector;
+    Services services;
+    Runtime runtime{services};
     std::vector<Value> uncaught;
 };
 

@@ -5,38 +5,39 @@
 #include <vector>
 
 #include "async/room_goer.h"
-#include "runtime/context.h"
+#include "runtime/gc.h"
 #include "runtime/runtime.h"
 #include "runtime/services.h"
 
 namespace veldra {
 namespace {
 
-struct RoomStarts {
-    int count = 0;
-};
-
-// Counts the room starts; lives in the room, so a restart makes a fresh one.
+// Counts the room starts in `count`; lives in the room, so a restart makes a fresh one.
 class obj_room_probe : public Instance {
     VELDRA_OBJECT(obj_room_probe, Instance)
 public:
-    void on_room_start() override { ++ctx().slot<RoomStarts>().count; }
+    explicit obj_room_probe(int& count) : count_(count) {}
+    void on_room_start() override { ++count_; }
+
+private:
+    int& count_;
 };
 
 class WaitersTest : public ::testing::Test {
 protected:
     // One frame as the program runs it: events, then the clock moves on.
     void frame() {
-        rt().run_frame();
-        services().clock->frame_done();
+        runtime.run_frame();
+        services.clock->frame_done();
     }
-    Context context;
-    ContextScope scope{context};
+    GcScope collector;
+    Services services;
+    Runtime runtime{services};
 };
 
 TEST_F(WaitersTest, WaitConditionIsTestedOnlyFromTheNextStep) {
     int tests = 0;
-    Promise already_true = wait_condition([&] {
+    Promise already_true = wait_condition(runtime, [&] {
         ++tests;
         return true;
     });
@@ -46,35 +47,38 @@ TEST_F(WaitersTest, WaitConditionIsTestedOnlyFromTheNextStep) {
     EXPECT_TRUE(already_true.is_fulfilled());
 
     bool ready = false;
-    Promise later = wait_condition([&] { return ready; });
+    Promise later = wait_condition(runtime, [&] { return ready; });
     frame();
     frame();
     EXPECT_TRUE(later.is_pending());
     ready = true;
     frame();
     EXPECT_TRUE(later.is_fulfilled());
-    EXPECT_EQ(rt().instance_number<obj_condition_waiter>(), 0u);
+    EXPECT_EQ(runtime.instance_number<obj_condition_waiter>(), 0u);
 }
 
 TEST_F(WaitersTest, WaitOneStepNeedsALaterMillisecond) {
-    Promise next = wait_one_step();
-    rt().run_frame();  // same millisecond as the call
+    Promise next = wait_one_step(runtime);
+    runtime.run_frame();  // same millisecond as the call
     EXPECT_TRUE(next.is_pending());
-    services().clock->frame_done();
-    rt().run_frame();
+    services.clock->frame_done();
+    runtime.run_frame();
     EXPECT_TRUE(next.is_fulfilled());
-    EXPECT_EQ(rt().instance_number<obj_step_waiter>(), 0u);
+    EXPECT_EQ(runtime.instance_number<obj_step_waiter>(), 0u);
 }
 
 class RoomGoerTest : public WaitersTest {
 protected:
     RoomGoerTest() {
-        auto with_probe = [](Runtime& r) { r.instance_create<obj_room_probe>(0, 0); };
-        menu = rt().room_add({"menu", with_probe});
-        game = rt().room_add({"game", with_probe});
-        rt().start(menu);
+        auto with_probe = [this](Runtime& r) {
+            r.instance_create<obj_room_probe>(0, 0, "Instances", starts);
+        };
+        menu = runtime.room_add({"menu", with_probe});
+        game = runtime.room_add({"game", with_probe});
+        runtime.start(menu);
     }
-    int room_starts() { return ctx().slot<RoomStarts>().count; }
+    int room_starts() const { return starts; }
+    int starts = 0;
     int menu = -1;
     int game = -1;
 };
@@ -82,24 +86,25 @@ protected:
 TEST_F(RoomGoerTest, RestartingTheCurrentRoomResolvesAfterItsRoomStart) {
     ASSERT_EQ(room_starts(), 1);
     int starts_seen = -1;
-    Promise restarted = room_goto_or_restart(menu).and_then([&] { starts_seen = room_starts(); });
-    rt().run_frame();  // the restart happens at the end of this frame
+    Promise restarted =
+        room_goto_or_restart(runtime, menu).and_then([&] { starts_seen = room_starts(); });
+    runtime.run_frame();  // the restart happens at the end of this frame
     EXPECT_EQ(room_starts(), 2);
-    rt().run_frame();  // still the millisecond of the call
+    runtime.run_frame();  // still the millisecond of the call
     EXPECT_TRUE(restarted.is_pending());
-    services().clock->frame_done();
-    rt().run_frame();
+    services.clock->frame_done();
+    runtime.run_frame();
     EXPECT_TRUE(restarted.is_fulfilled());
     EXPECT_EQ(starts_seen, 2);
-    EXPECT_EQ(rt().room(), menu);
-    EXPECT_EQ(rt().instance_number<obj_room_goer>(), 0u);
+    EXPECT_EQ(runtime.room(), menu);
+    EXPECT_EQ(runtime.instance_number<obj_room_goer>(), 0u);
 }
 
 TEST_F(RoomGoerTest, GoingToAnotherRoomResolvesThereAndChainsContinueInIt) {
     int room_in_handler = -1;
-    Promise there = room_goto_or_restart(game)
-                        .and_then([&] { return room_goto_or_restart(menu); })
-                        .and_then([&] { room_in_handler = rt().room(); });
+    Promise there = room_goto_or_restart(runtime, game)
+                        .and_then([&] { return room_goto_or_restart(runtime, menu); })
+                        .and_then([&] { room_in_handler = runtime.room(); });
     for (int i = 0; i < 4; ++i)
         frame();
     EXPECT_TRUE(there.is_fulfilled());

@@ -7,11 +7,14 @@
 #include <map>
 #include <sstream>
 
+#include "config/configuration_choice.h"
 #include "config/debug_settings.h"
 #include "config/program_parameters.h"
-#include "runtime/context.h"
+#include "runtime/dialogs.h"
+#include "runtime/gc.h"
 #include "runtime/log.h"
 #include "runtime/paths.h"
+#include "runtime/process_state.h"
 #include "support/scratch_directory.h"
 #include "util/text.h"
 
@@ -29,8 +32,8 @@ class ConfigsLoaderTest : public ::testing::Test {
 protected:
     void SetUp() override {
         std::filesystem::create_directories(root / "datafiles");
-        ctx().slot<Paths>().program_directory = root;
-        initialize_configs();
+        process_state().program_directory = root;
+        initialize_configs(configs);
     }
     std::string write(const std::string& name, const std::string& text) {
         auto path = root / "datafiles" / name;
@@ -45,7 +48,7 @@ protected:
     }
     // The start-up question's answer: the `config` parameter, else the (scripted) dialog's.
     std::string asked_custom_name() {
-        Promise name = ask_custom_configuration_name();
+        Promise name = ask_custom_configuration_name(params, debugs, dialogs);
         EXPECT_TRUE(name.is_fulfilled());
         return name.value().as_string();
     }
@@ -55,16 +58,22 @@ protected:
                 return &line;
         return nullptr;
     }
-    Context context;
-    ContextScope scope{context};
+    void TearDown() override { process_state().program_directory.clear(); }
+
+    GcScope collector;
     LogCapture capture;
+    ExpressionGlobals globals;
+    ConfigsState configs;
+    ProgramParameters params;
+    DebugSettings debugs;
+    ScriptedDialogs dialogs;
     testing::ScratchDirectory scratch{"veldra_configs_test"};
     std::filesystem::path root = scratch.path();
 };
 
 TEST_F(ConfigsLoaderTest, ShippedFileLoadsEveryKeyAndFormulasEvaluate) {
     const std::string path = write("configurations.json", shipped_configuration());
-    auto loaded = _load_game_configurations_from_file(path, true);
+    auto loaded = _load_game_configurations_from_file(path, true, globals);
     ASSERT_TRUE(loaded) << (capture.lines.empty() ? "" : capture.lines[0].message);
     EXPECT_EQ(loaded->trial_time, 60);
     EXPECT_EQ(loaded->levels.size(), 10u);
@@ -84,7 +93,7 @@ TEST_F(ConfigsLoaderTest, ShippedFileLoadsEveryKeyAndFormulasEvaluate) {
 
 TEST_F(ConfigsLoaderTest, EachFailureHasItsText) {
     const std::string missing = (root / "datafiles" / "nope.json").string();
-    EXPECT_FALSE(_load_game_configurations_from_file(missing, true));
+    EXPECT_FALSE(_load_game_configurations_from_file(missing, true, globals));
     EXPECT_EQ(first_error()->message, "Configuration file doesn't exist (" + missing + ").");
 
     struct Case {
@@ -105,7 +114,7 @@ TEST_F(ConfigsLoaderTest, EachFailureHasItsText) {
     for (const auto& c : cases) {
         capture.lines.clear();
         const std::string path = write("broken.json", c.text);
-        EXPECT_FALSE(_load_game_configurations_from_file(path, true));
+        EXPECT_FALSE(_load_game_configurations_from_file(path, true, globals));
         ASSERT_NE(first_error(), nullptr);
         EXPECT_EQ(first_error()->message, string_replace_all(c.message, "{path}", path));
     }
@@ -128,7 +137,7 @@ TEST_F(ConfigsLoaderTest, MalformedOrHostileFilesAreNamedWithWhereAndWhy) {
         for (bool base : {true, false}) {
             capture.lines.clear();
             const std::string path = write("hostile.json", c.text);
-            EXPECT_FALSE(_load_game_configurations_from_file(path, base));
+            EXPECT_FALSE(_load_game_configurations_from_file(path, base, globals));
             ASSERT_GE(capture.lines.size(), 2u);
             EXPECT_EQ(capture.lines[1].message, "\"" + path + c.detail);
         }
@@ -136,8 +145,8 @@ TEST_F(ConfigsLoaderTest, MalformedOrHostileFilesAreNamedWithWhereAndWhy) {
     // Not a regular file: refused with the reason, never read until memory runs out.
     capture.lines.clear();
     std::filesystem::create_directories(root / "datafiles" / "dir.json");
-    EXPECT_FALSE(
-        _load_game_configurations_from_file((root / "datafiles" / "dir.json").string(), false));
+    EXPECT_FALSE(_load_game_configurations_from_file((root / "datafiles" / "dir.json").string(),
+                                                     false, globals));
     EXPECT_TRUE(capture.contains("is a directory, not a file."));
 }
 
@@ -163,14 +172,14 @@ TEST_F(ConfigsLoaderTest, ValuesOutsideTheirRuleAreRefusedWithKeyValueAndRule) {
     for (const auto& [text, message] : cases) {
         capture.lines.clear();
         const std::string path = write("rules.json", text);
-        EXPECT_FALSE(_load_game_configurations_from_file(path, false)) << text;
+        EXPECT_FALSE(_load_game_configurations_from_file(path, false, globals)) << text;
         ASSERT_NE(first_error(), nullptr) << text;
         EXPECT_NE(first_error()->message.find(message), std::string::npos)
             << first_error()->message;
     }
     EXPECT_TRUE(_load_game_configurations_from_file(
-        write("fine.json", R"({"game_speed": -1, "trial_time": 0, "num_memory_slots": 3})"),
-        false));
+        write("fine.json", R"({"game_speed": -1, "trial_time": 0, "num_memory_slots": 3})"), false,
+        globals));
 }
 
 TEST_F(ConfigsLoaderTest, FormulasReadOnlyTheVariablesTheirKeyIsGiven) {
@@ -184,7 +193,7 @@ TEST_F(ConfigsLoaderTest, FormulasReadOnlyTheVariablesTheirKeyIsGiven) {
     for (const auto& [key, formula] : refused) {
         capture.lines.clear();
         const std::string path = write("vars.json", "{\"" + key + "\": \"" + formula + "\"}");
-        EXPECT_FALSE(_load_game_configurations_from_file(path, false)) << key;
+        EXPECT_FALSE(_load_game_configurations_from_file(path, false, globals)) << key;
         ASSERT_NE(first_error(), nullptr);
         EXPECT_NE(first_error()->message.find("\"" + key + "\""), std::string::npos);
         EXPECT_NE(first_error()->message.find("is not given to this formula"), std::string::npos)
@@ -194,7 +203,7 @@ TEST_F(ConfigsLoaderTest, FormulasReadOnlyTheVariablesTheirKeyIsGiven) {
         "exchange_take_weight": "1 - ENERGY_LEVEL", "trial_score": "TIME + ENERGY_LEVEL",
         "current_action_weight_modifier": "WEIGHT * ENERGY_LEVEL",
         "target_weight_approach_food": "1 - DISTANCE * ENERGY_LEVEL", "move_speed_explore": "2 + N"})";
-    EXPECT_TRUE(_load_game_configurations_from_file(write("vars.json", given), false));
+    EXPECT_TRUE(_load_game_configurations_from_file(write("vars.json", given), false, globals));
 }
 
 // The table of keys in docs/configuration.md says what the loader accepts: it must not drift.
@@ -238,7 +247,7 @@ TEST_F(ConfigsLoaderTest, FirstMissingKeyInSchemaOrderIsNamed) {
         "    \"game_speed\": 1, // ticks per frame; negative runs the whole trial in one frame\n",
         "");
     const std::string path = write("broken.json", text);
-    EXPECT_FALSE(_load_game_configurations_from_file(path, true));
+    EXPECT_FALSE(_load_game_configurations_from_file(path, true, globals));
     EXPECT_NE(first_error()->message.find("\"game_speed\""), std::string::npos);
 }
 
@@ -246,7 +255,7 @@ TEST_F(ConfigsLoaderTest, FormulaThatDoesNotCompileNamesKeyFileAndColumn) {
     const std::string path =
         write("broken.json", shipped_with("\"weight_explore\": \"max(0, 0.6 + 0.6 * O)\"",
                                           "\"weight_explore\": \"1 + * O\""));
-    EXPECT_FALSE(_load_game_configurations_from_file(path, true));
+    EXPECT_FALSE(_load_game_configurations_from_file(path, true, globals));
     const std::string& message = first_error()->message;
     EXPECT_NE(message.find("\"" + path + "\""), std::string::npos);
     EXPECT_NE(message.find("\"weight_explore\""), std::string::npos);
@@ -256,41 +265,41 @@ TEST_F(ConfigsLoaderTest, FormulaThatDoesNotCompileNamesKeyFileAndColumn) {
 TEST_F(ConfigsLoaderTest, ReloadWithCustomOverlayAndFailuresKeepEarlierConfigs) {
     write("configurations.json", shipped_configuration());
     write("fast.json", "{\"trial_time\": 30, \"extra_key\": [1, 2]}");
-    program_params().config = "  fast ";
-    ASSERT_TRUE(reload_game_configurations(asked_custom_name()));
-    EXPECT_EQ(configs().trial_time, 30);
-    EXPECT_EQ(configs().game_speed, 1);
-    EXPECT_TRUE(config_value("extra_key").is_array());
+    params.config = "  fast ";
+    ASSERT_TRUE(reload_game_configurations(configs, asked_custom_name()));
+    EXPECT_EQ(configs.get().trial_time, 30);
+    EXPECT_EQ(configs.get().game_speed, 1);
+    EXPECT_TRUE(configs.value("extra_key").is_array());
     EXPECT_TRUE(capture.contains("Loaded custom configurations from \""));
 
     // A broken base file leaves the loaded configuration in place.
     write("configurations.json", "{");
     capture.lines.clear();
-    EXPECT_FALSE(reload_game_configurations(asked_custom_name()));
+    EXPECT_FALSE(reload_game_configurations(configs, asked_custom_name()));
     EXPECT_TRUE(capture.contains("Failed to load main configs from \""));
-    EXPECT_EQ(configs().trial_time, 30);
+    EXPECT_EQ(configs.get().trial_time, 30);
 
     // A broken custom file leaves the base configuration in effect.
     write("configurations.json", shipped_configuration());
     write("fast.json", "{\"trial_time\": \"slow\"}");
-    program_params().config = "fast.json";
-    EXPECT_TRUE(reload_game_configurations(asked_custom_name()));
-    EXPECT_EQ(configs().trial_time, 60);
+    params.config = "fast.json";
+    EXPECT_TRUE(reload_game_configurations(configs, asked_custom_name()));
+    EXPECT_EQ(configs.get().trial_time, 60);
     EXPECT_TRUE(capture.contains("Failed to load custom configs from \"" +
                                  (root / "datafiles" / "fast.json").string() + "\"."));
 }
 
 TEST_F(ConfigsLoaderTest, NoCustomNameLoadsTheBaseOnly) {
     write("configurations.json", shipped_configuration());
-    debugs().custom_config = "kept";
+    debugs.custom_config = "kept";
     // Headless, the question is cancelled: no custom file, and the stored answer stays.
-    ASSERT_TRUE(reload_game_configurations(asked_custom_name()));
-    EXPECT_EQ(debugs().custom_config, "kept");
+    ASSERT_TRUE(reload_game_configurations(configs, asked_custom_name()));
+    EXPECT_EQ(debugs.custom_config, "kept");
     EXPECT_TRUE(
         capture.contains("No custom configurations were loaded, because none were specified."));
-    initialize_configs();
+    initialize_configs(configs);
     EXPECT_TRUE(capture.contains("called more than once"));
-    EXPECT_TRUE(configs_loaded());
+    EXPECT_TRUE(configs.loaded());
 }
 
 }  // namespace

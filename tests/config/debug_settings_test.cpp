@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "runtime/context.h"
+#include "runtime/gc.h"
 #include "support/scratch_directory.h"
 
 namespace veldra {
@@ -14,8 +14,7 @@ namespace {
 class DebugSettingsTest : public ::testing::Test {
 protected:
     void write(const std::string& text) { std::ofstream(path) << text; }
-    Context context;
-    ContextScope scope{context};
+    GcScope collector;
     testing::ScratchDirectory scratch{"veldra_debug_settings_test"};
     std::filesystem::path dir = scratch.path();
     std::string path = (dir / "settings.json").string();

@@ -6,9 +6,10 @@
 #include <fstream>
 #include <sstream>
 
-#include "runtime/context.h"
+#include "runtime/gc.h"
 #include "runtime/log.h"
 #include "runtime/paths.h"
+#include "runtime/process_state.h"
 #include "support/scratch_directory.h"
 
 namespace veldra {
@@ -18,14 +19,16 @@ class LocalizationTest : public ::testing::Test {
 protected:
     void SetUp() override {
         std::filesystem::create_directories(root / "datafiles" / "localization");
-        ctx().slot<Paths>().program_directory = root;
-        initialize_localization();
+        process_state().program_directory = root;
+        initialize_localization(localization);
     }
     void write_language(const std::string& code, const std::string& text) {
         std::ofstream(root / "datafiles" / "localization" / (code + ".ini")) << text;
     }
-    Context context;
-    ContextScope scope{context};
+    void TearDown() override { process_state().program_directory.clear(); }
+
+    GcScope collector;
+    Localization localization;
     LogCapture capture;
     testing::ScratchDirectory scratch{"veldra_localization_test"};
     std::filesystem::path root = scratch.path();
@@ -36,8 +39,8 @@ TEST_F(LocalizationTest, LoadsTheSectionTurnsBackslashNIntoLineBreaksAndFillsPla
         "t",
         "; comment\r\n[other]\r\nHud_TotalScore=wrong\r\n[localization]\r\n"
         "Hud_TotalScore=Total\r\nTwo=Line one\\nLine two\r\nFill={0} and {0}, then {1} {2}\r\n");
-    ASSERT_TRUE(load_and_set_localization("t"));
-    const Language* language = active_language();
+    ASSERT_TRUE(load_and_set_localization(localization, "t"));
+    const Language* language = localization.active_language();
     ASSERT_NE(language, nullptr);
     EXPECT_EQ(language->get("Hud_TotalScore"), "Total");
     EXPECT_EQ(language->get("Two"), "Line one\nLine two");
@@ -47,15 +50,15 @@ TEST_F(LocalizationTest, LoadsTheSectionTurnsBackslashNIntoLineBreaksAndFillsPla
 
 TEST_F(LocalizationTest, MissingLidWarnsOnEveryLookup) {
     write_language("t", "[localization]\nA=1\n");
-    ASSERT_TRUE(load_and_set_localization("t"));
-    EXPECT_FALSE(active_language()->get("B"));
-    EXPECT_FALSE(active_language()->get("B"));
+    ASSERT_TRUE(load_and_set_localization(localization, "t"));
+    EXPECT_FALSE(localization.active_language()->get("B"));
+    EXPECT_FALSE(localization.active_language()->get("B"));
     EXPECT_EQ(capture.count("Language doesn't have LID \"B\"."), 2u);
 }
 
 TEST_F(LocalizationTest, MissingFileIsLoggedAndKeepsTheActiveLanguage) {
-    EXPECT_FALSE(load_and_set_localization("xx"));
-    EXPECT_EQ(active_language(), nullptr);
+    EXPECT_FALSE(load_and_set_localization(localization, "xx"));
+    EXPECT_EQ(localization.active_language(), nullptr);
     ASSERT_EQ(capture.lines.size(), 1u);
     EXPECT_EQ(capture.lines[0].level, LogLevel::error);
     EXPECT_EQ(capture.lines[0].message,
@@ -63,15 +66,15 @@ TEST_F(LocalizationTest, MissingFileIsLoggedAndKeepsTheActiveLanguage) {
                   (root / "datafiles" / "localization" / "xx.ini").string() + "\".");
 
     write_language("t", "[localization]\nA=1\n");
-    ASSERT_TRUE(load_and_set_localization("t"));
-    EXPECT_FALSE(load_and_set_localization("xx"));
-    EXPECT_EQ(active_language()->get("A"), "1");
+    ASSERT_TRUE(load_and_set_localization(localization, "t"));
+    EXPECT_FALSE(load_and_set_localization(localization, "xx"));
+    EXPECT_EQ(localization.active_language()->get("A"), "1");
 }
 
 TEST_F(LocalizationTest, StrayLinesAreWarnedAndAMissingSectionIsAnError) {
     write_language("t", "[localization]\nA=1\nnot a line\nB=2\n");
-    ASSERT_TRUE(load_and_set_localization("t"));
-    EXPECT_EQ(active_language()->get("B"), "2");
+    ASSERT_TRUE(load_and_set_localization(localization, "t"));
+    EXPECT_EQ(localization.active_language()->get("B"), "2");
     const std::string path = (root / "datafiles" / "localization" / "t.ini").string();
     EXPECT_TRUE(
         capture.contains("Localization file \"" + path +
@@ -79,16 +82,16 @@ TEST_F(LocalizationTest, StrayLinesAreWarnedAndAMissingSectionIsAnError) {
 
     capture.lines.clear();
     write_language("nosection", "A=1\n[other]\nB=2\n");
-    EXPECT_FALSE(load_and_set_localization("nosection"));
+    EXPECT_FALSE(load_and_set_localization(localization, "nosection"));
     EXPECT_TRUE(capture.contains("nosection.ini\" has no [localization] section."));
-    EXPECT_EQ(active_language()->get("A"), "1");  // the language before stays
+    EXPECT_EQ(localization.active_language()->get("A"), "1");  // the language before stays
 
     // A code is a name: no path leads out of the language folder.
     capture.lines.clear();
     write_language("../configurations", "[localization]\nA=x\n");
-    EXPECT_FALSE(load_and_set_localization("../configurations"));
+    EXPECT_FALSE(load_and_set_localization(localization, "../configurations"));
     std::filesystem::create_directories(root / "datafiles" / "localization" / "dir.ini");
-    EXPECT_FALSE(load_and_set_localization("dir"));
+    EXPECT_FALSE(load_and_set_localization(localization, "dir"));
 }
 
 TEST(ShippedLanguages, EnglishAndGermanDefineTheSameLids) {

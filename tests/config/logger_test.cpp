@@ -7,8 +7,9 @@
 #include <sstream>
 
 #include "config/program_parameters.h"
-#include "runtime/context.h"
+#include "runtime/gc.h"
 #include "runtime/runtime.h"
+#include "runtime/services.h"
 #include "support/scratch_directory.h"
 
 namespace veldra {
@@ -31,13 +32,15 @@ class LoggerTest : public ::testing::Test {
 protected:
     LoggerTest() {
         auto clock = std::make_unique<ManualClock>();
-        services().clock = std::move(clock);
+        services.clock = std::move(clock);
         auto terminal_owned = std::make_unique<CollectingTerminal>();
         terminal = terminal_owned.get();
-        services().terminal = std::move(terminal_owned);
+        services.terminal = std::move(terminal_owned);
     }
-    Context context;
-    ContextScope scope{context};
+    GcScope collector;
+    Services services;
+    Runtime runtime{services};
+    LoggerState logger;
     CollectingTerminal* terminal = nullptr;
     testing::ScratchDirectory scratch{"veldra_logger_test"};
     std::string path = (scratch.path() / "log.txt").string();
@@ -49,8 +52,7 @@ TEST(LogTimestamp, PadsEveryPartButTheYear) {
 }
 
 TEST_F(LoggerTest, TerminalKeepsMarkupAndFileGetsPlainLinesInBatches) {
-    program_params().log_output_file = path;
-    initialize_log();
+    initialize_log(runtime, logger, path);
     log("hello");
     log_warning("careful");
     log_error("[#ff0000]broken[/c]");
@@ -60,41 +62,40 @@ TEST_F(LoggerTest, TerminalKeepsMarkupAndFileGetsPlainLinesInBatches) {
     EXPECT_EQ(terminal->lines[2], "2024_03_07_09_05_41 [#dd5555]Error:[/c] [#ff0000]broken[/c]");
 
     for (int i = 0; i < LOG_DUMP_INTERVAL_STEPS - 1; ++i)
-        rt().run_frame();
+        runtime.run_frame();
     EXPECT_EQ(read_file(path), "");  // not yet: one write-out per 60 steps
-    rt().run_frame();
+    runtime.run_frame();
     EXPECT_EQ(read_file(path),
               "2024_03_07_09_05_41 hello\n2024_03_07_09_05_41 Warning: "
               "careful\n2024_03_07_09_05_41 Error: broken\n");
 
     log("last words");
-    rt().shutdown();  // the clean-up event writes what is left
+    runtime.shutdown();  // the clean-up event writes what is left
     EXPECT_NE(read_file(path).find("last words\n"), std::string::npos);
 }
 
 TEST_F(LoggerTest, WithoutOutputFileNoFileIsMadeAndScreamingShowsMessages) {
-    initialize_log();
-    scream_log_errors() = true;
+    initialize_log(runtime, logger, std::nullopt);
+    logger.scream_log_errors = true;
     log_error("[#dd5555]bad[/c]");
     log("calm");
-    auto& dialogs = static_cast<ScriptedDialogs&>(*services().dialogs);
+    auto& dialogs = static_cast<ScriptedDialogs&>(*services.dialogs);
     ASSERT_EQ(dialogs.messages_shown.size(), 1u);
     EXPECT_EQ(dialogs.messages_shown[0], "2024_03_07_09_05_41 Error: bad");
     EXPECT_FALSE(std::filesystem::exists(path));
 }
 
 TEST_F(LoggerTest, UnwritableFileLeavesTheTerminalWorking) {
-    program_params().log_output_file = "/nonexistent-dir/x.log";
-    initialize_log();
+    initialize_log(runtime, logger, "/nonexistent-dir/x.log");
     log("still here");
     EXPECT_EQ(terminal->lines.back(), "2024_03_07_09_05_41 still here");
-    rt().shutdown();
+    runtime.shutdown();
 }
 
 TEST_F(LoggerTest, SecondInitializationIsReportedAndMakesNoSecondLogger) {
-    initialize_log();
-    initialize_log();
-    EXPECT_EQ(rt().instance_number<obj_logger>(), 1u);
+    initialize_log(runtime, logger, std::nullopt);
+    initialize_log(runtime, logger, std::nullopt);
+    EXPECT_EQ(runtime.instance_number<obj_logger>(), 1u);
     EXPECT_NE(terminal->lines.back().find("called more than once"), std::string::npos);
 }
 

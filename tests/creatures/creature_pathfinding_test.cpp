@@ -52,32 +52,32 @@ TEST_F(CreaturePathfindingTest, OwnCellIsOneEntryAndTheCreatureStopsAtItsCentre)
         creature_approach(m, t.cell_at(1, 0), 3);
     EXPECT_EQ(m.x, centre(1));
     EXPECT_EQ(m.y, centre(0));
-    EXPECT_TRUE(creature_current_path(m.id()).empty());
+    EXPECT_TRUE(creature_current_path(pathfinding, m.id()).empty());
 }
 
 TEST_F(CreaturePathfindingTest, SearchesOnlyWhenTheGoalCellChanges) {
     const Terrain& t = load({"       ", "       "});
     auto& m = walker(0, 0);
-    const long before = creature_pathfinding_search_count();
+    const long before = pathfinding.search_count;
     creature_approach(m, t.cell_at(6, 0), 2);
     creature_approach(m, t.cell_at(6, 0), 2);
     creature_approach(m, &t.cells[6], 2);  // the same cell by another pointer
-    EXPECT_EQ(creature_pathfinding_search_count(), before + 1);
+    EXPECT_EQ(pathfinding.search_count, before + 1);
     EXPECT_EQ(m.x, centre(0) + 6);
     creature_approach(m, t.cell_at(6, 1), 2);
-    EXPECT_EQ(creature_pathfinding_search_count(), before + 2);
+    EXPECT_EQ(pathfinding.search_count, before + 2);
 }
 
 TEST_F(CreaturePathfindingTest, PushedCreatureKeepsWalkingToTheNextCentre) {
     const Terrain& t = load({"     ", "     ", "     "});
     auto& m = walker(0, 1);
     creature_approach(m, t.cell_at(4, 1), 4);
-    const long searches = creature_pathfinding_search_count();
+    const long searches = pathfinding.search_count;
     m.x = centre(2);
     m.y = centre(2) + 20;  // knocked into the row below
     for (int i = 0; i < 100; ++i)
         creature_approach(m, t.cell_at(4, 1), 4);
-    EXPECT_EQ(creature_pathfinding_search_count(), searches);
+    EXPECT_EQ(pathfinding.search_count, searches);
     EXPECT_EQ(m.x, centre(4));
     EXPECT_EQ(m.y, centre(1));
 }
@@ -148,15 +148,15 @@ TEST_F(CreaturePathfindingTest, UndefinedTargetClearsThePath) {
     const Terrain& t = load({"      "});
     auto& m = walker(0, 0);
     creature_approach(m, t.cell_at(5, 0), 1);
-    EXPECT_FALSE(creature_current_path(m.id()).empty());
+    EXPECT_FALSE(creature_current_path(pathfinding, m.id()).empty());
     const double x = m.x;
     creature_approach(m, nullptr, 1);
-    EXPECT_TRUE(creature_current_path(m.id()).empty());
+    EXPECT_TRUE(creature_current_path(pathfinding, m.id()).empty());
     EXPECT_EQ(m.x, x);
     // Asking for the old goal again is a change of goal, so it searches again.
-    const long searches = creature_pathfinding_search_count();
+    const long searches = pathfinding.search_count;
     creature_approach(m, t.cell_at(5, 0), 1);
-    EXPECT_EQ(creature_pathfinding_search_count(), searches + 1);
+    EXPECT_EQ(pathfinding.search_count, searches + 1);
 }
 
 TEST_F(CreaturePathfindingTest, DestroyedCreatureForgetsItsPath) {
@@ -164,8 +164,8 @@ TEST_F(CreaturePathfindingTest, DestroyedCreatureForgetsItsPath) {
     auto& m = walker(0, 0);
     const InstanceId id = m.id();
     creature_approach(m, t.cell_at(5, 0), 1);
-    rt().instance_destroy(id);
-    EXPECT_TRUE(creature_current_path(id).empty());
+    runtime.instance_destroy(id);
+    EXPECT_TRUE(creature_current_path(pathfinding, id).empty());
 }
 
 TEST_F(CreaturePathfindingTest, AdjacentCellIsTheFreeNeighbourNearestTheCreature) {

@@ -41,14 +41,14 @@ TEST_F(AttackExchangeTest, FirstBlowCountsOverBothDirections) {
     a.attacker_energy_gain = b.attacker_energy_gain = 0.25;
     always(a, FIGHT_HIT);
     always(b, FIGHT_HIT);
-    trial_world().spent_ticks = 7;
+    world.spent_ticks = 7;
 
     EXPECT_EQ(a.attack_creature(b, tick_rng), FightOutcome::hit);
     EXPECT_EQ(b.energy, 1);
     EXPECT_EQ(a.energy, 3.25);
     EXPECT_EQ(creatures_get_last_attack_time(b, a), 7);
     // b never struck a, but a struck b: b's first blow is a normal one.
-    trial_world().spent_ticks = 9;
+    world.spent_ticks = 9;
     b.attack_creature(a, tick_rng);
     EXPECT_EQ(a.energy, 2.75);
     EXPECT_EQ(creatures_get_last_attack_time(a, b), 9);
@@ -86,7 +86,7 @@ TEST_F(AttackExchangeTest, AttackerGainIsCappedAtMax) {
 }
 
 TEST_F(AttackExchangeTest, OnlyHumansGainFromKills) {
-    const GameConfigurations& c = configs();
+    const GameConfigurations& c = configs.get();
     auto& human = create_unticked<obj_human_ai>(centre(0), centre(0));
     auto& monster = create_unticked<obj_monster>(centre(1), centre(0));
     auto& other_human = create_unticked<obj_human_ai>(centre(2), centre(0));
@@ -153,7 +153,7 @@ TEST_F(CreatureTickTest, NoEnergyDiesAtTheFirstTickBeforeAnythingElse) {
     monster.energy_changed_event.subscribe([&] { ++raised; });
     monster.energy = 0;
     tick();
-    EXPECT_FALSE(rt().instance_exists(id));
+    EXPECT_FALSE(runtime.instance_exists(id));
     EXPECT_EQ(raised, 0);
 }
 

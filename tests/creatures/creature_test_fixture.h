@@ -1,8 +1,8 @@
 #pragma once
-// Shared by the creatures tests: a fresh context with the shipped configuration loaded, the
-// level cell types, action types, pathfinding and spawning set up, a level laid out from rows of
-// characters, and a tiny ticker standing in for the trial's (handlers in subscription order,
-// those of destroyed owners skipped).
+// Shared by the creatures tests: a fresh runtime and creature world with the shipped
+// configuration loaded, the level cell types, action types, pathfinding and spawning set up, a
+// level laid out from rows of characters, and a tiny ticker standing in for the trial's
+// (handlers in subscription order, those of destroyed owners skipped).
 
 #include <gtest/gtest.h>
 
@@ -10,6 +10,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "config/game_configurations.h"
@@ -17,9 +18,10 @@
 #include "creatures/creature_spawning.h"
 #include "creatures/human_action_type.h"
 #include "creatures/trial_world.h"
-#include "runtime/context.h"
+#include "runtime/gc.h"
 #include "runtime/log.h"
 #include "runtime/runtime.h"
+#include "runtime/services.h"
 #include "world/level.h"
 #include "world/level_cell_types.h"
 
@@ -29,14 +31,13 @@ class CreatureTest : public ::testing::Test {
 protected:
     void SetUp() override {
         setenv("VeldraProjectDir", VELDRA_SOURCE_DIR, 1);
-        initialize_configs();
-        ASSERT_TRUE(reload_game_configurations(""));
-        initialize_level_cell_types();
-        initialize_human_action_types();
-        initialize_creature_pathfinding();
-        initialize_creature_spawning();
-        rt().start(rt().room_add({"rm_test", nullptr}));
-        TrialWorld& world = trial_world();
+        initialize_configs(configs);
+        ASSERT_TRUE(reload_game_configurations(configs, ""));
+        initialize_level_cell_types(cell_types);
+        initialize_human_action_types(action_types);
+        initialize_creature_pathfinding(pathfinding);
+        initialize_creature_spawning(spawn_hooks, world);
+        runtime.start(runtime.room_add({"rm_test", nullptr}));
         world.rng = &trial_rng;
         world.subscribe_tick = [this](InstanceId owner, std::function<void(Ticks, Rng&)> fn) {
             handlers.push_back({owner, std::move(fn)});
@@ -44,9 +45,9 @@ protected:
         world.log_event = [this](const std::string& text) { events.push_back(text); };
     }
 
-    void TearDown() override { rt().shutdown(); }
+    void TearDown() override { runtime.shutdown(); }
 
-    GameConfigurations& mutable_configs() { return *ctx().slot<ConfigsSlot>().configs; }
+    GameConfigurations& mutable_configs() { return *configs.configs; }
 
     // Each string a row, each character a cell type ('x' hole, 'r' rock, 's' sand, 'h' human,
     // 'p' player, 'm' monster, 'f' food, ' ' empty). Entities are created as the level says.
@@ -54,32 +55,35 @@ protected:
         std::vector<std::vector<LevelCell>> cells(rows.size());
         for (std::size_t cy = 0; cy < rows.size(); ++cy) {
             for (std::size_t cx = 0; cx < rows[cy].size(); ++cx) {
-                const LevelCellType* type = level_cell_type_from_char(rows[cy][cx]);
+                const LevelCellType* type = cell_types.from_char(rows[cy][cx]);
                 EXPECT_NE(type, nullptr) << "no cell type for '" << rows[cy][cx] << "'";
                 cells[cy].push_back(LevelCell{int(cx), int(cy), type});
             }
         }
         // As the trial does: interactive trials also write the lines automatic ones leave out.
-        TrialWorld& world = trial_world();
         world.log_interactive_event = is_auto_run ? nullptr : world.log_event;
-        terrain = level_dump(Level("test", std::move(cells)));
-        trial_world().terrain = &*terrain;
+        terrain = level_dump(Level("test", std::move(cells), cell_types), spawn_hooks);
+        world.terrain = &*terrain;
         return *terrain;
     }
 
     // An instance whose tick handler is never called: a target that stays where it is put.
     template <class T>
     T& create_unticked(double x, double y) {
-        auto subscribe = std::move(trial_world().subscribe_tick);
-        trial_world().subscribe_tick = nullptr;
-        T& instance = rt().instance_create<T>(x, y);
-        trial_world().subscribe_tick = std::move(subscribe);
+        auto subscribe = std::move(world.subscribe_tick);
+        world.subscribe_tick = nullptr;
+        T& instance = create<T>(x, y);
+        world.subscribe_tick = std::move(subscribe);
         return instance;
     }
 
+    // Creatures live in the fixture's world; food needs none.
     template <class T>
     T& create(double x, double y) {
-        return rt().instance_create<T>(x, y);
+        if constexpr (std::is_constructible_v<T, TrialWorld&>)
+            return runtime.instance_create<T>(x, y, "Instances", world);
+        else
+            return runtime.instance_create<T>(x, y);
     }
 
     // Runs `count` ticks like the trial's ticker: every handler whose owner still exists, in
@@ -87,13 +91,13 @@ protected:
     void tick(int count = 1) {
         for (int i = 0; i < count; ++i) {
             for (std::size_t h = 0; h < handlers.size(); ++h) {
-                if (rt().instance_exists(handlers[h].owner)) {
+                if (runtime.instance_exists(handlers[h].owner)) {
                     auto fn = handlers[h].fn;  // the vector may grow while it runs
                     fn(spent_ticks, tick_rng);
                 }
             }
             spent_ticks += 1;
-            trial_world().spent_ticks = spent_ticks;
+            world.spent_ticks = spent_ticks;
         }
     }
 
@@ -104,8 +108,15 @@ protected:
         std::function<void(Ticks, Rng&)> fn;
     };
 
-    Context context;
-    ContextScope scope{context};
+    GcScope collector;
+    Services services;
+    Runtime runtime{services};
+    ConfigsState configs;
+    LevelCellTypeTable cell_types;
+    LevelSpawnHooks spawn_hooks;
+    HumanActionTypes action_types;
+    CreaturePathfinding pathfinding;
+    TrialWorld world{runtime, configs, action_types, pathfinding};
     LogCapture capture;
     Rng trial_rng{11};
     Rng tick_rng{23};

@@ -36,15 +36,15 @@ TEST_F(EatingTest, HalfACellIsNotCloseEnough) {
     auto& human = human_at(0, 0);
     auto& food = create_unticked<obj_food>(human.x + 32, human.y);
     const InstanceId food_id = food.id();
-    HA_ApproachFood action(food_id);
+    HA_ApproachFood action(human, food_id);
     EXPECT_TRUE(action.tick(human, tick_rng));
-    EXPECT_TRUE(rt().instance_exists(food_id));
+    EXPECT_TRUE(runtime.instance_exists(food_id));
     EXPECT_EQ(human.energy, 7);
 
     food.x = human.x + 31.99;
     EXPECT_FALSE(action.tick(human, tick_rng));
-    EXPECT_FALSE(rt().instance_exists(food_id));
-    EXPECT_EQ(human.energy, 7 + configs().human_energy_gain_eat_food);
+    EXPECT_FALSE(runtime.instance_exists(food_id));
+    EXPECT_EQ(human.energy, 7 + configs.get().human_energy_gain_eat_food);
     ASSERT_EQ(events.size(), 1u);
     EXPECT_NE(events[0].find("ate"), std::string::npos);
 }
@@ -53,16 +53,16 @@ TEST_F(EatingTest, AMealAtMaximumIsWasted) {
     auto& human = human_at(0, 0);
     human.energy = human.energy_max;
     const InstanceId food_id = create_unticked<obj_food>(human.x, human.y).id();
-    EXPECT_FALSE(HA_ApproachFood(food_id).tick(human, tick_rng));
+    EXPECT_FALSE(HA_ApproachFood(human, food_id).tick(human, tick_rng));
     EXPECT_EQ(human.energy, human.energy_max);
-    EXPECT_FALSE(rt().instance_exists(food_id));
+    EXPECT_FALSE(runtime.instance_exists(food_id));
 }
 
 TEST_F(EatingTest, AutomaticRunsEatSilentlyAndGoneFoodEndsTheAction) {
-    trial_world().log_interactive_event = nullptr;  // an automatic trial
+    world.log_interactive_event = nullptr;  // an automatic trial
     auto& human = human_at(0, 0);
     auto& food = create_unticked<obj_food>(human.x, human.y);
-    HA_ApproachFood action(food.id());
+    HA_ApproachFood action(human, food.id());
     EXPECT_FALSE(action.tick(human, tick_rng));
     EXPECT_TRUE(events.empty());
     EXPECT_FALSE(action.tick(human, tick_rng));  // nothing left to eat
@@ -75,7 +75,7 @@ TEST_F(AvoidTest, FlightIsReplannedAtMostOncePer60Ticks) {
     only_weights({});
     auto& human = human_at(0, 0);
     auto& monster = create_unticked<obj_monster>(centre(2), centre(2));
-    human.force_start_action(std::make_unique<HA_AvoidMonster>(monster.id()));
+    human.force_start_action(std::make_unique<HA_AvoidMonster>(human, monster.id()));
     const auto& avoid = static_cast<const HA_AvoidMonster&>(*human.get_current_action());
     std::set<double> plans;
     for (int i = 0; i < 150; ++i) {
@@ -92,7 +92,7 @@ TEST_F(AvoidTest, EndsWhenThePursuerIsOutOfSight) {
     set_formula(&GC::human_sight_range, "100");
     auto& human = human_at(0, 0);
     auto& other = create_unticked<obj_human_ai>(centre(1), centre(0));
-    HA_AvoidHuman action(other.id());
+    HA_AvoidHuman action(human, other.id());
     EXPECT_TRUE(action.tick(human, tick_rng));
     other.x = human.x + 100.5;
     EXPECT_FALSE(action.tick(human, tick_rng));
@@ -105,7 +105,7 @@ TEST_F(AttackActionTest, StrikesWhenReadyAndEndsOutOfRange) {
     auto& human = human_at(0, 0);
     auto& monster = create_unticked<obj_monster>(centre(1), centre(0));
     always(human.fight_action_sampler, FIGHT_MISS);
-    HA_AttackMonster action(monster.id());
+    HA_AttackMonster action(human, monster.id());
     EXPECT_TRUE(action.tick(human, tick_rng));
     EXPECT_TRUE(action.first_tick_done);
     EXPECT_EQ(human.attack_cooldown_timer, human.get_attack_cooldown_as_ticks());
@@ -119,8 +119,8 @@ TEST_F(AttackActionTest, FleeingTurnsTheAttackIntoFlightFromTheSameCreature) {
     auto& human = human_at(0, 0);
     auto& monster = create_unticked<obj_monster>(centre(1), centre(0));
     auto& food = create_unticked<obj_food>(centre(3), centre(0));
-    human.force_start_action(std::make_unique<HA_ApproachFood>(food.id()));
-    human.force_start_action(std::make_unique<HA_AttackMonster>(monster.id()));
+    human.force_start_action(std::make_unique<HA_ApproachFood>(human, food.id()));
+    human.force_start_action(std::make_unique<HA_AttackMonster>(human, monster.id()));
     always(human.fight_action_sampler, FIGHT_FLEE);
     human.action_choose_timer = 10;
 
@@ -129,7 +129,7 @@ TEST_F(AttackActionTest, FleeingTurnsTheAttackIntoFlightFromTheSameCreature) {
     const auto* flight = dynamic_cast<const HA_AvoidMonster*>(human.get_current_action());
     ASSERT_NE(flight, nullptr);
     EXPECT_EQ(flight->target, monster.id());
-    EXPECT_EQ(human.actions_in_memory[1]->type, human_action_types().HAT_approach_food);
+    EXPECT_EQ(human.actions_in_memory[1]->type, action_types.HAT_approach_food);
     EXPECT_EQ(human.action_choose_timer, human.get_action_choose_cooldown_as_ticks());
 }
 
@@ -140,7 +140,7 @@ TEST_F(ApproachTest, WalksUpToTheCreatureAndEndsWithinAttackRange) {
     only_weights({});
     auto& human = human_at(0, 0);
     auto& monster = create_unticked<obj_monster>(centre(4), centre(0));  // at the edge of sight
-    human.force_start_action(std::make_unique<HA_ApproachMonster>(monster.id()));
+    human.force_start_action(std::make_unique<HA_ApproachMonster>(human, monster.id()));
     int ticks = 0;
     while (!human.actions_in_memory.empty() && ticks < 600) {
         tick();
@@ -162,16 +162,16 @@ protected:
 TEST_F(ExchangeTest, TwoExchangesTowardOnePartnerAreEqual) {
     auto& partner = human_at(1, 0);
     auto& other = human_at(2, 0);
-    EXPECT_TRUE(human_actions_equal(HA_ExchangeWithHuman(partner.id()),
-                                    HA_ExchangeWithHuman(partner.id())));
-    EXPECT_FALSE(
-        human_actions_equal(HA_ExchangeWithHuman(partner.id()), HA_ExchangeWithHuman(other.id())));
-    EXPECT_FALSE(
-        human_actions_equal(HA_ExchangeWithHuman(partner.id()), HA_ApproachHuman(partner.id())));
     auto& human = human_at(0, 0);
-    human.force_start_action(std::make_unique<HA_ExchangeWithHuman>(partner.id()));
-    human.force_start_action(std::make_unique<HA_ApproachHuman>(other.id()));
-    human.force_start_action(std::make_unique<HA_ExchangeWithHuman>(partner.id()));
+    EXPECT_TRUE(human_actions_equal(HA_ExchangeWithHuman(human, partner.id()),
+                                    HA_ExchangeWithHuman(human, partner.id())));
+    EXPECT_FALSE(human_actions_equal(HA_ExchangeWithHuman(human, partner.id()),
+                                     HA_ExchangeWithHuman(human, other.id())));
+    EXPECT_FALSE(human_actions_equal(HA_ExchangeWithHuman(human, partner.id()),
+                                     HA_ApproachHuman(human, partner.id())));
+    human.force_start_action(std::make_unique<HA_ExchangeWithHuman>(human, partner.id()));
+    human.force_start_action(std::make_unique<HA_ApproachHuman>(human, other.id()));
+    human.force_start_action(std::make_unique<HA_ExchangeWithHuman>(human, partner.id()));
     EXPECT_EQ(human.actions_in_memory.size(), 2u);
 }
 
@@ -219,7 +219,7 @@ TEST_F(ExchangeTest, AnInvitedPartnerComesAndEachSideTradesWhenItReachesTheOther
     auto& partner = human_at(4, 0);
     always(human.exchange_action_sampler, EXCHANGE_GIVE);
     always(partner.exchange_action_sampler, EXCHANGE_GIVE);
-    human.force_start_action(std::make_unique<HA_ExchangeWithHuman>(partner.id()));
+    human.force_start_action(std::make_unique<HA_ExchangeWithHuman>(human, partner.id()));
     tick();
     const auto* answer = dynamic_cast<const HA_ExchangeWithHuman*>(partner.get_current_action());
     ASSERT_NE(answer, nullptr);
@@ -251,20 +251,20 @@ TEST_F(ExchangeTest, APartnerThatWalksOutOfSightIsStillFollowed) {
     auto& human = human_at(0, 0);
     auto& partner = human_at(19, 0);
     human.sight_range = 64;  // the partner is far out of sight
-    human.force_start_action(std::make_unique<HA_ExchangeWithHuman>(partner.id()));
+    human.force_start_action(std::make_unique<HA_ExchangeWithHuman>(human, partner.id()));
     tick(5);
     ASSERT_NE(human.get_current_action(), nullptr);
-    EXPECT_EQ(human.get_current_action()->type, human_action_types().HAT_exchange_with_human);
+    EXPECT_EQ(human.get_current_action()->type, action_types.HAT_exchange_with_human);
 }
 
 TEST_F(ExchangeTest, APartnerAlreadyComingIsNotAskedAgain) {
     set_formula(&GC::exchange_back_chance, "1");
     auto& human = human_at(0, 0);
     auto& partner = human_at(3, 0);
-    partner.force_start_action(std::make_unique<HA_ExchangeWithHuman>(human.id()));
+    partner.force_start_action(std::make_unique<HA_ExchangeWithHuman>(partner, human.id()));
     const HumanAction* coming = partner.get_current_action();
     const double seed = trial_rng.seed;
-    HA_ExchangeWithHuman(partner.id()).tick(human, tick_rng);
+    HA_ExchangeWithHuman(human, partner.id()).tick(human, tick_rng);
     EXPECT_EQ(partner.get_current_action(), coming);
     EXPECT_EQ(trial_rng.seed, seed);
 }
@@ -273,14 +273,15 @@ class DebugStringTest : public HumanTest {};
 
 TEST_F(DebugStringTest, NamesTheTypeAndEveryField) {
     load({"   "});
+    auto& human = human_at(0, 0);
     auto& food = create_unticked<obj_food>(centre(1), centre(0));
-    HA_ApproachFood approach(food.id());
-    EXPECT_EQ(approach.debug_string(), "ApproachFood target_food: " + EID(&food, false));
-    rt().instance_destroy(food.id());
-    EXPECT_EQ(approach.debug_string(), "ApproachFood target_food: UNKNOWN");
-    EXPECT_EQ(HA_AttackHuman(NO_INSTANCE).debug_string(),
+    HA_ApproachFood approach(human, food.id());
+    EXPECT_EQ(approach.debug_string(runtime), "ApproachFood target_food: " + EID(&food, false));
+    runtime.instance_destroy(food.id());
+    EXPECT_EQ(approach.debug_string(runtime), "ApproachFood target_food: UNKNOWN");
+    EXPECT_EQ(HA_AttackHuman(human, NO_INSTANCE).debug_string(runtime),
               "AttackHuman target_human: NO_INSTANCE first_tick_done: false");
-    EXPECT_EQ(HA_Explore(*terrain->cell_at(2, 0)).debug_string(),
+    EXPECT_EQ(HA_Explore(human, *terrain->cell_at(2, 0)).debug_string(runtime),
               "Explore target_cell: cell (2, 0)");
 }
 

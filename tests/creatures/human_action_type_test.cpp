@@ -21,26 +21,26 @@ using testing::HumanTest;
 class ActionTypesTest : public HumanTest {};
 
 TEST_F(ActionTypesTest, NineTypesInTableOrderAndASecondInitializationIsRefused) {
-    const auto& types = all_human_action_types();
+    const auto& types = action_types.all;
     ASSERT_EQ(types.size(), HUMAN_ACTION_TYPE_COUNT);
-    const auto& t = human_action_types();
+    const auto& t = action_types;
     EXPECT_EQ(types.front(), t.HAT_approach_food);
     EXPECT_EQ(types[5], t.HAT_attack_monster);
     EXPECT_EQ(types.back(), t.HAT_explore);
     for (std::size_t i = 0; i < types.size(); ++i)
         EXPECT_EQ(types[i]->index, i);
 
-    initialize_human_action_types();
+    initialize_human_action_types(action_types);
     EXPECT_EQ(capture.count(ONCE_ONLY_MESSAGE), 1u);
-    EXPECT_EQ(&all_human_action_types(), &types);
-    EXPECT_EQ(all_human_action_types().front(), t.HAT_approach_food);
+    EXPECT_EQ(&action_types.all, &types);
+    EXPECT_EQ(action_types.all.front(), t.HAT_approach_food);
 }
 
 TEST_F(ActionTypesTest, WeightsForwardTraitsAndEnergyToTheirFormulas) {
     set_formula(&GC::weight_avoid_monster, "10 * N + ENERGY_LEVEL");
     PersonalityTraits traits;
     traits.neuroticism = 0.5;
-    EXPECT_EQ(human_action_types().HAT_avoid_monster->get_weight(traits, 0.25), 5.25);
+    EXPECT_EQ(action_types.HAT_avoid_monster->get_weight(configs.get(), traits, 0.25), 5.25);
 }
 
 class TargetChoiceTest : public HumanTest {
@@ -54,7 +54,7 @@ protected:
     }
     InstanceId choose_food(obj_human& human) {
         return human.choose_action_target(obj_food::object_type_static(),
-                                          configs().target_weight_approach_food, tick_rng);
+                                          configs.get().target_weight_approach_food, tick_rng);
     }
 };
 
@@ -88,9 +88,9 @@ TEST_F(TargetChoiceTest, NearestWeighsZeroAndFarthestOne) {
 TEST_F(TargetChoiceTest, AHumanNeverChoosesItself) {
     set_formula(&GC::target_weight_approach_human, "1");
     auto& human = human_at(0, 0);
-    EXPECT_EQ(human_action_types().HAT_approach_human->try_initiate(human, tick_rng), nullptr);
+    EXPECT_EQ(action_types.HAT_approach_human->try_initiate(human, tick_rng), nullptr);
     auto& other = human_at(1, 1);
-    auto action = human_action_types().HAT_approach_human->try_initiate(human, tick_rng);
+    auto action = action_types.HAT_approach_human->try_initiate(human, tick_rng);
     ASSERT_NE(action, nullptr);
     EXPECT_EQ(static_cast<HA_ApproachHuman&>(*action).target, other.id());
 }
@@ -104,7 +104,7 @@ TEST_F(TryInitiateTest, AttackTakesTheFirstMonsterInRangeByInstanceOrder) {
     auto& first = create_unticked<obj_monster>(centre(0), centre(0));
     create_unticked<obj_monster>(centre(1) + 10, centre(0));  // nearer, but later
     for (int i = 0; i < 5; ++i) {
-        auto action = human_action_types().HAT_attack_monster->try_initiate(human, tick_rng);
+        auto action = action_types.HAT_attack_monster->try_initiate(human, tick_rng);
         ASSERT_NE(action, nullptr);
         EXPECT_EQ(static_cast<HA_AttackMonster&>(*action).target, first.id());
     }
@@ -113,9 +113,9 @@ TEST_F(TryInitiateTest, AttackTakesTheFirstMonsterInRangeByInstanceOrder) {
 TEST_F(TryInitiateTest, AttackHumanSkipsItself) {
     load({"     "});
     auto& human = human_at(2, 0);
-    EXPECT_EQ(human_action_types().HAT_attack_human->try_initiate(human, tick_rng), nullptr);
+    EXPECT_EQ(action_types.HAT_attack_human->try_initiate(human, tick_rng), nullptr);
     auto& other = human_at(3, 0);
-    auto action = human_action_types().HAT_attack_human->try_initiate(human, tick_rng);
+    auto action = action_types.HAT_attack_human->try_initiate(human, tick_rng);
     ASSERT_NE(action, nullptr);
     EXPECT_EQ(static_cast<HA_AttackHuman&>(*action).target, other.id());
 }
@@ -124,12 +124,12 @@ TEST_F(TryInitiateTest, NoMealThatWouldBePartlyWasted) {
     load({"     "});
     auto& human = human_at(0, 0);
     create_unticked<obj_food>(centre(2), centre(0));
-    const HumanActionType& type = *human_action_types().HAT_approach_food;
+    const HumanActionType& type = *action_types.HAT_approach_food;
     human.energy = human.energy_max;
     EXPECT_EQ(type.try_initiate(human, tick_rng), nullptr);
-    human.energy = human.energy_max - configs().human_energy_gain_eat_food + 0.01;
+    human.energy = human.energy_max - configs.get().human_energy_gain_eat_food + 0.01;
     EXPECT_EQ(type.try_initiate(human, tick_rng), nullptr);
-    human.energy = human.energy_max - configs().human_energy_gain_eat_food;
+    human.energy = human.energy_max - configs.get().human_energy_gain_eat_food;
     EXPECT_NE(type.try_initiate(human, tick_rng), nullptr);
 }
 
@@ -140,7 +140,7 @@ TEST_F(TryInitiateTest, ExchangePartnerNeedsSightCooldownAndRoomForEnergy) {
     auto& busy = human_at(1, 0);
     auto& free = human_at(2, 0);
     human_at(9, 0);  // out of sight
-    const HumanActionType& type = *human_action_types().HAT_exchange_with_human;
+    const HumanActionType& type = *action_types.HAT_exchange_with_human;
     auto partner_of = [&]() -> InstanceId {
         auto action = type.try_initiate(human, tick_rng);
         return action ? static_cast<HA_ExchangeWithHuman&>(*action).target : NO_INSTANCE;
@@ -197,7 +197,7 @@ TEST_F(ExplorationTargetTest, NoCandidateGivesNoTargetAndNoExplore) {
     load({" x", "xx"});
     auto& human = human_at(0, 0);
     EXPECT_EQ(human_find_exploration_pathfinding_target(human, tick_rng), nullptr);
-    EXPECT_EQ(human_action_types().HAT_explore->try_initiate(human, tick_rng), nullptr);
+    EXPECT_EQ(action_types.HAT_explore->try_initiate(human, tick_rng), nullptr);
 }
 
 }  // namespace

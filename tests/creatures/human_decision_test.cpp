@@ -59,7 +59,7 @@ TEST_F(DecisionTimingTest, ConstantLossComesEveryFourSecondsUnclamped) {
     EXPECT_EQ(human.energy, -0.25);  // the creature tick ends it next time
     const InstanceId id = human.id();
     tick();
-    EXPECT_FALSE(rt().instance_exists(id));
+    EXPECT_FALSE(runtime.instance_exists(id));
 }
 
 class MemoryTest : public HumanTest {};
@@ -72,13 +72,13 @@ TEST_F(MemoryTest, WinningCandidateRemovesTheEqualOlderEntry) {
     mutable_configs().action_update_frequency = 60;
     auto& human = human_at(0, 0);
     auto& food = create_unticked<obj_food>(centre(3), centre(0));
-    human.force_start_action(std::make_unique<HA_ApproachFood>(food.id()));
-    human.force_start_action(std::make_unique<HA_Explore>(*terrain->cell_at(5, 0)));
+    human.force_start_action(std::make_unique<HA_ApproachFood>(human, food.id()));
+    human.force_start_action(std::make_unique<HA_Explore>(human, *terrain->cell_at(5, 0)));
 
     tick(2);  // a decision: the only candidate is the food again
     ASSERT_EQ(human.actions_in_memory.size(), 2u);
-    EXPECT_EQ(human.actions_in_memory[0]->type, human_action_types().HAT_approach_food);
-    EXPECT_EQ(human.actions_in_memory[1]->type, human_action_types().HAT_explore);
+    EXPECT_EQ(human.actions_in_memory[0]->type, action_types.HAT_approach_food);
+    EXPECT_EQ(human.actions_in_memory[1]->type, action_types.HAT_explore);
 }
 
 TEST_F(MemoryTest, SingleSlotHoldsOnlyTheRunningAction) {
@@ -94,21 +94,21 @@ TEST_F(MemoryTest, SingleSlotHoldsOnlyTheRunningAction) {
         ASSERT_LE(human.actions_in_memory.size(), 1u) << "at tick " << i;
     }
     auto& food = create_unticked<obj_food>(centre(1), centre(1));
-    human.force_start_action(std::make_unique<HA_ApproachFood>(food.id()));
+    human.force_start_action(std::make_unique<HA_ApproachFood>(human, food.id()));
     ASSERT_EQ(human.actions_in_memory.size(), 1u);
-    EXPECT_EQ(human.get_current_action()->type, human_action_types().HAT_approach_food);
+    EXPECT_EQ(human.get_current_action()->type, action_types.HAT_approach_food);
 }
 
 TEST_F(MemoryTest, ForcingTheRunningActionChangesNothing) {
     load({"      "});
     auto& human = human_at(0, 0);
     auto& food = create_unticked<obj_food>(centre(4), centre(0));
-    human.force_start_action(std::make_unique<HA_Explore>(*terrain->cell_at(5, 0)));
-    human.force_start_action(std::make_unique<HA_ApproachFood>(food.id()));
+    human.force_start_action(std::make_unique<HA_Explore>(human, *terrain->cell_at(5, 0)));
+    human.force_start_action(std::make_unique<HA_ApproachFood>(human, food.id()));
     human.action_choose_timer = 7;
     const HumanAction* running = human.get_current_action();
 
-    human.force_start_action(std::make_unique<HA_ApproachFood>(food.id()));
+    human.force_start_action(std::make_unique<HA_ApproachFood>(human, food.id()));
     EXPECT_EQ(human.get_current_action(), running);
     EXPECT_EQ(human.actions_in_memory.size(), 2u);
     EXPECT_EQ(human.action_choose_timer, 7);
@@ -118,8 +118,8 @@ TEST_F(MemoryTest, FinishedActionHandsOverToTheNextWithoutADraw) {
     load({"     "});
     mutable_configs().action_update_frequency = 0.5;
     auto& human = human_at(1, 0);
-    human.force_start_action(std::make_unique<HA_Explore>(*terrain->cell_at(4, 0)));
-    human.force_start_action(std::make_unique<HA_Explore>(*terrain->cell_at(1, 0)));
+    human.force_start_action(std::make_unique<HA_Explore>(human, *terrain->cell_at(4, 0)));
+    human.force_start_action(std::make_unique<HA_Explore>(human, *terrain->cell_at(1, 0)));
     tick();  // standing in its cell: the second exploration is over at once
     ASSERT_EQ(human.actions_in_memory.size(), 1u);
     EXPECT_EQ(static_cast<HA_Explore&>(*human.get_current_action()).target_cell,
@@ -142,7 +142,7 @@ protected:
         const InstanceId far = create_unticked<obj_food>(centre(3), centre(0)).id();
         int wins = 0;
         for (int i = 0; i < decisions; ++i) {
-            human.force_start_action(std::make_unique<HA_ApproachFood>(near));
+            human.force_start_action(std::make_unique<HA_ApproachFood>(human, near));
             tick();  // one decision
             const auto& current = static_cast<const HA_ApproachFood&>(*human.get_current_action());
             wins += current.target == far;
@@ -174,7 +174,7 @@ TEST_F(CounterAttackTest, ReplacesTheRunningActionAndRestartsTheTimer) {
     auto& monster = create_unticked<obj_monster>(centre(1), centre(0));
     monster.fight_action_sampler.clear();
     monster.fight_action_sampler.add(FIGHT_MISS, 1);
-    human.force_start_action(std::make_unique<HA_Explore>(*terrain->cell_at(4, 0)));
+    human.force_start_action(std::make_unique<HA_Explore>(human, *terrain->cell_at(4, 0)));
     human.action_choose_timer = 3;
 
     monster.attack_creature(human, tick_rng);
@@ -225,7 +225,7 @@ TEST_F(CandidateTest, TypesOfWeightZeroAreAskedAfterTheOthers) {
     auto& human = human_at(0, 0);
     tick();
     ASSERT_NE(human.get_current_action(), nullptr);
-    EXPECT_EQ(human.get_current_action()->type, human_action_types().HAT_explore);
+    EXPECT_EQ(human.get_current_action()->type, action_types.HAT_explore);
 
     // With food in sight the type with a pull comes first and wins.
     auto& other = human_at(4, 2);
@@ -233,7 +233,7 @@ TEST_F(CandidateTest, TypesOfWeightZeroAreAskedAfterTheOthers) {
     other.action_choose_timer = 0;
     tick();
     ASSERT_NE(other.get_current_action(), nullptr);
-    EXPECT_EQ(other.get_current_action()->type, human_action_types().HAT_approach_food);
+    EXPECT_EQ(other.get_current_action()->type, action_types.HAT_approach_food);
 }
 
 class ReEvaluationTest : public HumanTest {};
@@ -255,7 +255,7 @@ TEST_F(ReEvaluationTest, AllZeroWeightsLogOncePerReEvaluationAndStartNothing) {
 TEST_F(ReEvaluationTest, EnergyChangeRecomputesWeightsFromTheNewRatio) {
     load({"   "});
     auto& human = human_at(0, 0);
-    const std::size_t food = human_action_types().HAT_approach_food->index;
+    const std::size_t food = action_types.HAT_approach_food->index;
     const double full_weight = human.action_weights[food];
     human.energy = 1;
     tick();
@@ -268,8 +268,8 @@ TEST_F(ReEvaluationTest, SandSlowsTheRunningAction) {
     load({" s"});
     auto& on_ground = human_at(0, 0);
     auto& on_sand = human_at(1, 0);
-    on_ground.force_start_action(std::make_unique<HA_Explore>(*terrain->cell_at(1, 0)));
-    on_sand.force_start_action(std::make_unique<HA_Explore>(*terrain->cell_at(0, 0)));
+    on_ground.force_start_action(std::make_unique<HA_Explore>(on_ground, *terrain->cell_at(1, 0)));
+    on_sand.force_start_action(std::make_unique<HA_Explore>(on_sand, *terrain->cell_at(0, 0)));
     EXPECT_EQ(on_sand.get_movement_speed(),
               on_ground.get_movement_speed() * mutable_configs().human_sand_move_speed_multiplier);
 }

@@ -24,7 +24,7 @@ protected:
         ASSERT_TRUE(std::holds_alternative<CompiledExpression>(compiled)) << source;
         ConfigMethod& method = mutable_configs().*key;
         method = ConfigMethod(std::get<CompiledExpression>(std::move(compiled)), method.kind(),
-                              &ctx().slot<ConfigsSlot>().expression_globals);
+                              &configs.expression_globals);
     }
 
     // Every action type weighs 0 except those listed, which weigh 1.

@@ -20,7 +20,7 @@ protected:
 
 TEST_F(MonsterTest, SetUpFromTheConfiguration) {
     load({"   "});
-    const GameConfigurations& c = configs();
+    const GameConfigurations& c = configs.get();
     auto& m = monster_at(centre(0), centre(0));
     EXPECT_EQ(m.energy, c.monster_starting_energy);
     EXPECT_EQ(m.energy_max, c.monster_energy_max);

@@ -59,7 +59,7 @@ class TraitRangesFromValueTest : public testing::CreatureTest {};
 
 TEST_F(TraitRangesFromValueTest, ReadsEveryShippedEntry) {
     const std::size_t logged = capture.lines.size();
-    const Value& entries = configs().ai_human_traits;
+    const Value& entries = configs.get().ai_human_traits;
     ASSERT_GT(entries.size(), 0u);
     for (std::size_t i = 0; i < entries.size(); ++i)
         EXPECT_TRUE(personality_traits_ranges_from_value(entries.at(i)).has_value()) << i;
@@ -86,14 +86,14 @@ TEST_F(TraitRangesFromValueTest, MalformedEntriesAreLoggedAndRefused) {
 
 TEST_F(TraitRangesFromValueTest, PrintOutListsTraitsActionsAndExchangeWeights) {
     const PersonalityTraits traits{0.5, -1, 0, 1, 0.25};
-    const std::string text = personality_traits_format_data(traits);
+    const std::string text = personality_traits_format_data(traits, configs.get(), action_types);
     for (const char* label :
          {"Parameter", "Openness", "Neuroticism", "Action", "Exchange action", "Give", "Take"})
         EXPECT_NE(text.find(label), std::string::npos) << label;
-    for (const HumanActionType* type : all_human_action_types())
+    for (const HumanActionType* type : action_types.all)
         EXPECT_NE(text.find(type->debug_name), std::string::npos) << type->debug_name;
     EXPECT_NE(text.find("0.25"), std::string::npos);
-    personality_traits_print_data(traits);
+    personality_traits_print_data(traits, configs.get(), action_types);
     EXPECT_TRUE(capture.contains("Exchange action"));
 }
 

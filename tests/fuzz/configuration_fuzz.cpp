@@ -11,7 +11,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         __builtin_trap();  // comments are only ever cut
     const std::string path = fuzzing::input_file(text, ".json");
     for (bool base : {true, false}) {
-        const auto loaded = _load_game_configurations_from_file(path, base);
+        ExpressionGlobals globals;
+        const auto loaded = _load_game_configurations_from_file(path, base, globals);
         // A whole file that loads must be usable: its formulas evaluate without a fault. (An
         // overlay's absent keys hold no formula until it is laid over a base file.)
         if (loaded && base) {

@@ -1,7 +1,7 @@
 #pragma once
-// Shared by the libFuzzer harnesses: every input runs in a fresh context whose log is collected
-// and dropped (a fuzzer prints nothing but its findings), and readers of files get the input as
-// a file of this process's own.
+// Shared by the libFuzzer harnesses: every input runs with a collector of its own and its log
+// collected and dropped (a fuzzer prints nothing but its findings), and readers of files get the
+// input as a file of this process's own.
 
 #include <unistd.h>
 
@@ -11,14 +11,13 @@
 #include <string>
 #include <string_view>
 
-#include "runtime/context.h"
+#include "runtime/gc.h"
 #include "runtime/log.h"
 
 namespace veldra::fuzzing {
 
 struct FuzzScope {
-    Context context;
-    ContextScope scope{context};
+    GcScope collector;
     LogCapture capture;
 };
 

@@ -6,9 +6,10 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace veldra;
     fuzzing::FuzzScope scope;
-    initialize_level_cell_types();
+    LevelCellTypeTable types;
+    initialize_level_cell_types(types);
     const std::string path = fuzzing::input_file(fuzzing::as_text(data, size), ".txt");
-    const auto level = level_load_from_file(path);
+    const auto level = level_load_from_file(types, path);
     if (!level)
         return 0;
     for (const auto& row : level->cells)
@@ -17,7 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string copy = path + ".copy.txt";
     if (!level_write_to_file(*level, copy))
         __builtin_trap();
-    const auto again = level_load_from_file(copy);
+    const auto again = level_load_from_file(types, copy);
     if (!again || again->width != level->width || again->height != level->height)
         __builtin_trap();
     for (int cy = 0; cy < level->height; ++cy)

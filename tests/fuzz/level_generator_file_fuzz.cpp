@@ -29,8 +29,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!small_enough(text))
         return 0;
     fuzzing::FuzzScope scope;
-    initialize_level_cell_types();
+    LevelCellTypeTable types;
+    initialize_level_cell_types(types);
     const std::string path = fuzzing::input_file(text, ".json");
-    (void)generate_level_set(path, path + ".levels", std::nullopt);
+    (void)generate_level_set(types, path, path + ".levels", std::nullopt);
     return 0;
 }

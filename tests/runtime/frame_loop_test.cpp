@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "runtime/context.h"
+#include "runtime/gc.h"
 #include "runtime/runtime.h"
 #include "runtime/services.h"
 
@@ -20,12 +20,13 @@ class obj_frame_probe : public Instance {
 public:
     std::vector<std::string>* journal = nullptr;
     void on_step() override {
-        journal->push_back(services().input->frame().pressed(Key::space) ? "step:space" : "step");
+        journal->push_back(runtime().services().input->frame().pressed(Key::space) ? "step:space"
+                                                                                   : "step");
         if (request_in_step) {
             HttpRequest request;
             request.method = "POST";
             request.url = "http://127.0.0.1:9/trials";
-            services().http->request(request);
+            runtime().services().http->request(request);
         }
         request_in_step = false;
     }
@@ -34,7 +35,7 @@ public:
     }
     void on_draw() override {
         journal->push_back("draw");
-        services().renderer->draw_list().rect(1, 2, 3, 4, {10, 20, 30});
+        runtime().services().renderer->draw_list().rect(1, 2, 3, 4, {10, 20, 30});
     }
     bool request_in_step = true;
 };
@@ -42,14 +43,15 @@ public:
 class FrameLoopTest : public ::testing::Test {
 protected:
     FrameLoopTest() {
-        rt().start(rt().room_add({"room", nullptr}));
-        rt().instance_create<obj_frame_probe>(0, 0).journal = &journal;
+        runtime.start(runtime.room_add({"room", nullptr}));
+        runtime.instance_create<obj_frame_probe>(0, 0).journal = &journal;
     }
-    ScriptedInput& input() { return static_cast<ScriptedInput&>(*services().input); }
-    NullRenderer& renderer() { return static_cast<NullRenderer&>(*services().renderer); }
+    ScriptedInput& input() { return static_cast<ScriptedInput&>(*services.input); }
+    NullRenderer& renderer() { return static_cast<NullRenderer&>(*services.renderer); }
 
-    Context context;
-    ContextScope scope{context};
+    GcScope collector;
+    Services services;
+    Runtime runtime{services};
     std::vector<std::string> journal;
 };
 
@@ -59,23 +61,23 @@ TEST_F(FrameLoopTest, InputBeforeStepsHttpAnswersAfterThemAndTheDrawingIsPresent
     space.mouse_x = 800;
     input().frames.push_back(space);
 
-    run_program_frame(rt(), services());
+    run_program_frame(runtime, services);
     // The request made in this frame's step is answered in the next frame, after its steps.
     EXPECT_EQ(journal, (std::vector<std::string>{"step:space", "draw"}));
     ASSERT_EQ(renderer().last_frame.size(), 1u);
     EXPECT_EQ(renderer().last_frame[0].color, (Rgba{10, 20, 30}));
-    EXPECT_TRUE(services().renderer->draw_list().commands().empty());
+    EXPECT_TRUE(services.renderer->draw_list().commands().empty());
 
     journal.clear();
-    run_program_frame(rt(), services());
+    run_program_frame(runtime, services);
     EXPECT_EQ(journal,
               (std::vector<std::string>{"step", "http:http://127.0.0.1:9/trials:-1", "draw"}));
     // Once the script runs out, nothing is pressed and the mouse stays where it was.
-    EXPECT_FALSE(services().input->frame().pressed(Key::space));
-    EXPECT_EQ(services().input->frame().mouse_x, 800);
+    EXPECT_FALSE(services.input->frame().pressed(Key::space));
+    EXPECT_EQ(services.input->frame().mouse_x, 800);
     EXPECT_EQ(renderer().frames_presented, 2);
-    EXPECT_EQ(rt().frame_count(), 2);
-    EXPECT_DOUBLE_EQ(current_time(), 2 * 1000.0 / 60.0);
+    EXPECT_EQ(runtime.frame_count(), 2);
+    EXPECT_DOUBLE_EQ(runtime.current_time(), 2 * 1000.0 / 60.0);
 }
 
 TEST(SilentAudioTest, CountsWhatItWasAskedToPlayAndKeepsTheVolumeInRange) {

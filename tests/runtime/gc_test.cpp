@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "runtime/context.h"
+#include "runtime/process_state.h"
 #include "runtime/value.h"
 
 namespace veldra {
@@ -25,8 +25,7 @@ Value counted_method(int& freed, Value self = {}) {
 
 class GcTest : public ::testing::Test {
 protected:
-    Context context;
-    ContextScope scope{context};
+    GcScope collector;
 };
 
 TEST_F(GcTest, ReferenceCountsFreeNestedStructsAtOnce) {
@@ -142,12 +141,11 @@ TEST_F(GcTest, CollectionCalledFromADestructorItTriggeredIsIgnored) {
     EXPECT_EQ(nested_result, 0u);
 }
 
-TEST(GcContextTest, EndingAContextFreesItsCyclesAndDetachesLiveValues) {
+TEST(GcScopeTest, EndingAScopeFreesItsCyclesAndDetachesLiveValues) {
     int freed = 0;
     Value survivor;
     {
-        Context context;
-        ContextScope scope(context);
+        GcScope collector;
         Value cycle = Value::make_struct();
         cycle.set("run", counted_method(freed, cycle));
         cycle = Value();
@@ -162,8 +160,8 @@ TEST(GcContextTest, EndingAContextFreesItsCyclesAndDetachesLiveValues) {
     survivor = Value();
 }
 
-TEST(GcContextTest, StructsMadeWithoutAContextAreFreedByCount) {
-    ASSERT_FALSE(has_ctx());
+TEST(GcScopeTest, StructsMadeWithoutAScopeAreFreedByCount) {
+    ASSERT_EQ(process_state().collector, nullptr);
     int freed = 0;
     Value s = Value::make_struct();
     s.set("m", counted_method(freed));
@@ -172,27 +170,20 @@ TEST(GcContextTest, StructsMadeWithoutAContextAreFreedByCount) {
     EXPECT_EQ(freed, 1);
 }
 
-TEST(GcContextTest, EachContextCollectsOnlyItsOwnObjects) {
-    Context first;
-    Context second;
-    Value from_first;
+TEST(GcScopeTest, EachScopeCollectsOnlyItsOwnObjects) {
+    GcScope outer;
+    Value cycle = Value::make_struct();
+    cycle.set("me", cycle);
+    cycle = Value();  // unreachable now, and the outer scope's
     {
-        ContextScope scope(first);
-        from_first = Value::make_struct();
-        from_first.set("me", from_first);
+        GcScope inner;
+        Value own = Value::make_struct();
+        own.set("me", own);
+        own = Value();
+        EXPECT_EQ(gc_object_count(), 1u);
+        EXPECT_EQ(gc_collect(), 1u);
     }
-    ContextScope scope(second);
-    Value from_second = Value::make_struct();
-    from_second.set("peer", from_first);
-    from_first = Value();
-    EXPECT_EQ(gc_collect(), 0u);
     EXPECT_EQ(gc_object_count(), 1u);
-    {
-        ContextScope back(first);
-        EXPECT_EQ(gc_collect(), 0u);  // still held by the struct of the second context
-    }
-    from_second = Value();
-    ContextScope back(first);
     EXPECT_EQ(gc_collect(), 1u);
 }
 

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <limits>
 
-#include "runtime/context.h"
+#include "runtime/gc.h"
 
 namespace veldra {
 namespace {
@@ -57,8 +57,7 @@ TEST(NumberToString, IgnoresTheCLocale) {
 
 class ValueToStringTest : public ::testing::Test {
 protected:
-    Context context;
-    ContextScope scope{context};
+    GcScope collector;
 };
 
 TEST_F(ValueToStringTest, Scalars) {

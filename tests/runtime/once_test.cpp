@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "runtime/callstack.h"
-#include "runtime/context.h"
+#include "runtime/gc.h"
 #include "runtime/log.h"
 
 namespace veldra {
@@ -27,8 +27,7 @@ void start_up(bool& called) {
 }
 
 TEST(OnceOnly, SecondCallLogsTheMessageWithTheCallStack) {
-    Context context;
-    ContextScope scope(context);
+    GcScope collector;
     LogCapture capture;
     bool called = false;
     EXPECT_TRUE(once_only_first_call(called));
@@ -42,8 +41,7 @@ TEST(OnceOnly, SecondCallLogsTheMessageWithTheCallStack) {
 }
 
 TEST(OnceOnly, TheCallStackShowsEachCallerOnceInnermostFirst) {
-    Context context;
-    ContextScope scope(context);
+    GcScope collector;
     LogCapture capture;
     bool called = true;
     start_up(called);

@@ -5,7 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "runtime/context.h"
+#include "runtime/gc.h"
+#include "runtime/services.h"
 
 namespace veldra {
 namespace {
@@ -43,10 +44,10 @@ class RuntimeTest : public ::testing::Test {
 protected:
     RuntimeTest() { journal = &lines; }
     ~RuntimeTest() override { journal = nullptr; }
-    Context context;
-    ContextScope scope{context};
+    GcScope collector;
+    Services services;
+    Runtime runtime{services};
     std::vector<std::string> lines;
-    Runtime& runtime = rt();
 };
 
 TEST_F(RuntimeTest, FrameRaisesTheEightEventsInTheirFixedOrder) {

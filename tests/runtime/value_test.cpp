@@ -4,7 +4,6 @@
 
 #include <cmath>
 
-#include "runtime/context.h"
 #include "runtime/gc.h"
 
 namespace veldra {
@@ -12,8 +11,7 @@ namespace {
 
 class ValueTest : public ::testing::Test {
 protected:
-    Context context;
-    ContextScope scope{context};
+    GcScope collector;
 };
 
 TEST_F(ValueTest, KindsAndTypeNames) {

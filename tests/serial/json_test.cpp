@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-#include "runtime/context.h"
+#include "runtime/gc.h"
 #include "runtime/log.h"
 
 namespace veldra {
@@ -12,8 +12,7 @@ namespace {
 
 class JsonTest : public ::testing::Test {
 protected:
-    Context context;
-    ContextScope scope{context};
+    GcScope collector;
     LogCapture log;
 };
 

@@ -7,9 +7,13 @@
 #include <vector>
 
 #include "config/game_configurations.h"
+#include "creatures/creature_pathfinding.h"
+#include "creatures/human_action_type.h"
+#include "creatures/trial_world.h"
 #include "runtime/assertion.h"
-#include "runtime/context.h"
+#include "runtime/gc.h"
 #include "runtime/runtime.h"
+#include "runtime/services.h"
 #include "runtime/value.h"
 #include "trials/ticker.h"
 #include "util/rng.h"
@@ -25,8 +29,9 @@ class obj_guarded : public Instance {
 
 class AssertionDeathTest : public ::testing::Test {
 protected:
-    Context context;
-    ContextScope scope{context};
+    GcScope collector;
+    Services services;
+    Runtime runtime{services};
 };
 
 int half_of_even(int n) {
@@ -51,12 +56,18 @@ TEST_F(AssertionDeathTest, PassingConditionNeitherAbortsNorBuildsTheHint) {
     EXPECT_EQ(hints_built, 0);
 }
 
-TEST(AssertionDeathTestNoContext, ContextReachedWithoutOneDies) {
-    EXPECT_DEATH(ctx(), "no current Context");
+TEST_F(AssertionDeathTest, ConfigurationsReadBeforeLoadingDie) {
+    ConfigsState configs;
+    EXPECT_DEATH(configs.get(), "before the configurations were loaded");
 }
 
-TEST_F(AssertionDeathTest, ConfigurationsReadBeforeLoadingDie) {
-    EXPECT_DEATH(configs(), "before the configurations were loaded");
+TEST_F(AssertionDeathTest, CreaturesTickedOutsideATrialDie) {
+    ConfigsState configs;
+    HumanActionTypes action_types;
+    CreaturePathfinding pathfinding;
+    TrialWorld world{runtime, configs, action_types, pathfinding};
+    EXPECT_DEATH(world.current_terrain(), "before the trial set its terrain");
+    EXPECT_DEATH(world.trial_rng(), "before the trial set its generator");
 }
 
 TEST_F(AssertionDeathTest, ValueIndexPastTheEndDies) {
@@ -82,17 +93,17 @@ TEST_F(AssertionDeathTest, TerrainWithTooFewCellsDies) {
 
 TEST_F(AssertionDeathTest, TickerMisuseDies) {
     Ticker uninitialized;
-    EXPECT_DEATH(uninitialized.tick(), "Ticker used before initialize");
+    EXPECT_DEATH(uninitialized.tick(runtime), "Ticker used before initialize");
 
     Ticker ticker;
     ticker.initialize(3);
-    ticker.on_tick(rt().instance_create<obj_guarded>(0, 0).id(),
-                   [&ticker](std::int64_t, Rng&) { ticker.tick(); });
-    EXPECT_DEATH(ticker.tick(), "Ticker::tick called from inside a tick handler");
+    ticker.on_tick(runtime.instance_create<obj_guarded>(0, 0).id(),
+                   [this, &ticker](std::int64_t, Rng&) { ticker.tick(runtime); });
+    EXPECT_DEATH(ticker.tick(runtime), "Ticker::tick called from inside a tick handler");
 }
 
 TEST_F(AssertionDeathTest, RoomThatWasNeverAddedDies) {
-    EXPECT_DEATH(rt().room_goto(3), "room_goto to a room that was never added");
+    EXPECT_DEATH(runtime.room_goto(3), "room_goto to a room that was never added");
 }
 
 }  // namespace

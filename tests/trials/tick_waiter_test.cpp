@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "runtime/context.h"
+#include "runtime/gc.h"
 #include "runtime/runtime.h"
 #include "runtime/services.h"
 #include "trials/ticker.h"
@@ -18,13 +18,14 @@ class TickWaiterTest : public ::testing::Test {
 protected:
     TickWaiterTest() { ticker.initialize(1); }
     void frame() {
-        rt().run_frame();
-        services().clock->frame_done();
+        runtime.run_frame();
+        services.clock->frame_done();
     }
-    InstanceId make_stand_in() { return rt().instance_create<obj_stand_in>(0, 0).id(); }
+    InstanceId make_stand_in() { return runtime.instance_create<obj_stand_in>(0, 0).id(); }
 
-    Context context;
-    ContextScope scope{context};
+    GcScope collector;
+    Services services;
+    Runtime runtime{services};
     Ticker ticker;
     InstanceId trial = make_stand_in();
     InstanceId creature = make_stand_in();
@@ -32,33 +33,33 @@ protected:
 
 TEST_F(TickWaiterTest, WaitTicksFulfilsAfterThatManyTicksAndAtLeastOne) {
     for (std::int64_t n : {1, 0, -3}) {
-        Promise waited = wait_ticks(ticker, trial, creature, n);
+        Promise waited = wait_ticks(runtime, ticker, trial, creature, n);
         EXPECT_TRUE(waited.is_pending());
-        ticker.tick();
+        ticker.tick(runtime);
         EXPECT_TRUE(waited.is_fulfilled()) << "num_ticks " << n;
     }
-    Promise three = wait_ticks(ticker, trial, creature, 3);
-    ticker.tick();
-    ticker.tick();
+    Promise three = wait_ticks(runtime, ticker, trial, creature, 3);
+    ticker.tick(runtime);
+    ticker.tick(runtime);
     EXPECT_TRUE(three.is_pending());
-    ticker.tick();
+    ticker.tick(runtime);
     EXPECT_TRUE(three.is_fulfilled());
-    EXPECT_EQ(rt().instance_number<obj_tick_waiter>(), 0u);
+    EXPECT_EQ(runtime.instance_number<obj_tick_waiter>(), 0u);
 }
 
 TEST_F(TickWaiterTest, WaitTicksStaysPendingWhenItsTrialOrInstanceGoes) {
-    Promise orphaned = wait_ticks(ticker, trial, creature, 2);
-    rt().instance_destroy(trial);
+    Promise orphaned = wait_ticks(runtime, ticker, trial, creature, 2);
+    runtime.instance_destroy(trial);
     frame();
-    EXPECT_EQ(rt().instance_number<obj_tick_waiter>(), 0u);
-    ticker.tick();
-    ticker.tick();
+    EXPECT_EQ(runtime.instance_number<obj_tick_waiter>(), 0u);
+    ticker.tick(runtime);
+    ticker.tick(runtime);
     EXPECT_TRUE(orphaned.is_pending());
 
     const InstanceId other_trial = make_stand_in();
-    Promise ownerless = wait_ticks(ticker, other_trial, creature, 1);
-    rt().instance_destroy(creature);
-    ticker.tick();
+    Promise ownerless = wait_ticks(runtime, ticker, other_trial, creature, 1);
+    runtime.instance_destroy(creature);
+    ticker.tick(runtime);
     EXPECT_TRUE(ownerless.is_pending());
 }
 

@@ -5,8 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "runtime/context.h"
+#include "runtime/gc.h"
 #include "runtime/runtime.h"
+#include "runtime/services.h"
 
 namespace veldra {
 namespace {
@@ -18,7 +19,7 @@ class obj_ticking : public Instance {
 class TickerTest : public ::testing::Test {
 protected:
     TickerTest() { ticker.initialize(42); }
-    InstanceId make_owner() { return rt().instance_create<obj_ticking>(0, 0).id(); }
+    InstanceId make_owner() { return runtime.instance_create<obj_ticking>(0, 0).id(); }
     // A handler that notes its name and the tick number it was given.
     Ticker::Callback noting(std::string name) {
         return [this, name](std::int64_t tick, Rng&) {
@@ -26,8 +27,9 @@ protected:
         };
     }
 
-    Context context;
-    ContextScope scope{context};
+    GcScope collector;
+    Services services;
+    Runtime runtime{services};
     Ticker ticker;
     std::vector<std::string> journal;
 };
@@ -37,9 +39,9 @@ TEST_F(TickerTest, HandlersRunInRegistrationOrderWithTheTickNumber) {
     ticker.on_tick(owner, noting("a"));
     ticker.on_tick(owner, noting("b"));
     EXPECT_EQ(ticker.spent_ticks, 0);
-    ticker.tick();
+    ticker.tick(runtime);
     EXPECT_EQ(ticker.spent_ticks, 1);
-    ticker.tick();
+    ticker.tick(runtime);
     EXPECT_EQ(journal, (std::vector<std::string>{"a0", "b0", "a1", "b1"}));
 }
 
@@ -49,9 +51,9 @@ TEST_F(TickerTest, HandlerOfADestroyedOwnerIsDroppedAndTheNextStillRuns) {
     ticker.on_tick(doomed, noting("doomed"));
     ticker.on_tick(doomed, noting("doomed"));
     ticker.on_tick(kept, noting("kept"));
-    rt().instance_destroy(doomed);
+    runtime.instance_destroy(doomed);
     EXPECT_EQ(ticker.handler_count(), 3u);
-    ticker.tick();
+    ticker.tick(runtime);
     EXPECT_EQ(journal, std::vector<std::string>{"kept0"});
     EXPECT_EQ(ticker.handler_count(), 1u);
 }
@@ -65,7 +67,7 @@ TEST_F(TickerTest, HandlerRegisteredDuringATickRunsInThatTick) {
             for (int i = 0; i < 100; ++i)
                 ticker.on_tick(owner, noting("late"));
     });
-    ticker.tick();
+    ticker.tick(runtime);
     ASSERT_EQ(journal.size(), 101u);
     EXPECT_EQ(journal.front(), "first0");
     EXPECT_EQ(journal.back(), "late0");
@@ -74,7 +76,7 @@ TEST_F(TickerTest, HandlerRegisteredDuringATickRunsInThatTick) {
 TEST_F(TickerTest, HandlerMayDestroyOwnersAndFreeTheTicker) {
     const InstanceId owner = make_owner();
     const InstanceId victim = make_owner();
-    ticker.on_tick(owner, [&](std::int64_t, Rng&) { rt().instance_destroy(victim); });
+    ticker.on_tick(owner, [&](std::int64_t, Rng&) { runtime.instance_destroy(victim); });
     ticker.on_tick(victim, noting("victim"));
     ticker.on_tick(owner, [&](std::int64_t, Rng&) {
         journal.push_back("freeing");
@@ -82,7 +84,7 @@ TEST_F(TickerTest, HandlerMayDestroyOwnersAndFreeTheTicker) {
         journal.push_back("still alive");
     });
     ticker.on_tick(owner, noting("after free"));
-    ticker.tick();
+    ticker.tick(runtime);
     EXPECT_EQ(journal, (std::vector<std::string>{"freeing", "still alive"}));
     EXPECT_EQ(ticker.handler_count(), 0u);
     EXPECT_EQ(ticker.spent_ticks, 1);
@@ -94,8 +96,8 @@ TEST_F(TickerTest, HandlersShareTheTickersOwnSeededGenerator) {
     auto draw = [&](std::int64_t, Rng& rng) { draws.push_back(rng.rng_random(1)); };
     ticker.on_tick(owner, draw);
     ticker.on_tick(owner, draw);
-    ticker.tick();
-    ticker.tick();
+    ticker.tick(runtime);
+    ticker.tick(runtime);
     Rng expected(42);
     ASSERT_EQ(draws.size(), 4u);
     for (double d : draws)
@@ -104,9 +106,9 @@ TEST_F(TickerTest, HandlersShareTheTickersOwnSeededGenerator) {
 
 TEST_F(TickerTest, ResetDropsHandlersButKeepsTheCount) {
     ticker.on_tick(make_owner(), noting("a"));
-    ticker.tick();
+    ticker.tick(runtime);
     ticker.reset();
-    ticker.tick();
+    ticker.tick(runtime);
     EXPECT_EQ(journal, std::vector<std::string>{"a0"});
     EXPECT_EQ(ticker.spent_ticks, 2);
 }

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "runtime/context.h"
+#include "runtime/gc.h"
 #include "util/text.h"
 
 namespace veldra {
@@ -10,8 +10,7 @@ namespace {
 
 class TrialDataTest : public ::testing::Test {
 protected:
-    Context context;
-    ContextScope scope{context};
+    GcScope collector;
 };
 
 TEST_F(TrialDataTest, HeaderHasTheThirtyThreeSortedColumns) {

@@ -9,11 +9,13 @@
 #include "config/game_configurations.h"
 #include "config/program_parameters.h"
 #include "creatures/human_player.h"
-#include "runtime/context.h"
+#include "runtime/gc.h"
 #include "runtime/log.h"
 #include "runtime/runtime.h"
+#include "runtime/services.h"
 #include "serial/json.h"
 #include "trials/game_systems.h"
+#include "trials/simulation_state.h"
 #include "trials/trial_data.h"
 #include "world/level_file.h"
 
@@ -24,42 +26,44 @@ class TrialTest : public ::testing::Test {
 protected:
     void SetUp() override {
         setenv("VeldraProjectDir", VELDRA_SOURCE_DIR, 1);
-        initialize_game_systems();
-        ASSERT_TRUE(reload_game_configurations(""));
-        rt().start(rt().room_add({"rm_game", nullptr}));
+        initialize_game_systems(sim);
+        ASSERT_TRUE(reload_game_configurations(sim.configs, ""));
+        runtime.start(runtime.room_add({"rm_game", nullptr}));
     }
-    void TearDown() override { rt().shutdown(); }
+    void TearDown() override { runtime.shutdown(); }
 
-    GameConfigurations& mutable_configs() { return *ctx().slot<ConfigsSlot>().configs; }
+    GameConfigurations& mutable_configs() { return *sim.configs.configs; }
 
-    static Level level_from_rows(const std::vector<std::string>& rows) {
+    Level level_from_rows(const std::vector<std::string>& rows) const {
         std::vector<std::vector<LevelCell>> cells;
         for (int cy = 0; cy < static_cast<int>(rows.size()); ++cy) {
             cells.emplace_back();
             for (int cx = 0; cx < static_cast<int>(rows[cy].size()); ++cx)
-                cells.back().push_back({cx, cy, level_cell_type_from_char(rows[cy][cx])});
+                cells.back().push_back({cx, cy, sim.cell_types.from_char(rows[cy][cx])});
         }
-        return Level("test", std::move(cells));
+        return Level("test", std::move(cells), sim.cell_types);
     }
 
     obj_trial& make_trial(const Level& level, bool is_auto_run, double game_speed = 1,
                           double seed = 3) {
-        auto& trial = rt().instance_create<obj_trial>(0, 0);
-        set_current_trial(trial.id());
+        auto& trial = runtime.instance_create<obj_trial>(0, 0, "Instances", sim);
+        sim.trial.trial = trial.id();
         trial.initialize(level, seed, is_auto_run, game_speed, 0);
         return trial;
     }
 
     // Leaves the room as the next trial finds it: no entities of the last one.
-    static void restart_room() {
-        rt().room_restart();
-        rt().run_frame();
+    void restart_room() {
+        runtime.room_restart();
+        runtime.run_frame();
     }
 
-    Context context;
-    ContextScope scope{context};
+    GcScope collector;
+    Services services;
+    Runtime runtime{services};
+    SimulationState sim{runtime};
     LogCapture capture;
-    static Level lonely_player() { return level_from_rows({"xxxxx", "x p x", "xxxxx"}); }
+    Level lonely_player() const { return level_from_rows({"xxxxx", "x p x", "xxxxx"}); }
 };
 
 TEST_F(TrialTest, SurvivingTrialRunsExactlyItsTicksAndEndsOnTheNextCall) {
@@ -70,9 +74,9 @@ TEST_F(TrialTest, SurvivingTrialRunsExactlyItsTicksAndEndsOnTheNextCall) {
     EXPECT_EQ(trial.ticker.spent_ticks, 30);
     EXPECT_EQ(result.time_left, 0);
     EXPECT_EQ(result.num_humans_remaining, 1);
-    EXPECT_EQ(result.energy_remaining, configs().human_starting_energy);
+    EXPECT_EQ(result.energy_remaining, sim.configs.get().human_starting_energy);
     EXPECT_EQ(result.trial_score,
-              configs().trial_score(PersonalityTraits{}, result.energy_remaining / 10, 1));
+              sim.configs.get().trial_score(PersonalityTraits{}, result.energy_remaining / 10, 1));
     EXPECT_FALSE(trial.tick());  // the result is never replaced
     EXPECT_EQ(trial.state, TrialState::Reported);
 }
@@ -84,7 +88,7 @@ TEST_F(TrialTest, AutomaticTrialRunsToItsEndAtAnyGameSpeed) {
         auto result = std::get<TrialResult>(trial.start(PersonalityTraits{}));
         EXPECT_EQ(result.outcome, TrialOutcome::survived) << speed;
         EXPECT_EQ(trial.ticker.spent_ticks, 30) << speed;
-        rt().instance_destroy(trial.id());
+        runtime.instance_destroy(trial.id());
     }
 }
 
@@ -161,9 +165,9 @@ TEST_F(TrialTest, AiHumanWithAnUnknownTypeNumberGetsDefaultRangesAndAnError) {
 }
 
 TEST_F(TrialTest, SameSeedGivesTheSameResultAndEvents) {
-    program_params().trial_level = "level";  // log the trial's events
-    auto level =
-        level_load_from_file(std::string(VELDRA_SOURCE_DIR) + "/datafiles/levels/level_05.txt");
+    sim.log_automatic_trial_events = true;
+    auto level = level_load_from_file(
+        sim.cell_types, std::string(VELDRA_SOURCE_DIR) + "/datafiles/levels/level_05.txt");
     ASSERT_TRUE(level);
     auto run = [&](double seed) {
         capture.lines.clear();

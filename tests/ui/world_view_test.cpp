@@ -12,13 +12,13 @@ namespace {
 class WorldViewTest : public testing::CreatureTest {
 protected:
     obj_world_view& attach_view() {
-        auto& view = rt().instance_create<obj_world_view>(0, 0);
-        view.attach(trial_world(), *terrain);
+        auto& view = runtime.instance_create<obj_world_view>(0, 0);
+        view.attach(world, *terrain);
         return view;
     }
     void frames(int count) {
         for (int i = 0; i < count; ++i)
-            rt().run_frame();
+            runtime.run_frame();
     }
 };
 
@@ -67,7 +67,7 @@ TEST_F(WorldViewTest, AnAttackPlaysInTheViewsAndADeathLeavesACorpseThatFades) {
     const InstanceId id = right.id();
     right.energy = 0;
     tick();
-    ASSERT_FALSE(rt().instance_exists(id));
+    ASSERT_FALSE(runtime.instance_exists(id));
     ASSERT_EQ(view.deaths.size(), 1u);
     EXPECT_EQ(view.deaths[0].x, centre(1));
     EXPECT_EQ(view.deaths[0].xscale, -1);
@@ -84,12 +84,12 @@ TEST_F(WorldViewTest, AnAttackPlaysInTheViewsAndADeathLeavesACorpseThatFades) {
 TEST_F(WorldViewTest, CreaturesOutliveTheirViewSafelyAndTrialsNeedNoView) {
     load({"   "}, false);
     auto& monster = create<obj_monster>(centre(0), centre(0));
-    rt().instance_destroy(attach_view().id());
+    runtime.instance_destroy(attach_view().id());
     monster.start_animation(CREATURE_ANIMATION_DUCK, 0, 0, 5);
     monster.energy = 0;
     tick();  // dies with nobody watching
-    EXPECT_EQ(rt().instance_number<obj_world_view>(), 0u);
-    EXPECT_EQ(trial_world().creature_died.size(), 0u);
+    EXPECT_EQ(runtime.instance_number<obj_world_view>(), 0u);
+    EXPECT_EQ(world.creature_died.size(), 0u);
 }
 
 TEST_F(WorldViewTest, EntitiesAreDrawnTopToBottomWithTiesInCreationOrder) {
@@ -97,7 +97,7 @@ TEST_F(WorldViewTest, EntitiesAreDrawnTopToBottomWithTiesInCreationOrder) {
     const InstanceId low = create<obj_food>(centre(0), centre(1)).id();
     const InstanceId high = create<obj_food>(centre(1), centre(0)).id();
     const InstanceId high_later = create<obj_monster>(centre(2), centre(0)).id();
-    EXPECT_EQ(entity_draw_order(rt()), (std::vector<InstanceId>{high, high_later, low}));
+    EXPECT_EQ(entity_draw_order(runtime), (std::vector<InstanceId>{high, high_later, low}));
 }
 
 TEST(FoodBobTest, StaysWithinTwoPixelsAboveAndDiffersBetweenNeighbours) {

@@ -53,13 +53,13 @@ protected:
 
 TEST_F(LevelGenerator, SameStateSameLevel) {
     Rng a(101), b(101);
-    const auto first = generate_level(32, 24, 3, 4, 5, 20, a);
-    const auto second = generate_level(32, 24, 3, 4, 5, 20, b);
+    const auto first = generate_level(types, 32, 24, 3, 4, 5, 20, a);
+    const auto second = generate_level(types, 32, 24, 3, 4, 5, 20, b);
     ASSERT_TRUE(first && second);
     EXPECT_EQ(rows_of(*first), rows_of(*second));
     EXPECT_EQ(a.seed, b.seed);
     EXPECT_TRUE(first->name.empty());
-    const auto third = generate_level(32, 24, 3, 4, 5, 20, a);
+    const auto third = generate_level(types, 32, 24, 3, 4, 5, 20, a);
     ASSERT_TRUE(third);
     EXPECT_NE(rows_of(*first), rows_of(*third));
 }
@@ -67,7 +67,7 @@ TEST_F(LevelGenerator, SameStateSameLevel) {
 TEST_F(LevelGenerator, IslandWithRocksInsideAndHolesOutside) {
     for (const auto& [width, height, seed] : {std::tuple{24, 24, 1}, {40, 18, 2}, {17, 31, 3}}) {
         Rng rng(seed);
-        const auto level = generate_level(width, height, 2, 3, 4, 15, rng);
+        const auto level = generate_level(types, width, height, 2, 3, 4, 15, rng);
         ASSERT_TRUE(level) << width << " x " << height;
         EXPECT_EQ(level->width, width);
         EXPECT_EQ(level->height, height);
@@ -75,7 +75,7 @@ TEST_F(LevelGenerator, IslandWithRocksInsideAndHolesOutside) {
         for (const auto& row : level->cells) {
             for (const LevelCell& cell : row) {
                 const double distance = point_distance(cell.cx, cell.cy, width / 2.0, height / 2.0);
-                ASSERT_EQ(cell.type == lct().LCT_hole, distance >= radius)
+                ASSERT_EQ(cell.type == types.LCT_hole, distance >= radius)
                     << "cell " << cell.cx << ", " << cell.cy;
             }
         }
@@ -85,35 +85,35 @@ TEST_F(LevelGenerator, IslandWithRocksInsideAndHolesOutside) {
 
 TEST_F(LevelGenerator, PlacesRequestedThings) {
     Rng rng(7);
-    const auto level = generate_level(30, 30, 3, 4, 5, 25, rng);
+    const auto level = generate_level(types, 30, 30, 3, 4, 5, 25, rng);
     ASSERT_TRUE(level);
-    EXPECT_EQ(level_get_num_cells_of_type(*level, lct().LCT_player), 1);
-    EXPECT_EQ(level_get_num_cells_of_type(*level, lct().LCT_monster), 3);
-    EXPECT_EQ(level_get_num_cells_of_type(*level, lct().LCT_food), 4);
-    EXPECT_EQ(level_get_num_cells_of_type(*level, lct().LCT_human_random), 5);
-    EXPECT_EQ(level_get_num_cells_of_type(*level, lct().LCT_sand), 25);
-    EXPECT_GT(level_get_num_cells_of_type(*level, lct().LCT_rock), 0);
+    EXPECT_EQ(level_get_num_cells_of_type(*level, types.LCT_player), 1);
+    EXPECT_EQ(level_get_num_cells_of_type(*level, types.LCT_monster), 3);
+    EXPECT_EQ(level_get_num_cells_of_type(*level, types.LCT_food), 4);
+    EXPECT_EQ(level_get_num_cells_of_type(*level, types.LCT_human_random), 5);
+    EXPECT_EQ(level_get_num_cells_of_type(*level, types.LCT_sand), 25);
+    EXPECT_GT(level_get_num_cells_of_type(*level, types.LCT_rock), 0);
 }
 
 TEST_F(LevelGenerator, MoreMonstersThanRoomFillsEveryFreeCell) {
     Rng rng(8);
-    const auto level = generate_level(16, 16, 10000, 5, 5, 0, rng);
+    const auto level = generate_level(types, 16, 16, 10000, 5, 5, 0, rng);
     ASSERT_TRUE(level);
-    EXPECT_EQ(level_get_num_cells_of_type(*level, lct().LCT_empty), 0);
-    EXPECT_EQ(level_get_num_cells_of_type(*level, lct().LCT_food), 0);
-    EXPECT_EQ(level_get_num_cells_of_type(*level, lct().LCT_human_random), 0);
-    EXPECT_EQ(level_get_num_cells_of_type(*level, lct().LCT_player), 1);
-    EXPECT_EQ(level_get_num_cells_of_type(*level, lct().LCT_monster), traversable(*level) - 1);
+    EXPECT_EQ(level_get_num_cells_of_type(*level, types.LCT_empty), 0);
+    EXPECT_EQ(level_get_num_cells_of_type(*level, types.LCT_food), 0);
+    EXPECT_EQ(level_get_num_cells_of_type(*level, types.LCT_human_random), 0);
+    EXPECT_EQ(level_get_num_cells_of_type(*level, types.LCT_player), 1);
+    EXPECT_EQ(level_get_num_cells_of_type(*level, types.LCT_monster), traversable(*level) - 1);
 }
 
 TEST_F(LevelGenerator, ImpossibleRequestsEndWithNothing) {
     Rng rng(9);
     const double before = rng.seed;
-    EXPECT_FALSE(generate_level(2, 2, 1, 1, 1, 0, rng));
+    EXPECT_FALSE(generate_level(types, 2, 2, 1, 1, 1, 0, rng));
     EXPECT_NE(rng.seed, before);  // all attempts ran, each drawing its noise
-    EXPECT_FALSE(generate_level(0, 5, 1, 1, 1, 0, rng));
+    EXPECT_FALSE(generate_level(types, 0, 5, 1, 1, 1, 0, rng));
     // Sand asked for every empty cell leaves no room for the player; growth must still stop.
-    EXPECT_FALSE(generate_level(12, 12, 0, 0, 0, 100000, rng));
+    EXPECT_FALSE(generate_level(types, 12, 12, 0, 0, 0, 100000, rng));
 }
 
 }  // namespace

@@ -26,15 +26,15 @@ TEST_F(LevelModel, ShortRowsArePaddedWithEmptyCells) {
 
 TEST_F(LevelModel, CountsOfTypes) {
     const Level level = level_from_rows({"xxxx", "xhpx", "x0sx", "xxxx"});
-    EXPECT_EQ(level_get_num_cells_of_type(level, lct().LCT_hole), 12);
-    EXPECT_EQ(level_get_num_cells_of_type(level, lct().LCT_rock), 0);
-    const std::vector<const LevelCellType*> humans{lct().LCT_human_random,
-                                                   lct().all_typed_human_ai_level_cell_types[0]};
+    EXPECT_EQ(level_get_num_cells_of_type(level, types.LCT_hole), 12);
+    EXPECT_EQ(level_get_num_cells_of_type(level, types.LCT_rock), 0);
+    const std::vector<const LevelCellType*> humans{types.LCT_human_random,
+                                                   types.all_typed_human_ai_level_cell_types[0]};
     EXPECT_EQ(level_get_num_cells_of_types(level, humans), 2);
     EXPECT_EQ(level_get_num_cells_of_types(level, {}), 0);
 
     const Level holes = level_from_rows({"xxx", "xxx"});
-    const Terrain terrain = level_dump(holes);
+    const Terrain terrain = level_dump(holes, no_spawning);
     for (const TerrainCell& cell : terrain.cells)
         EXPECT_FALSE(cell.is_traversable);
 }
@@ -43,7 +43,6 @@ TEST_F(LevelModel, CountsOfTypes) {
 class LevelDump : public testing::WorldTest {
 protected:
     LevelDump() {
-        auto& hooks = level_spawn_hooks();
         const auto recorder = [this](const char* kind) {
             return [this, kind](const TerrainCell& cell) { record(kind, cell); };
         };
@@ -59,12 +58,13 @@ protected:
         calls.push_back(kind + "@" + std::to_string(cell.cx) + "," + std::to_string(cell.cy));
     }
 
+    LevelSpawnHooks hooks;
     std::vector<std::string> calls;
 };
 
 TEST_F(LevelDump, SpawnsInRowMajorOrder) {
     const Level level = level_from_rows({"xrp", "m3s", "hfx"});
-    const Terrain terrain = level_dump(level);
+    const Terrain terrain = level_dump(level, hooks);
     EXPECT_EQ(calls, (std::vector<std::string>{"player@2,0", "monster@0,1", "human3@1,1",
                                                "human@0,2", "food@1,2"}));
     EXPECT_EQ(terrain.width, 3);
@@ -78,7 +78,7 @@ TEST_F(LevelDump, SpawnsInRowMajorOrder) {
 
 TEST_F(LevelDump, RocksAndSandAreTerrainOnly) {
     const Level level = level_from_rows({"rs", "sp"});
-    const Terrain terrain = level_dump(level);
+    const Terrain terrain = level_dump(level, hooks);
     EXPECT_EQ(calls, (std::vector<std::string>{"player@1,1"}));
     EXPECT_TRUE(terrain.cell_at(0, 0)->is_rock);
     EXPECT_TRUE(terrain.cell_at(1, 0)->is_sand);
@@ -87,10 +87,9 @@ TEST_F(LevelDump, RocksAndSandAreTerrainOnly) {
 }
 
 TEST_F(LevelDump, UnsetHooksDoNothingAndLevelIsUnchanged) {
-    level_spawn_hooks() = LevelSpawnHooks{};
     const Level level = level_from_rows({"hp", "mf"});
-    const Terrain first = level_dump(level);
-    const Terrain second = level_dump(level);
+    const Terrain first = level_dump(level, no_spawning);
+    const Terrain second = level_dump(level, no_spawning);
     EXPECT_TRUE(calls.empty());
     EXPECT_EQ(rows_of(level), (std::vector<std::string>{"hp", "mf"}));
     EXPECT_EQ(first.cells.size(), second.cells.size());

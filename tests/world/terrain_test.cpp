@@ -13,8 +13,8 @@ namespace {
 
 class TerrainTest : public testing::WorldTest {
 protected:
-    static Terrain terrain_of(const std::vector<std::string>& rows) {
-        return level_dump(level_from_rows(rows));
+    Terrain terrain_of(const std::vector<std::string>& rows) const {
+        return level_dump(level_from_rows(rows), no_spawning);
     }
 
     static int colliding(const Terrain& terrain, int ax, int ay, int bx, int by) {

@@ -1,6 +1,6 @@
 #pragma once
-// Shared by the world tests: a fresh context with the cell-type table built, levels written as
-// rows of characters, and a scratch directory removed afterwards.
+// Shared by the world tests: a cell-type table of the test's own, levels written as rows of
+// characters, and a scratch directory removed afterwards.
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,6 @@
 #include <string>
 #include <vector>
 
-#include "runtime/context.h"
 #include "support/scratch_directory.h"
 #include "world/level.h"
 #include "world/level_cell_types.h"
@@ -18,7 +17,7 @@ namespace veldra::testing {
 
 class WorldTest : public ::testing::Test {
 protected:
-    WorldTest() : scope_(context_) { initialize_level_cell_types(); }
+    WorldTest() { initialize_level_cell_types(types); }
 
     // A directory of this test's own, made on first use.
     const std::filesystem::path& scratch() {
@@ -28,16 +27,16 @@ protected:
     }
 
     // Each string a row, each character a cell; unknown characters are a test mistake.
-    static Level level_from_rows(const std::vector<std::string>& rows) {
+    Level level_from_rows(const std::vector<std::string>& rows) const {
         std::vector<std::vector<LevelCell>> cells(rows.size());
         for (std::size_t cy = 0; cy < rows.size(); ++cy) {
             for (std::size_t cx = 0; cx < rows[cy].size(); ++cx) {
-                const LevelCellType* type = level_cell_type_from_char(rows[cy][cx]);
+                const LevelCellType* type = types.from_char(rows[cy][cx]);
                 EXPECT_NE(type, nullptr) << "no cell type for '" << rows[cy][cx] << "'";
                 cells[cy].push_back(LevelCell{int(cx), int(cy), type});
             }
         }
-        return Level("test", std::move(cells));
+        return Level("test", std::move(cells), types);
     }
 
     static std::vector<std::string> rows_of(const Level& level) {
@@ -51,9 +50,10 @@ protected:
         return rows;
     }
 
+    LevelCellTypeTable types;
+    LevelSpawnHooks no_spawning;  // levels dumped here create no entities
+
 private:
-    Context context_;
-    ContextScope scope_;
     std::optional<ScratchDirectory> scratch_;
 };
 
