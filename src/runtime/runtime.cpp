@@ -16,7 +16,7 @@ void Runtime::adopt(std::unique_ptr<Instance> owned) {
     inst.id_ = next_id_++;
     inst.alive_ = true;
     inst.runtime_ = this;
-    by_id_.emplace(inst.id_, &inst);
+    by_id_[inst.id_] = &inst;
     // Asking for the type first makes sure its descriptor (and its ancestors') has an index.
     const ObjectType& type = inst.object_type();
     if (by_type_.size() < object_type_count()) {
@@ -31,8 +31,8 @@ void Runtime::adopt(std::unique_ptr<Instance> owned) {
 }
 
 Instance* Runtime::find(InstanceId id) const {
-    auto it = by_id_.find(id);
-    return it != by_id_.end() && it->second->alive_ ? it->second : nullptr;
+    Instance* const* inst = by_id_.find(id);
+    return inst && (*inst)->alive_ ? *inst : nullptr;
 }
 
 const std::vector<Instance*>& Runtime::members_of(const ObjectType& type) const {
@@ -118,10 +118,10 @@ void Runtime::end_instance(Instance& inst, bool run_destroy_event) {
 }
 
 void Runtime::instance_destroy(InstanceId id) {
-    auto it = by_id_.find(id);
-    if (it == by_id_.end() || !it->second->alive_)
+    Instance* inst = find(id);
+    if (!inst)
         return;
-    end_instance(*it->second, true);
+    end_instance(*inst, true);
     if (iteration_depth_ == 0)
         reclaim_dead();
 }
