@@ -5,13 +5,13 @@
 #include <cmath>
 #include <cstdint>
 #include <optional>
-#include <unordered_map>
 
 #include "creatures/creature.h"
 #include "creatures/trial_world.h"
 #include "runtime/assertion.h"
 #include "runtime/callstack.h"
 #include "runtime/context.h"
+#include "runtime/flat_id_map.h"
 #include "runtime/once.h"
 #include "util/geometry.h"
 #include "world/pathfinder.h"
@@ -49,8 +49,9 @@ struct CreaturePathfinding {
     GridPathfinder& pathfinder_for(const Terrain& terrain);
 
     bool called = false;
-    // Looked up by id only, never walked, so hash order decides nothing.
-    std::unordered_map<InstanceId, CreaturePathState> states;
+    // Looked up by id only, every tick for every creature; never walked, so no order decides
+    // anything. Nothing holds on to a state across the creation or end of a creature.
+    FlatIdMap<CreaturePathState> states;
     std::optional<GridPathfinder> pathfinder;
     // The terrain the callables were built from. By serial, not address: the next trial's
     // terrain lives where the last one did.
@@ -191,16 +192,16 @@ void creature_follow_path(obj_creature& creature, CreaturePath& path, double spe
 
 const TerrainCell* creature_current_goal(const obj_creature& creature) {
     const CreaturePathfinding& state = pathfinding();
-    const auto it = state.states.find(creature.id());
-    if (it == state.states.end() || !it->second.goal)
+    const CreaturePathState* found = state.states.find(creature.id());
+    if (!found || !found->goal)
         return nullptr;
-    return current_terrain().cell_at(it->second.goal->cx, it->second.goal->cy);
+    return current_terrain().cell_at(found->goal->cx, found->goal->cy);
 }
 
 const CreaturePath& creature_current_path(InstanceId creature) {
     const CreaturePathfinding& state = pathfinding();
-    const auto it = state.states.find(creature);
-    return it == state.states.end() ? state.no_path : it->second.path;
+    const CreaturePathState* found = state.states.find(creature);
+    return found ? found->path : state.no_path;
 }
 
 long creature_pathfinding_search_count() {

@@ -51,7 +51,8 @@ const TerrainCell* creature_find_pathfinding_avoiding_target_cell(const obj_crea
 
 // The cell the creature was last asked to approach on the current terrain; nullptr when none.
 const TerrainCell* creature_current_goal(const obj_creature& creature);
-// The creature's current path (empty when none), for debug views and tests.
+// The creature's current path (empty when none), for debug views and tests; valid until a
+// creature moves for the first time or ends.
 const CreaturePath& creature_current_path(InstanceId creature);
 // How many grid searches ran in this context; lets tests see that a search was skipped.
 long creature_pathfinding_search_count();
