@@ -62,8 +62,9 @@ const TerrainCell* human_find_exploration_pathfinding_target(const obj_human& hu
     for (int y = y_first; y <= y_last; ++y) {
         for (int x = x_first; x <= x_last; ++x) {
             const TerrainCell& cell = *terrain.cell_at(x, y);
-            const bool taken = cell.is_traversable & !(x == cx && y == cy) &
-                               !(squared_distance_to_centre(human.x, human.y, cell) > range_squared);
+            const bool taken =
+                cell.is_traversable & !(x == cx && y == cy) &
+                !(squared_distance_to_centre(human.x, human.y, cell) > range_squared);
             const bool is_fresh =
                 taken & (previous_target != nullptr) &
                 (squared_distance_to_centre(previous_x, previous_y, cell) >= fresh_squared);

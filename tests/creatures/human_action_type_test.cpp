@@ -217,9 +217,9 @@ const TerrainCell* plain_exploration_target(const Terrain& t, const obj_human& h
                 square_to(human.x, human.y, cell) > range * range)
                 continue;
             all.push_back(&cell);
-            if (previous && square_to(previous->room_rect.get_center_x(),
-                                      previous->room_rect.get_center_y(),
-                                      cell) >= range * range / 4)
+            if (previous &&
+                square_to(previous->room_rect.get_center_x(), previous->room_rect.get_center_y(),
+                          cell) >= range * range / 4)
                 fresh.push_back(&cell);
         }
     }

@@ -42,15 +42,15 @@ TEST(FlatIdMapTest, AnswersAsAnUnorderedMapThroughInsertsErasesAndGrowth) {
     for (int step = 0; step < 100000; ++step) {
         std::int64_t key;
         switch (gen() % 4) {
-        case 0:
-            key = next_id++;
-            break;
-        case 1:
-            key = static_cast<std::int64_t>(gen() % 300) - 5;
-            break;
-        default:
-            key = keys.empty() ? next_id : keys[gen() % keys.size()];
-            break;
+            case 0:
+                key = next_id++;
+                break;
+            case 1:
+                key = static_cast<std::int64_t>(gen() % 300) - 5;
+                break;
+            default:
+                key = keys.empty() ? next_id : keys[gen() % keys.size()];
+                break;
         }
         if (std::find(keys.begin(), keys.end(), key) == keys.end())
             keys.push_back(key);

@@ -56,8 +56,8 @@ TEST(Geometry, PointDistanceCompareGivesTheAnswerOfTheRoot) {
                                              nan};
             for (double r : ranges) {
                 EXPECT_EQ(point_distance_compare(x1, y1, x2, y2, r), d <=> r)
-                    << "from (" << x1 << ", " << y1 << ") to (" << x2 << ", " << y2
-                    << "), range " << r;
+                    << "from (" << x1 << ", " << y1 << ") to (" << x2 << ", " << y2 << "), range "
+                    << r;
             }
         }
     }
