@@ -104,6 +104,15 @@ TEST_F(RuntimeTest, NearestRanksByHypotAndTheEarliestWinsTies) {
     EXPECT_EQ(runtime.instance_nearest<obj_probe>(0, 0), &closer);
     runtime.instance_destroy(closer.id());
     EXPECT_EQ(runtime.instance_nearest<obj_probe>(0, 0), &first);
+    for (std::size_t i = 0; i < runtime.instance_number<obj_probe>();)
+        runtime.instance_destroy(runtime.instance_find<obj_probe>(i)->id());
+    // Equally far by hypot, though the later one's rounded square is the smaller: hypot decides,
+    // so the earlier one is the nearest.
+    auto& earlier = runtime.instance_create<obj_probe>(-1014.8549913382579, 185.532602406759);
+    auto& later = runtime.instance_create<obj_probe>(-732, -727);
+    ASSERT_EQ(std::hypot(earlier.x, earlier.y), std::hypot(later.x, later.y));
+    ASSERT_GT(earlier.x * earlier.x + earlier.y * earlier.y, later.x * later.x + later.y * later.y);
+    EXPECT_EQ(runtime.instance_nearest<obj_probe>(0, 0), &earlier);
 
     // Crowds at nearly one distance, and coordinates whose squares underflow or overflow:
     // always the instance a plain hypot scan picks.
