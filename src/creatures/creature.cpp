@@ -152,7 +152,7 @@ void obj_creature::start_animation(CreatureAnimation kind, double target_x, doub
 }
 
 bool creature_is_within_attack_range(const obj_creature& a, const obj_creature& b) {
-    return point_distance(a.x, a.y, b.x, b.y) <= a.attack_range;
+    return point_distance_compare(a.x, a.y, b.x, b.y, a.attack_range) <= 0;
 }
 
 std::optional<Ticks> creatures_get_last_attack_time(const obj_creature& a, const obj_creature& b) {

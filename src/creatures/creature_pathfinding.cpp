@@ -5,7 +5,6 @@
 #include <cmath>
 #include <cstdint>
 #include <optional>
-#include <unordered_map>
 
 #include "creatures/creature.h"
 #include "creatures/trial_world.h"
@@ -143,16 +142,16 @@ void creature_follow_path(obj_creature& creature, CreaturePath& path, double spe
 
 const TerrainCell* creature_current_goal(const obj_creature& creature) {
     const CreaturePathfinding& state = creature.world().pathfinding;
-    const auto it = state.states.find(creature.id());
-    if (it == state.states.end() || !it->second.goal)
+    const CreaturePathState* found = state.states.find(creature.id());
+    if (!found || !found->goal)
         return nullptr;
-    return creature.world().current_terrain().cell_at(it->second.goal->cx, it->second.goal->cy);
+    return creature.world().current_terrain().cell_at(found->goal->cx, found->goal->cy);
 }
 
 const CreaturePath& creature_current_path(const CreaturePathfinding& pathfinding,
                                           InstanceId creature) {
-    const auto it = pathfinding.states.find(creature);
-    return it == pathfinding.states.end() ? pathfinding.no_path : it->second.path;
+    const CreaturePathState* found = pathfinding.states.find(creature);
+    return found ? found->path : pathfinding.no_path;
 }
 
 void creature_pathfinding_forget(CreaturePathfinding& pathfinding, InstanceId creature) {

@@ -10,9 +10,9 @@
 
 #include <cstdint>
 #include <optional>
-#include <unordered_map>
 #include <vector>
 
+#include "runtime/flat_id_map.h"
 #include "runtime/instance.h"
 #include "world/pathfinder.h"
 
@@ -41,10 +41,8 @@ struct CreaturePathState {
 using GridPathfinder = Pathfinder<int, int, PfDenseNodeMap<int, int>, PfGridEuclidean,
                                   PfGridWeightedNeighbors, PfBucketOpenSet<int>>;
 
-// Scratch of the flight search, reused by every creature.
+// The cells a flight found, reused by every creature.
 struct FlightSearch {
-    std::vector<std::uint32_t> visited;  // per cell index: generation when reached
-    std::uint32_t generation = 0;
     std::vector<int> queue;  // cell indices in the order reached
 };
 
@@ -56,8 +54,9 @@ struct CreaturePathfinding {
     GridPathfinder& pathfinder_for(const Terrain& terrain);
 
     bool called = false;
-    // Looked up by id only, never walked, so hash order decides nothing.
-    std::unordered_map<InstanceId, CreaturePathState> states;
+    // Looked up by id only, every tick for every creature; never walked, so no order decides
+    // anything. Nothing holds on to a state across the creation or end of a creature.
+    FlatIdMap<CreaturePathState> states;
     std::optional<GridPathfinder> pathfinder;
     // The terrain the callables were built from. By serial, not address: the next trial's
     // terrain lives where the last one did.
@@ -101,7 +100,8 @@ const TerrainCell* creature_find_pathfinding_avoiding_target_cell(const obj_crea
 
 // The cell the creature was last asked to approach on the current terrain; nullptr when none.
 const TerrainCell* creature_current_goal(const obj_creature& creature);
-// The creature's current path (empty when none), for debug views and tests.
+// The creature's current path (empty when none), for debug views and tests; valid until a
+// creature moves for the first time or ends.
 const CreaturePath& creature_current_path(const CreaturePathfinding& pathfinding,
                                           InstanceId creature);
 // Drops the creature's goal and path; called from the creature's clean-up event.

@@ -91,7 +91,7 @@ public:
 bool is_suitable_exchange_partner(const obj_human& human, const obj_human& partner) {
     return &partner != &human && human.can_exchange_with_human(partner) &&
            partner.can_exchange_with_human(human) &&
-           point_distance(human.x, human.y, partner.x, partner.y) <= human.sight_range &&
+           point_distance_compare(human.x, human.y, partner.x, partner.y, human.sight_range) <= 0 &&
            (human.energy_ratio() < 1 || partner.energy_ratio() < 1);
 }
 

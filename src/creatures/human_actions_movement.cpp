@@ -25,7 +25,7 @@ constexpr double EATING_DISTANCE = TERRAIN_CELL_SIZE / 2.0;
 constexpr Ticks FLIGHT_REPLAN_TICKS = 60;
 
 bool in_sight(const obj_human& human, const Instance& target) {
-    return point_distance(human.x, human.y, target.x, target.y) <= human.sight_range;
+    return point_distance_compare(human.x, human.y, target.x, target.y, human.sight_range) <= 0;
 }
 
 void eat(obj_human& human, const obj_food& food) {
@@ -61,7 +61,7 @@ bool HA_ApproachFood::tick(obj_human& human, Rng&) {
         return false;
     creature_approach(human, human.world().current_terrain().cell_at_room(food->x, food->y),
                       human.get_movement_speed());
-    if (point_distance(human.x, human.y, food->x, food->y) >= EATING_DISTANCE)
+    if (point_distance_compare(human.x, human.y, food->x, food->y, EATING_DISTANCE) >= 0)
         return true;
     eat(human, *food);
     return false;

@@ -33,22 +33,41 @@ const TerrainCell* human_find_exploration_pathfinding_target(const obj_human& hu
     const int reach = static_cast<int>(std::max(0.0, std::ceil(range / TERRAIN_CELL_SIZE)));
 
     ExplorationScratch& scratch = human.world().scratch.exploration;
-    scratch.all.clear();
-    scratch.fresh.clear();
-    for (int y = std::max(0, cy - reach); y <= std::min(terrain.height - 1, cy + reach); ++y) {
-        for (int x = std::max(0, cx - reach); x <= std::min(terrain.width - 1, cx + reach); ++x) {
+    const int x_first = std::max(0, cx - reach);
+    const int x_last = std::min(terrain.width - 1, cx + reach);
+    const int y_first = std::max(0, cy - reach);
+    const int y_last = std::min(terrain.height - 1, cy + reach);
+    // Room for every cell of the square, then trimmed: each cell is appended without a branch,
+    // since whether a cell is open and in range follows no pattern the predictor could learn.
+    const std::size_t square = x_last < x_first || y_last < y_first
+                                   ? 0
+                                   : static_cast<std::size_t>(x_last - x_first + 1) *
+                                         static_cast<std::size_t>(y_last - y_first + 1);
+    scratch.all.resize(square + 1);
+    scratch.fresh.resize(square + 1);
+    const TerrainCell** all = scratch.all.data();
+    const TerrainCell** fresh = scratch.fresh.data();
+    std::size_t all_count = 0;
+    std::size_t fresh_count = 0;
+    const double previous_x = previous_target ? previous_target->room_rect.get_center_x() : 0.0;
+    const double previous_y = previous_target ? previous_target->room_rect.get_center_y() : 0.0;
+    for (int y = y_first; y <= y_last; ++y) {
+        for (int x = x_first; x <= x_last; ++x) {
             const TerrainCell& cell = *terrain.cell_at(x, y);
-            if (!cell.is_traversable || (x == cx && y == cy) ||
-                squared_distance_to_centre(human.x, human.y, cell) > range_squared)
-                continue;
-            scratch.all.push_back(&cell);
-            if (previous_target &&
-                squared_distance_to_centre(previous_target->room_rect.get_center_x(),
-                                           previous_target->room_rect.get_center_y(),
-                                           cell) >= fresh_squared)
-                scratch.fresh.push_back(&cell);
+            const bool taken =
+                cell.is_traversable & !(x == cx && y == cy) &
+                !(squared_distance_to_centre(human.x, human.y, cell) > range_squared);
+            const bool is_fresh =
+                taken & (previous_target != nullptr) &
+                (squared_distance_to_centre(previous_x, previous_y, cell) >= fresh_squared);
+            all[all_count] = &cell;
+            all_count += taken;
+            fresh[fresh_count] = &cell;
+            fresh_count += is_fresh;
         }
     }
+    scratch.all.resize(all_count);
+    scratch.fresh.resize(fresh_count);
     const auto& pool = scratch.fresh.empty() ? scratch.all : scratch.fresh;
     return rng.rng_array_get_random_element_or_default(pool,
                                                        static_cast<const TerrainCell*>(nullptr));

@@ -46,8 +46,8 @@ const TerrainCell* pick_cell_around(TrialWorld& world, double x, double y, int h
             const TerrainCell& cell = *terrain.cell_at(tx, ty);
             if (!cell.is_traversable)
                 continue;
-            if (range >= 0 && point_distance(x, y, cell.room_rect.get_center_x(),
-                                             cell.room_rect.get_center_y()) > range)
+            if (range >= 0 && point_distance_compare(x, y, cell.room_rect.get_center_x(),
+                                                     cell.room_rect.get_center_y(), range) > 0)
                 continue;
             candidates.push_back(&cell);
         }
@@ -104,12 +104,12 @@ void obj_monster::on_tick(Ticks tick, Rng& rng) {
 bool obj_monster::hunt(double speed_factor, Rng& rng) {
     Runtime& runtime = this->runtime();
     obj_human* prey = runtime.find_as<obj_human>(target_creature);
-    if (prey && point_distance(x, y, prey->x, prey->y) > sight_range)
+    if (prey && point_distance_compare(x, y, prey->x, prey->y, sight_range) > 0)
         prey = nullptr;
     if (!prey) {
         target_creature = NO_INSTANCE;
         prey = runtime.instance_nearest<obj_human>(x, y);
-        if (!prey || point_distance(x, y, prey->x, prey->y) > sight_range)
+        if (!prey || point_distance_compare(x, y, prey->x, prey->y, sight_range) > 0)
             return false;
         target_creature = prey->id();
     }

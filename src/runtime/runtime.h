@@ -17,6 +17,7 @@
 #include <utility>
 #include <vector>
 
+#include "runtime/flat_id_map.h"
 #include "runtime/instance.h"
 
 namespace veldra {
@@ -171,7 +172,7 @@ private:
 
     Services& services_;
     std::vector<std::unique_ptr<Instance>> instances_;     // creation order
-    std::unordered_map<InstanceId, Instance*> by_id_;      // live and not yet reclaimed
+    FlatIdMap<Instance*> by_id_;                           // live and not yet reclaimed
     mutable std::vector<std::vector<Instance*>> by_type_;  // per type index, descendants included
     mutable std::vector<std::size_t> live_count_by_type_;
     std::unordered_map<std::string, double> layer_depths_;

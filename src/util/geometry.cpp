@@ -41,14 +41,6 @@ bool segments_touch(Point p1, Point p2, Point q1, Point q2) {
 
 }  // namespace
 
-// sqrt is correctly rounded everywhere, unlike hypot; the level generator compares these
-// distances against a radius, so the last bit must not depend on the platform's libm.
-double point_distance(double x1, double y1, double x2, double y2) {
-    const double dx = x2 - x1;
-    const double dy = y2 - y1;
-    return std::sqrt(dx * dx + dy * dy);
-}
-
 bool line_on_rectangle(double x1, double y1, double x2, double y2, double rx1, double ry1,
                        double rx2, double ry2) {
     const double left = std::min(rx1, rx2);

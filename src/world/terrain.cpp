@@ -39,21 +39,6 @@ Terrain::Terrain(int width, int height, std::vector<TerrainCell> cells)
                   "Terrain given a cell vector that is not height rows of width cells");
 }
 
-const TerrainCell* Terrain::cell_at(int cx, int cy) const {
-    if (cx < 0 || cy < 0 || cx >= width || cy >= height)
-        return nullptr;
-    return &cells[std::size_t(cy) * width + cx];
-}
-
-const TerrainCell* Terrain::cell_at_room(double x, double y) const {
-    const double qx = x / TERRAIN_CELL_SIZE;
-    const double qy = y / TERRAIN_CELL_SIZE;
-    // Written so that NaN fails the test as well.
-    if (!(qx >= 0.0 && qy >= 0.0 && qx < width && qy < height))
-        return nullptr;
-    return cell_at(static_cast<int>(qx), static_cast<int>(qy));
-}
-
 double euclidean_distance_between_terrain_cells(const TerrainCell& cell_a,
                                                 const TerrainCell& cell_b) {
     return point_distance(cell_a.cx, cell_a.cy, cell_b.cx, cell_b.cy);

@@ -3,6 +3,7 @@
 // can be walked, whether it is sand or rock, and its square in room pixels. Creatures look cells
 // up every tick, so the grid is one flat row-major vector and lookups never allocate.
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -62,11 +63,23 @@ public:
     // `cells` holds height rows of width cells, row after row.
     Terrain(int width, int height, std::vector<TerrainCell> cells);
 
-    // nullptr outside the grid.
-    const TerrainCell* cell_at(int cx, int cy) const;
+    // nullptr outside the grid. Both lookups are defined here, not in terrain.cpp: creatures
+    // make dozens of them a tick, and a call apiece cost more than the lookup itself.
+    const TerrainCell* cell_at(int cx, int cy) const {
+        if (cx < 0 || cy < 0 || cx >= width || cy >= height)
+            return nullptr;
+        return &cells[std::size_t(cy) * width + cx];
+    }
     // By room position: real division by 64, then the whole parts. Any negative position is
     // outside, even one that would truncate to 0.
-    const TerrainCell* cell_at_room(double x, double y) const;
+    const TerrainCell* cell_at_room(double x, double y) const {
+        const double qx = x / TERRAIN_CELL_SIZE;
+        const double qy = y / TERRAIN_CELL_SIZE;
+        // Written so that NaN fails the test as well.
+        if (!(qx >= 0.0 && qy >= 0.0 && qx < width && qy < height))
+            return nullptr;
+        return cell_at(static_cast<int>(qx), static_cast<int>(qy));
+    }
 
     int width = 0;
     int height = 0;

@@ -2,8 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <random>
+#include <string>
+#include <vector>
+
 #include "creature_test_fixture.h"
 #include "creatures/monster.h"
+#include "world/pathfinder_grid.h"
 #include "world/terrain.h"
 
 namespace veldra {
@@ -24,6 +30,47 @@ protected:
     }
     using Cells = std::vector<std::pair<int, int>>;
 };
+
+// The flight cell worked out the plain way, cell by cell through Terrain::cell_at with a
+// visited flag per terrain cell: breadth-first within four cells, no cut corners, and the first
+// cell reached wins a tie. The flight search's own window must agree with it everywhere,
+// borders and blocked start cells included.
+const TerrainCell* plain_flight_cell(const Terrain& t, double x, double y, const Instance& from) {
+    const TerrainCell* start = t.cell_at_room(x, y);
+    if (!start)
+        return nullptr;
+    auto open = [&](int cx, int cy) {
+        const TerrainCell* cell = t.cell_at(cx, cy);
+        return cell && cell->is_traversable;
+    };
+    std::vector<bool> seen(t.cells.size());
+    std::vector<const TerrainCell*> queue{start};
+    seen[start->cy * t.width + start->cx] = true;
+    for (std::size_t head = 0; head < queue.size(); ++head) {
+        const int cx = queue[head]->cx;
+        const int cy = queue[head]->cy;
+        for (std::size_t d = 0; d < pf_grid_steps.size(); ++d) {
+            const int nx = cx + pf_grid_steps[d].dx;
+            const int ny = cy + pf_grid_steps[d].dy;
+            if (std::abs(nx - start->cx) > 4 || std::abs(ny - start->cy) > 4 || !open(nx, ny) ||
+                (d >= 4 && !(open(nx, cy) && open(cx, ny))) || seen[ny * t.width + nx])
+                continue;
+            seen[ny * t.width + nx] = true;
+            queue.push_back(t.cell_at(nx, ny));
+        }
+    }
+    const TerrainCell* best = nullptr;
+    double best_distance = (x - from.x) * (x - from.x) + (y - from.y) * (y - from.y);
+    for (const TerrainCell* cell : queue) {
+        const double dx = cell->room_rect.get_center_x() - from.x;
+        const double dy = cell->room_rect.get_center_y() - from.y;
+        if (dx * dx + dy * dy > best_distance) {
+            best = cell;
+            best_distance = dx * dx + dy * dy;
+        }
+    }
+    return best;
+}
 
 TEST_F(CreaturePathfindingTest, ShorteningKeepsOnlyTheCorners) {
     const Terrain& t = load({
@@ -217,6 +264,37 @@ TEST_F(CreaturePathfindingTest, FlightGoesToTheReachableCellFarthestFromThePursu
     pursuer.x = centre(0);
     pursuer.y = centre(0);
     EXPECT_EQ(creature_find_pathfinding_avoiding_target_cell(runner, pursuer), nullptr);
+}
+
+TEST_F(CreaturePathfindingTest, FlightAgreesWithACellByCellSearchOnRandomTerrains) {
+    std::mt19937 gen(7);
+    auto& runner = walker(0, 0);
+    auto& pursuer = walker(0, 0);
+    int found = 0;
+    for (int round = 0; round < 40; ++round) {
+        // Small and large enough for the four-cell reach to run over every border or none.
+        const int width = 3 + static_cast<int>(gen() % 14);
+        const int height = 3 + static_cast<int>(gen() % 14);
+        std::vector<std::string> rows(height, std::string(width, ' '));
+        for (std::string& row : rows)
+            for (char& c : row)
+                c = gen() % 3 == 0 ? 'x' : ' ';
+        const Terrain& t = load(rows);
+        for (int probe = 0; probe < 30; ++probe) {
+            // Anywhere in the room, holes too, and off the grid now and then.
+            runner.x = static_cast<double>(gen() % (width * 64 + 32)) - 16;
+            runner.y = static_cast<double>(gen() % (height * 64 + 32)) - 16;
+            pursuer.x = static_cast<double>(gen() % (width * 64));
+            pursuer.y = static_cast<double>(gen() % (height * 64));
+            const TerrainCell* expected = plain_flight_cell(t, runner.x, runner.y, pursuer);
+            ASSERT_EQ(creature_find_pathfinding_avoiding_target_cell(runner, pursuer), expected)
+                << "round " << round << ", runner at (" << runner.x << ", " << runner.y
+                << "), pursuer at (" << pursuer.x << ", " << pursuer.y << ")";
+            found += expected != nullptr;
+        }
+    }
+    // Most probes have somewhere to run to; an all-nullptr run would compare nothing.
+    EXPECT_GT(found, 600);
 }
 
 }  // namespace

@@ -3,7 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <random>
 #include <set>
+#include <string>
+#include <vector>
 
 #include "creatures/food.h"
 #include "creatures/human.h"
@@ -191,6 +194,71 @@ TEST_F(ExplorationTargetTest, PrefersCellsAwayFromThePreviousTarget) {
         ASSERT_NE(cell, nullptr);
         EXPECT_GE(std::hypot(cell->cx - previous->cx, cell->cy - previous->cy) * 64, 65);
     }
+}
+
+// The draw made the plain way: every cell of the clamped square in row order, a branch per test.
+const TerrainCell* plain_exploration_target(const Terrain& t, const obj_human& human, Rng& rng,
+                                            const TerrainCell* previous) {
+    const double range = human.exploration_range;
+    const int cx = static_cast<int>(std::floor(human.x / 64));
+    const int cy = static_cast<int>(std::floor(human.y / 64));
+    const int reach = static_cast<int>(std::max(0.0, std::ceil(range / 64)));
+    auto square_to = [](double x, double y, const TerrainCell& cell) {
+        const double dx = cell.room_rect.get_center_x() - x;
+        const double dy = cell.room_rect.get_center_y() - y;
+        return dx * dx + dy * dy;
+    };
+    std::vector<const TerrainCell*> all;
+    std::vector<const TerrainCell*> fresh;
+    for (int y = std::max(0, cy - reach); y <= std::min(t.height - 1, cy + reach); ++y) {
+        for (int x = std::max(0, cx - reach); x <= std::min(t.width - 1, cx + reach); ++x) {
+            const TerrainCell& cell = *t.cell_at(x, y);
+            if (!cell.is_traversable || (x == cx && y == cy) ||
+                square_to(human.x, human.y, cell) > range * range)
+                continue;
+            all.push_back(&cell);
+            if (previous &&
+                square_to(previous->room_rect.get_center_x(), previous->room_rect.get_center_y(),
+                          cell) >= range * range / 4)
+                fresh.push_back(&cell);
+        }
+    }
+    return rng.rng_array_get_random_element_or_default(fresh.empty() ? all : fresh,
+                                                       static_cast<const TerrainCell*>(nullptr));
+}
+
+TEST_F(ExplorationTargetTest, DrawsAsAPlainScanDoesOnRandomTerrains) {
+    std::mt19937 gen(11);
+    int drawn = 0;
+    for (int round = 0; round < 30; ++round) {
+        const int width = 1 + static_cast<int>(gen() % 12);
+        const int height = 1 + static_cast<int>(gen() % 12);
+        std::vector<std::string> rows(height, std::string(width, ' '));
+        for (std::string& row : rows)
+            for (char& c : row)
+                c = " x r"[gen() % 4];
+        rows[0][0] = ' ';
+        const Terrain& t = load(rows);
+        auto& human = human_at(0, 0);
+        for (int probe = 0; probe < 20; ++probe) {
+            human.x = static_cast<double>(gen() % (width * 64));
+            human.y = static_cast<double>(gen() % (height * 64));
+            // From nothing at all to past every border.
+            human.exploration_range = static_cast<double>(gen() % 500);
+            const TerrainCell* previous =
+                gen() % 3 == 0 ? nullptr : &t.cells[gen() % t.cells.size()];
+            Rng expected_rng(probe);
+            Rng actual_rng(probe);
+            const TerrainCell* expected =
+                plain_exploration_target(t, human, expected_rng, previous);
+            ASSERT_EQ(human_find_exploration_pathfinding_target(human, actual_rng, previous),
+                      expected)
+                << "round " << round << ", probe " << probe;
+            EXPECT_EQ(actual_rng.seed, expected_rng.seed);
+            drawn += expected != nullptr;
+        }
+    }
+    EXPECT_GT(drawn, 300);  // most probes have somewhere to go
 }
 
 TEST_F(ExplorationTargetTest, NoCandidateGivesNoTargetAndNoExplore) {

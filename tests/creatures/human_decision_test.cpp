@@ -62,6 +62,25 @@ TEST_F(DecisionTimingTest, ConstantLossComesEveryFourSecondsUnclamped) {
     EXPECT_FALSE(runtime.instance_exists(id));
 }
 
+TEST_F(DecisionTimingTest, AChangedLossRateTakesEffectAtTheNextTick) {
+    load({" "});
+    auto& human = human_at(0, 0);
+    tick(240);
+    EXPECT_EQ(human.energy, 6.5);
+    // Once a second from now on: the four-second interval must not linger.
+    mutable_configs().human_constant_energy_loss_frequency = 1;
+    tick(59);
+    EXPECT_EQ(human.energy, 6.5);
+    tick();
+    EXPECT_EQ(human.energy, 6);
+    // And back to every four seconds.
+    mutable_configs().human_constant_energy_loss_frequency = 0.25;
+    tick(239);
+    EXPECT_EQ(human.energy, 6);
+    tick();
+    EXPECT_EQ(human.energy, 5.5);
+}
+
 class MemoryTest : public HumanTest {};
 
 TEST_F(MemoryTest, WinningCandidateRemovesTheEqualOlderEntry) {
