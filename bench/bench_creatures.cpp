@@ -32,12 +32,12 @@ struct Setup {
     Setup() {
         setenv("VeldraProjectDir", VELDRA_SOURCE_DIR, 1);
         initialize_configs(configs);
-        reload_game_configurations(configs, "");
+        reload_game_configurations(configs, *services.files, "");
         initialize_level_cell_types(cell_types);
         initialize_creature_pathfinding(pathfinding);
         runtime.start(runtime.room_add({"rm_bench", nullptr}));
-        auto level =
-            level_load_from_file(cell_types, VELDRA_SOURCE_DIR "/datafiles/levels/level_10.txt");
+        auto level = level_load_from_file(*services.files, cell_types,
+                                          VELDRA_SOURCE_DIR "/datafiles/levels/level_10.txt");
         if (!level)
             std::abort();
         terrain = level_dump(*level, LevelSpawnHooks{});

@@ -31,14 +31,15 @@ void BM_AutomaticTrial(benchmark::State& state) {
     LogCapture quiet;  // the configuration loader's lines would bury the table
     setenv("VeldraProjectDir", VELDRA_SOURCE_DIR, 1);
     initialize_game_systems(sim);
-    if (!reload_game_configurations(sim.configs, "")) {
+    if (!reload_game_configurations(sim.configs, sim.files, "")) {
         state.SkipWithError("configuration did not load");
         return;
     }
     char name[64];
     std::snprintf(name, sizeof name, "/datafiles/levels/level_%02d.txt",
                   static_cast<int>(state.range(0)));
-    auto level = level_load_from_file(sim.cell_types, std::string(VELDRA_SOURCE_DIR) + name);
+    auto level =
+        level_load_from_file(sim.files, sim.cell_types, std::string(VELDRA_SOURCE_DIR) + name);
     if (!level) {
         state.SkipWithError("level did not load");
         return;

@@ -1,13 +1,12 @@
 #include "config/configs_loader.h"
 
 #include <cstdlib>
-#include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "config/json_comments.h"
 #include "runtime/assertion.h"
 #include "runtime/callstack.h"
-#include "runtime/file_io.h"
+#include "runtime/files.h"
 #include "runtime/log.h"
 #include "runtime/once.h"
 #include "runtime/paths.h"
@@ -136,16 +135,17 @@ ExprVarMask config_formula_variables(std::string_view key) {
     return static_cast<ExprVarMask>(given);
 }
 
-std::optional<GameConfigurations> _load_game_configurations_from_file(const std::string& path,
+std::optional<GameConfigurations> _load_game_configurations_from_file(Files& files,
+                                                                      const std::string& path,
                                                                       bool require_all,
                                                                       ExpressionGlobals& globals) {
-    std::error_code error;
-    // A directory or a device exists: read_whole_file below says what it is instead.
-    if (!std::filesystem::exists(path, error)) {
+    const FileText text = files.read(path, MAX_CONFIGURATION_FILE_BYTES);
+    // Only a missing file is said not to exist: of a directory or a device the reason says
+    // what it is instead.
+    if (!text && text.error == FILE_MISSING_REASON) {
         log_error("Configuration file doesn't exist (" + path + ").");
         return std::nullopt;
     }
-    const FileText text = read_whole_file(path, MAX_CONFIGURATION_FILE_BYTES);
     if (!text) {
         log_error("Failed to read configuration file \"" + path + "\".");
         log_error("\"" + path + "\" " + text.error + ".");
@@ -226,9 +226,11 @@ Value ConfigsState::value(std::string_view name) const {
     return configs ? configs->by_name.get(name) : Value();
 }
 
-bool reload_game_configurations(ConfigsState& state, const std::string& custom_configuration_name) {
+bool reload_game_configurations(ConfigsState& state, Files& files,
+                                const std::string& custom_configuration_name) {
     const std::string base_path = make_included_file_filename("configurations.json");
-    auto base = _load_game_configurations_from_file(base_path, true, state.expression_globals);
+    auto base =
+        _load_game_configurations_from_file(files, base_path, true, state.expression_globals);
     if (!base) {
         log_error("Failed to load main configs from \"" + base_path + "\".");
         return false;
@@ -248,7 +250,8 @@ bool reload_game_configurations(ConfigsState& state, const std::string& custom_c
     if (!custom_name.ends_with(".json"))
         custom_name += ".json";
     const std::string custom_path = resolve_user_path(custom_name);
-    auto custom = _load_game_configurations_from_file(custom_path, false, state.expression_globals);
+    auto custom =
+        _load_game_configurations_from_file(files, custom_path, false, state.expression_globals);
     if (!custom) {
         log_error("Failed to load custom configs from \"" + custom_path + "\".");
         state.custom_failed = true;

@@ -10,7 +10,7 @@ namespace veldra {
 namespace {
 
 // Asks the developer for a custom file name. Fulfilled with the name, "" for none.
-Promise _debug_ask_custom_config_filename(DebugSettings& debugs, Dialogs& dialogs) {
+Promise _debug_ask_custom_config_filename(DebugSettings& debugs, Dialogs& dialogs, Files& files) {
     return dialog_get_string(
                dialogs,
                "Enter custom configuration's relative filename. You can leave out the file "
@@ -18,13 +18,13 @@ Promise _debug_ask_custom_config_filename(DebugSettings& debugs, Dialogs& dialog
                "\n\nThese custom will partially or fully overwrite the default configurations."
                "\n\nLeave blank or cancel to use default configurations as is.",
                debugs.custom_config)
-        .and_then([&debugs](const Value& answer) -> Value {
+        .and_then([&debugs, &files](const Value& answer) -> Value {
             // A cancelled question (always, in headless runs) keeps the stored answer.
             if (!answer.is_string())
                 return "";
             std::string name = string_trim(answer.as_string());
             debugs.custom_config = name;
-            save_active_debug_settings(debugs);
+            save_active_debug_settings(files, debugs);
             return name;
         });
 }
@@ -32,10 +32,10 @@ Promise _debug_ask_custom_config_filename(DebugSettings& debugs, Dialogs& dialog
 }  // namespace
 
 Promise ask_custom_configuration_name(const ProgramParameters& params, DebugSettings& debugs,
-                                      Dialogs& dialogs) {
+                                      Dialogs& dialogs, Files& files) {
     if (params.config)
         return promise_resolve(*params.config);
-    return _debug_ask_custom_config_filename(debugs, dialogs);
+    return _debug_ask_custom_config_filename(debugs, dialogs, files);
 }
 
 }  // namespace veldra

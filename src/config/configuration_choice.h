@@ -9,9 +9,11 @@ namespace veldra {
 struct DebugSettings;
 struct ProgramParameters;
 class Dialogs;
+class Files;
 
-// Fulfilled with the custom file's name, "" for none. `debugs` must outlive the question.
+// Fulfilled with the custom file's name, "" for none. `debugs` and `files` (where an answer is
+// saved) must outlive the question.
 Promise ask_custom_configuration_name(const ProgramParameters& params, DebugSettings& debugs,
-                                      Dialogs& dialogs);
+                                      Dialogs& dialogs, Files& files);
 
 }  // namespace veldra

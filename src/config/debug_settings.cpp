@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
-#include "runtime/file_io.h"
+#include "runtime/files.h"
 #include "runtime/log.h"
 #include "runtime/paths.h"
 #include "serial/json.h"
@@ -46,10 +46,10 @@ void take(const nlohmann::ordered_json& value, std::string& field) {
 
 }  // namespace
 
-std::optional<DebugSettings> _load_debug_settings_from_file(const std::string& path) {
+std::optional<DebugSettings> _load_debug_settings_from_file(Files& files, const std::string& path) {
     // Missing, unreadable or malformed settings mean defaults, silently: they are a developer's
     // preferences, never research data.
-    const FileText text = read_whole_file(path, MAX_SETTINGS_FILE_BYTES);
+    const FileText text = files.read(path, MAX_SETTINGS_FILE_BYTES);
     if (!text)
         return std::nullopt;
     const JsonDocument document = json_parse_document(*text.text);
@@ -64,15 +64,16 @@ std::optional<DebugSettings> _load_debug_settings_from_file(const std::string& p
     return settings;
 }
 
-bool _save_debug_settings_to_file(const DebugSettings& settings, const std::string& path) {
+bool _save_debug_settings_to_file(Files& files, const DebugSettings& settings,
+                                  const std::string& path) {
     nlohmann::ordered_json root = nlohmann::ordered_json::object();
     DebugSettings copy = settings;
     visit_fields(copy, [&](const char* name, auto& field) { root[name] = field; });
-    std::error_code error;
-    auto parent = std::filesystem::path(path).parent_path();
+    // A folder that cannot be made shows up as the write's failure just below.
+    const auto parent = std::filesystem::path(path).parent_path();
     if (!parent.empty())
-        std::filesystem::create_directories(parent, error);
-    const std::string problem = write_whole_file(path, root.dump(4) + "\n");
+        files.create_directories(parent.string());
+    const std::string problem = files.write(path, root.dump(4) + "\n");
     if (!problem.empty()) {
         log_warning("Failed to save debug settings to \"" + path + "\": " + problem + ".");
         return false;
@@ -80,12 +81,12 @@ bool _save_debug_settings_to_file(const DebugSettings& settings, const std::stri
     return true;
 }
 
-DebugSettings load_active_debug_settings() {
-    return _load_debug_settings_from_file(DEBUG_SETTINGS_PATH).value_or(DebugSettings{});
+DebugSettings load_active_debug_settings(Files& files) {
+    return _load_debug_settings_from_file(files, DEBUG_SETTINGS_PATH).value_or(DebugSettings{});
 }
 
-void save_active_debug_settings(const DebugSettings& settings) {
-    _save_debug_settings_to_file(settings, DEBUG_SETTINGS_PATH);
+void save_active_debug_settings(Files& files, const DebugSettings& settings) {
+    _save_debug_settings_to_file(files, settings, DEBUG_SETTINGS_PATH);
 }
 
 }  // namespace veldra

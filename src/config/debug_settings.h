@@ -7,6 +7,8 @@
 
 namespace veldra {
 
+class Files;
+
 struct DebugSettings {
     bool show_pathfinding = true;
     bool show_sight_ranges = true;
@@ -25,11 +27,13 @@ struct DebugSettings {
 
 inline constexpr const char* DEBUG_SETTINGS_PATH = "debug/debug_settings.json";
 
-std::optional<DebugSettings> _load_debug_settings_from_file(const std::string& path);
-bool _save_debug_settings_to_file(const DebugSettings& settings, const std::string& path);
+std::optional<DebugSettings> _load_debug_settings_from_file(Files& files, const std::string& path);
+// Creates the file's folder when missing.
+bool _save_debug_settings_to_file(Files& files, const DebugSettings& settings,
+                                  const std::string& path);
 
 // The settings in DEBUG_SETTINGS_PATH, or the defaults: what start-up puts into Debugs.
-DebugSettings load_active_debug_settings();
-void save_active_debug_settings(const DebugSettings& settings);
+DebugSettings load_active_debug_settings(Files& files);
+void save_active_debug_settings(Files& files, const DebugSettings& settings);
 
 }  // namespace veldra

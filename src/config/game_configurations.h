@@ -16,6 +16,8 @@
 
 namespace veldra {
 
+class Files;
+
 namespace detail {
 using ConfigNumber = double;
 using ConfigBool = bool;
@@ -92,7 +94,8 @@ void initialize_configs(ConfigsState& state);
 // out), resolved as a path the user gave. Returns false when the base file failed
 // (Configs then keeps what it had). A failing custom file leaves the base in effect and is
 // remembered in ConfigsState::custom_failed, so that a batch the user meant to run with it can
-// refuse to start.
-bool reload_game_configurations(ConfigsState& state, const std::string& custom_configuration_name);
+// refuse to start. Both are read through `files`.
+bool reload_game_configurations(ConfigsState& state, Files& files,
+                                const std::string& custom_configuration_name);
 
 }  // namespace veldra

@@ -4,7 +4,7 @@
 
 #include "config/debug_settings.h"
 #include "runtime/callstack.h"
-#include "runtime/file_io.h"
+#include "runtime/files.h"
 #include "runtime/log.h"
 #include "runtime/once.h"
 #include "runtime/paths.h"
@@ -50,14 +50,14 @@ std::optional<Language> parse_language(std::string_view ini_text, std::string_vi
     return language;
 }
 
-bool load_and_set_localization(Localization& localization, std::string_view code) {
+bool load_and_set_localization(Files& files, Localization& localization, std::string_view code) {
     const std::string path =
         make_included_file_filename("localization/" + std::string(code) + ".ini");
     std::optional<Language> language;
     // A code is a name, never a path: "../../x" must not read a file outside the languages.
     const bool plain_code = !code.empty() && code.find_first_of("/\\") == std::string_view::npos;
-    if (plain_code && file_exists(path)) {
-        const FileText text = read_whole_file(path, MAX_LOCALIZATION_FILE_BYTES);
+    if (plain_code && files.exists(path)) {
+        const FileText text = files.read(path, MAX_LOCALIZATION_FILE_BYTES);
         if (text)
             language = parse_language(*text.text, path);
         else
@@ -71,18 +71,18 @@ bool load_and_set_localization(Localization& localization, std::string_view code
     return true;
 }
 
-Promise _debug_ask_localization(DebugSettings& debugs, Dialogs& dialogs) {
+Promise _debug_ask_localization(DebugSettings& debugs, Dialogs& dialogs, Files& files) {
     return dialog_get_string(dialogs,
                              "Enter localization file's name.\n E.g. the name of "
                              "/localization/en.ini would be just \"en\".",
                              debugs.lang)
-        .and_then([&debugs](const Value& answer) -> Value {
+        .and_then([&debugs, &files](const Value& answer) -> Value {
             // A cancelled question (always, in headless runs) keeps the stored answer.
             if (!answer.is_string())
                 return Value();
             std::string code = string_trim(answer.as_string());
             debugs.lang = code;
-            save_active_debug_settings(debugs);
+            save_active_debug_settings(files, debugs);
             if (code.empty())
                 return Value();
             return code;

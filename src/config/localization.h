@@ -14,6 +14,7 @@ namespace veldra {
 
 struct DebugSettings;
 class Dialogs;
+class Files;
 
 struct Language {
     std::map<std::string, std::string, std::less<>> lines;
@@ -36,12 +37,14 @@ struct Localization {
 // Once-only; leaves the game without an active language until one is loaded.
 void initialize_localization(Localization& localization);
 
-// Loads localization/{code}.ini and makes it active; on failure logs and keeps the old one.
-bool load_and_set_localization(Localization& localization, std::string_view code);
+// Reads localization/{code}.ini through `files` and makes it active; on failure logs and keeps
+// the old one.
+bool load_and_set_localization(Files& files, Localization& localization, std::string_view code);
 
-// Asks the developer for a language code, remembered in `debugs` (which must outlive the
-// question). Fulfilled with the code, or with undefined for an empty answer or a cancel.
-Promise _debug_ask_localization(DebugSettings& debugs, Dialogs& dialogs);
+// Asks the developer for a language code, remembered in `debugs` and saved through `files`
+// (both must outlive the question). Fulfilled with the code, or with undefined for an empty
+// answer or a cancel.
+Promise _debug_ask_localization(DebugSettings& debugs, Dialogs& dialogs, Files& files);
 
 // Builds a language from the text of the INI file at `path`. A stray line is warned with its
 // line number and skipped; a file without a [localization] section gives nullopt (logged).

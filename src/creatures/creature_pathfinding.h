@@ -66,7 +66,7 @@ struct CreaturePathfinding {
     std::vector<int> nodes;  // scratch: start cell and the found cells, as indices
     // How many grid searches ran; lets tests see that a search was skipped.
     long search_count = 0;
-    const CreaturePath no_path;
+    const CreaturePath no_path{};
     FlightSearch flight;
 };
 

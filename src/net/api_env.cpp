@@ -3,7 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "runtime/callstack.h"
-#include "runtime/file_io.h"
+#include "runtime/files.h"
 #include "runtime/log.h"
 #include "runtime/once.h"
 #include "runtime/paths.h"
@@ -20,13 +20,12 @@ std::optional<std::string> string_field(const nlohmann::ordered_json& root, cons
 }
 }  // namespace
 
-void initialize_api_env(ApiEnv& env) {
+void initialize_api_env(Files& files, ApiEnv& env) {
     VELDRA_SCOPE();
     if (!once_only_first_call(env.initialized))
         return;
     env.remote_url = env.api_username = env.api_password = std::nullopt;
-    const FileText text =
-        read_whole_file(resolve_user_path(API_ENV_FILENAME), MAX_SETTINGS_FILE_BYTES);
+    const FileText text = files.read(resolve_user_path(API_ENV_FILENAME), MAX_SETTINGS_FILE_BYTES);
     const JsonDocument document = json_parse_document(text ? *text.text : std::string());
     const auto& root = document.json;
     if (!text || !document || !root.is_object()) {

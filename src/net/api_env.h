@@ -8,6 +8,8 @@
 
 namespace veldra {
 
+class Files;
+
 struct ApiEnv {
     std::optional<std::string> remote_url;
     std::optional<std::string> api_username;
@@ -17,7 +19,8 @@ struct ApiEnv {
 
 inline constexpr const char* API_ENV_FILENAME = ".api_env.json";
 
-// Once-only: sets API_ENV from the file, or to an empty environment with an error logged.
-void initialize_api_env(ApiEnv& env);
+// Once-only: sets API_ENV from the file, read through `files`, or to an empty environment with an
+// error logged.
+void initialize_api_env(Files& files, ApiEnv& env);
 
 }  // namespace veldra

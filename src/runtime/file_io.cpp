@@ -46,6 +46,10 @@ FileText failure(std::string why) {
 
 }  // namespace
 
+std::string file_too_large_reason(std::size_t max_bytes) {
+    return "is larger than " + size_text(max_bytes) + ", the most this file may hold";
+}
+
 std::string system_error_text(int error_number) {
     return std::generic_category().message(error_number);
 }
@@ -54,7 +58,7 @@ FileText read_whole_file(const std::string& path, std::size_t max_bytes) {
     // O_NONBLOCK: opening a FIFO for reading would otherwise wait for a writer forever.
     FileDescriptor fd(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     if (fd.get() < 0)
-        return failure(errno == ENOENT ? "no such file" : system_error_text(errno));
+        return failure(errno == ENOENT ? FILE_MISSING_REASON : system_error_text(errno));
     struct stat info {};
     if (::fstat(fd.get(), &info) != 0)
         return failure(system_error_text(errno));
@@ -63,7 +67,7 @@ FileText read_whole_file(const std::string& path, std::size_t max_bytes) {
     if (!S_ISREG(info.st_mode))
         return failure("is not a regular file (a device, a pipe or a socket)");
     if (static_cast<unsigned long long>(info.st_size) > max_bytes)
-        return failure("is larger than " + size_text(max_bytes) + ", the most this file may hold");
+        return failure(file_too_large_reason(max_bytes));
     std::string text;
     text.resize(static_cast<std::size_t>(info.st_size));
     std::size_t filled = 0;
@@ -71,8 +75,7 @@ FileText read_whole_file(const std::string& path, std::size_t max_bytes) {
     for (;;) {
         if (filled == text.size()) {
             if (text.size() > max_bytes)
-                return failure("is larger than " + size_text(max_bytes) +
-                               ", the most this file may hold");
+                return failure(file_too_large_reason(max_bytes));
             text.resize(std::min(max_bytes + 1, text.size() + 65536));
         }
         const ssize_t got = ::read(fd.get(), text.data() + filled, text.size() - filled);

@@ -29,6 +29,11 @@ struct FileText {
     explicit operator bool() const { return text.has_value(); }
 };
 
+// The reasons read_whole_file gives for a missing file and for one over its limit. Readers tell
+// these apart (a missing settings file means defaults), so every Files backend uses the same.
+inline constexpr const char* FILE_MISSING_REASON = "no such file";
+std::string file_too_large_reason(std::size_t max_bytes);
+
 // Reads a whole regular file of at most `max_bytes` bytes. Never blocks on a FIFO and never
 // reads more than `max_bytes` + 1 bytes, whatever the file claims its size is.
 FileText read_whole_file(const std::string& path, std::size_t max_bytes);

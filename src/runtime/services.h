@@ -1,7 +1,8 @@
 #pragma once
-// Engine services the game calls: clock, input, renderer, audio, HTTP, dialogs and the terminal
-// sink. Each has a headless backend here, the default; start-up replaces them once with the
-// windowed backends (SDL2, Dear ImGui, libcurl) when the program opens a window.
+// Engine services the game calls: clock, input, renderer, audio, HTTP, dialogs, the terminal
+// sink and file access. Each has a headless backend here, the default; start-up replaces them
+// once with the windowed backends (SDL2, Dear ImGui, libcurl) when the program opens a window.
+// Files stay on the disk in both; a platform without a plain file system replaces them too.
 
 #include <deque>
 #include <functional>
@@ -13,6 +14,7 @@
 
 #include "runtime/audio.h"
 #include "runtime/dialogs.h"
+#include "runtime/files.h"
 #include "runtime/http.h"
 #include "runtime/input.h"
 #include "runtime/log.h"
@@ -87,6 +89,7 @@ struct Services {
     std::unique_ptr<Http> http = std::make_unique<OfflineHttp>();
     std::unique_ptr<Dialogs> dialogs = std::make_unique<ScriptedDialogs>();
     std::unique_ptr<Terminal> terminal = std::make_unique<StderrTerminal>();
+    std::unique_ptr<Files> files = std::make_unique<DiskFiles>();
     bool headless = true;
 };
 

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "runtime/file_io.h"
+#include "runtime/files.h"
 #include "runtime/log.h"
 #include "startup/auto_run_fingerprint.h"
 #include "trials/trial_data.h"
@@ -54,11 +55,11 @@ bool auto_run_write(std::FILE* file, const std::string& name, const std::string&
     return error.empty();
 }
 
-std::optional<std::size_t> auto_run_count_finished_runs(const std::string& path, std::size_t most) {
-    std::error_code error;
-    if (!std::filesystem::exists(path, error))
+std::optional<std::size_t> auto_run_count_finished_runs(Files& files, const std::string& path,
+                                                        std::size_t most) {
+    const FileText text = files.read(path, MAX_TRIAL_CSV_FILE_BYTES);
+    if (!text && text.error == FILE_MISSING_REASON)
         return 0;
-    const FileText text = read_whole_file(path, MAX_TRIAL_CSV_FILE_BYTES);
     if (!text) {
         log_error("Cannot resume: \"" + path + "\" " + text.error + ".");
         return std::nullopt;
@@ -84,14 +85,15 @@ std::optional<std::size_t> auto_run_count_finished_runs(const std::string& path,
                   " runs, but this run has only " + std::to_string(most) + ".");
         return std::nullopt;
     }
+    std::error_code error;
     if (complete_end < text.text->size())
         std::filesystem::resize_file(path, complete_end, error);
     return runs;
 }
 
-bool auto_run_append_part(std::FILE* output, const std::string& output_name,
+bool auto_run_append_part(Files& files, std::FILE* output, const std::string& output_name,
                           const std::string& part) {
-    const FileText text = read_whole_file(part, MAX_TRIAL_CSV_FILE_BYTES);
+    const FileText text = files.read(part, MAX_TRIAL_CSV_FILE_BYTES);
     if (!text) {
         log_error("Part \"" + part + "\" " + text.error + ".");
         return false;

@@ -5,7 +5,7 @@
 #include <filesystem>
 
 #include "config/game_configurations.h"
-#include "runtime/file_io.h"
+#include "runtime/files.h"
 #include "runtime/log.h"
 #include "runtime/paths.h"
 #include "serial/json.h"
@@ -40,8 +40,8 @@ private:
     std::uint64_t hash_ = 14695981039346656037ull;
 };
 
-bool add_file(Digest& digest, const std::string& path, std::size_t max_bytes) {
-    const FileText text = read_whole_file(path, max_bytes);
+bool add_file(Files& files, Digest& digest, const std::string& path, std::size_t max_bytes) {
+    const FileText text = files.read(path, max_bytes);
     if (!text) {
         log_error("Cannot fingerprint the run: \"" + path + "\" " + text.error + ".");
         return false;
@@ -57,7 +57,7 @@ std::string auto_run_fingerprint_path(const std::string& output) {
     return output + ".fingerprint";
 }
 
-std::optional<std::string> auto_run_identity(const ProgramParameters& params,
+std::optional<std::string> auto_run_identity(Files& files, const ProgramParameters& params,
                                              const ConfigsState& game, double seed,
                                              const AutoRunConfigs& configs) {
     Digest digest;
@@ -66,17 +66,19 @@ std::optional<std::string> auto_run_identity(const ProgramParameters& params,
     std::snprintf(seed_text, sizeof seed_text, "%.17g", seed);
     digest.add(seed_text);
     for (const std::string& path : game.loaded_paths)
-        if (!add_file(digest, path, MAX_CONFIGURATION_FILE_BYTES))
+        if (!add_file(files, digest, path, MAX_CONFIGURATION_FILE_BYTES))
             return std::nullopt;
-    if (!add_file(digest, resolve_user_path(*params.auto_run_config), MAX_AUTO_RUN_FILE_BYTES))
+    if (!add_file(files, digest, resolve_user_path(*params.auto_run_config),
+                  MAX_AUTO_RUN_FILE_BYTES))
         return std::nullopt;
     for (const std::string& level : configs.levels)
-        if (!add_file(digest, resolve_user_path(level), MAX_LEVEL_FILE_BYTES))
+        if (!add_file(files, digest, resolve_user_path(level), MAX_LEVEL_FILE_BYTES))
             return std::nullopt;
     return digest.hex();
 }
 
-bool auto_run_write_fingerprint(const std::string& output, const AutoRunFingerprint& fingerprint) {
+bool auto_run_write_fingerprint(Files& files, const std::string& output,
+                                const AutoRunFingerprint& fingerprint) {
     // A device or a pipe as the output (/dev/stdout) has nothing to resume or merge, and the
     // fingerprint would land in /dev.
     std::error_code error_code;
@@ -89,7 +91,7 @@ bool auto_run_write_fingerprint(const std::string& output, const AutoRunFingerpr
     json["first"] = fingerprint.range.first;
     json["last"] = fingerprint.range.last;
     const std::string path = auto_run_fingerprint_path(output);
-    const std::string error = write_whole_file(path, json.dump(4) + "\n");
+    const std::string error = files.write(path, json.dump(4) + "\n");
     if (!error.empty()) {
         log_error("Failed to write \"" + path + "\": " + error + ".");
         return false;
@@ -97,10 +99,10 @@ bool auto_run_write_fingerprint(const std::string& output, const AutoRunFingerpr
     return true;
 }
 
-std::optional<AutoRunFingerprint> auto_run_read_fingerprint(const std::string& output,
+std::optional<AutoRunFingerprint> auto_run_read_fingerprint(Files& files, const std::string& output,
                                                             std::string& why) {
     const std::string path = auto_run_fingerprint_path(output);
-    const FileText text = read_whole_file(path, MAX_SETTINGS_FILE_BYTES);
+    const FileText text = files.read(path, MAX_SETTINGS_FILE_BYTES);
     if (!text) {
         why = "\"" + path + "\" " + text.error;
         return std::nullopt;

@@ -16,6 +16,7 @@
 namespace veldra {
 
 struct ConfigsState;
+class Files;
 
 struct AutoRunFingerprint {
     std::string identity;  // hex digest of the run's inputs
@@ -28,16 +29,18 @@ struct AutoRunFingerprint {
 std::string auto_run_fingerprint_path(const std::string& output);
 
 // The fingerprint of the run these parameters describe, with the configuration files `game`
-// was loaded from; nullopt (logged) when an input file cannot be read.
-std::optional<std::string> auto_run_identity(const ProgramParameters& params,
+// was loaded from; nullopt (logged) when an input file cannot be read through `files`.
+std::optional<std::string> auto_run_identity(Files& files, const ProgramParameters& params,
                                              const ConfigsState& game, double seed,
                                              const AutoRunConfigs& configs);
 
-// Written through write_whole_file; false (logged with the path and reason) when it fails.
-bool auto_run_write_fingerprint(const std::string& output, const AutoRunFingerprint& fingerprint);
+// Written through `files` (an atomic replace); false (logged with the path and reason) when it
+// fails.
+bool auto_run_write_fingerprint(Files& files, const std::string& output,
+                                const AutoRunFingerprint& fingerprint);
 
 // nullopt when the file is missing or malformed; `why` then says which.
-std::optional<AutoRunFingerprint> auto_run_read_fingerprint(const std::string& output,
+std::optional<AutoRunFingerprint> auto_run_read_fingerprint(Files& files, const std::string& output,
                                                             std::string& why);
 
 }  // namespace veldra

@@ -47,6 +47,7 @@ struct PartProgress {
 };
 
 struct ParallelRun {
+    Files& files;
     const AutoRunJobsRequest& request;
     std::FILE* output;
     std::vector<RunRange> ranges;
@@ -105,7 +106,7 @@ void join_ended_chunks(ParallelRun& run) {
     while (const auto ended = run.scheduler.next_to_join()) {
         const std::string& part = run.parts[ended->chunk];
         if (std::filesystem::exists(part) &&
-            !auto_run_append_part(run.output, run.request.output, part)) {
+            !auto_run_append_part(run.files, run.output, run.request.output, part)) {
             run.scheduler.fail();
             return;
         }
@@ -213,7 +214,8 @@ bool play_chunks(ParallelRun& run, const ProgramParameters& params, ProgressLine
 
 }  // namespace
 
-int run_auto_run_jobs(const ProgramParameters& params, const AutoRunJobsRequest& request) {
+int run_auto_run_jobs(Files& files, const ProgramParameters& params,
+                      const AutoRunJobsRequest& request) {
     const std::size_t total = request.run.runs;
     std::FILE* output = std::fopen(request.output.c_str(), "wb");
     if (!output) {
@@ -223,7 +225,8 @@ int run_auto_run_jobs(const ProgramParameters& params, const AutoRunJobsRequest&
         return 1;
     }
     if (!auto_run_write(output, request.output, trial_data_as_csv_headers()) ||
-        !auto_run_write_fingerprint(request.output, {request.run.identity, total, {0, total}})) {
+        !auto_run_write_fingerprint(files, request.output,
+                                    {request.run.identity, total, {0, total}})) {
         std::fclose(output);
         return 1;
     }
@@ -234,7 +237,8 @@ int run_auto_run_jobs(const ProgramParameters& params, const AutoRunJobsRequest&
         parts.push_back(request.output + ".part-" + std::to_string(k + 1) + "-of-" +
                         std::to_string(ranges.size()));
     const std::size_t workers = std::min(request.jobs, ranges.size());
-    ParallelRun run{request,
+    ParallelRun run{files,
+                    request,
                     output,
                     ranges,
                     parts,
@@ -254,7 +258,8 @@ int run_auto_run_jobs(const ProgramParameters& params, const AutoRunJobsRequest&
     }
     const double seconds = progress.finish();
     if (failed && interrupt_requested()) {
-        const std::size_t written = auto_run_count_finished_runs(request.output, total).value_or(0);
+        const std::size_t written =
+            auto_run_count_finished_runs(files, request.output, total).value_or(0);
         std::printf(
             "Auto run interrupted: %zu of %zu trials in %.1f s; results in \"%s\", which "
             "auto_run_resume=1 continues.\n",

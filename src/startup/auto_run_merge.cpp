@@ -15,11 +15,11 @@ namespace {
 
 // The fingerprint of the whole merged file, when the parts are consecutive and complete pieces
 // of one run; nullopt (logged) otherwise.
-std::optional<AutoRunFingerprint> check_parts(const std::vector<std::string>& parts) {
+std::optional<AutoRunFingerprint> check_parts(Files& files, const std::vector<std::string>& parts) {
     std::optional<AutoRunFingerprint> whole;
     for (const std::string& part : parts) {
         std::string why;
-        const auto fingerprint = auto_run_read_fingerprint(part, why);
+        const auto fingerprint = auto_run_read_fingerprint(files, part, why);
         if (!fingerprint) {
             log_error("Cannot merge \"" + part + "\": " + why +
                       ". Every part needs the fingerprint file its run wrote beside it.");
@@ -42,7 +42,7 @@ std::optional<AutoRunFingerprint> check_parts(const std::vector<std::string>& pa
             whole->range.last = fingerprint->range.last;
         }
         const std::size_t expected = fingerprint->range.last - fingerprint->range.first;
-        const auto held = auto_run_count_finished_runs(part, expected);
+        const auto held = auto_run_count_finished_runs(files, part, expected);
         if (!held)
             return std::nullopt;
         if (*held != expected) {
@@ -57,14 +57,15 @@ std::optional<AutoRunFingerprint> check_parts(const std::vector<std::string>& pa
 
 }  // namespace
 
-bool auto_run_merge_parts(const std::vector<std::string>& parts, const std::string& output) {
+bool auto_run_merge_parts(Files& files, const std::vector<std::string>& parts,
+                          const std::string& output) {
     for (const std::string& part : parts)
         if (auto_run_output_clobbers(output, {part})) {
             log_error("Cannot merge: the output \"" + output + "\" is the part \"" + part +
                       "\" itself, which would be emptied before it is read.");
             return false;
         }
-    const auto whole = check_parts(parts);
+    const auto whole = check_parts(files, parts);
     if (!whole)
         return false;
     // The existing output stays untouched until the merged file is complete.
@@ -78,7 +79,7 @@ bool auto_run_merge_parts(const std::vector<std::string>& parts, const std::stri
     }
     bool ok = auto_run_write(out, temporary, trial_data_as_csv_headers());
     for (std::size_t i = 0; ok && i < parts.size(); ++i)
-        ok = auto_run_append_part(out, temporary, parts[i]);
+        ok = auto_run_append_part(files, out, temporary, parts[i]);
     if (std::fclose(out) != 0 && ok) {
         log_error("Failed to write \"" + temporary + "\": " + system_error_text(errno) + ".");
         ok = false;
@@ -91,7 +92,7 @@ bool auto_run_merge_parts(const std::vector<std::string>& parts, const std::stri
         std::remove(temporary.c_str());
         return false;
     }
-    return auto_run_write_fingerprint(output, *whole);
+    return auto_run_write_fingerprint(files, output, *whole);
 }
 
 }  // namespace veldra

@@ -90,13 +90,13 @@ void play_worker_chunks(AppState& app, const ProgramParameters& params, double s
 
 // Where the run continues in an existing output, after checking that the output belongs to
 // this run; nullopt (logged) when it does not.
-std::optional<std::size_t> runs_to_skip(const std::string& output,
+std::optional<std::size_t> runs_to_skip(Files& files, const std::string& output,
                                         const AutoRunFingerprint& fingerprint) {
     std::error_code error;
     if (!std::filesystem::exists(output, error) || std::filesystem::file_size(output, error) == 0)
         return 0;
     std::string why;
-    const auto written = auto_run_read_fingerprint(output, why);
+    const auto written = auto_run_read_fingerprint(files, output, why);
     if (!written) {
         log_error("Cannot resume \"" + output + "\": " + why +
                   ". Only a file this program wrote for the same run can be continued.");
@@ -109,7 +109,8 @@ std::optional<std::size_t> runs_to_skip(const std::string& output,
                   "auto_run_resume, or give the parameters of the run that wrote it.");
         return std::nullopt;
     }
-    return auto_run_count_finished_runs(output, fingerprint.range.last - fingerprint.range.first);
+    return auto_run_count_finished_runs(files, output,
+                                        fingerprint.range.last - fingerprint.range.first);
 }
 
 void run_in_this_process(AppState& app, const ProgramParameters& params, double seed,
@@ -122,7 +123,7 @@ void run_in_this_process(AppState& app, const ProgramParameters& params, double 
     options.shard_k = shard.first;
     options.shard_n = shard.second;
     if (resume) {
-        const auto done = runs_to_skip(output, fingerprint);
+        const auto done = runs_to_skip(*app.services.files, output, fingerprint);
         if (!done)
             return end_program(app, 1);
         options.already_done = *done;
@@ -141,7 +142,7 @@ void run_in_this_process(AppState& app, const ProgramParameters& params, double 
             return end_program(app, 1);
         }
         std::fclose(probe);
-        if (!auto_run_write_fingerprint(output, fingerprint))
+        if (!auto_run_write_fingerprint(*app.services.files, output, fingerprint))
             return end_program(app, 1);
     }
     AutoRunModeState& slot = app.auto_run;
@@ -202,7 +203,7 @@ std::optional<PreparedRun> prepare_run(AppState& app, const ProgramParameters& p
                           "output file.");
         return std::nullopt;
     }
-    auto identity = auto_run_identity(params, app.sim.configs, seed, *configs);
+    auto identity = auto_run_identity(*app.services.files, params, app.sim.configs, seed, *configs);
     if (!identity) {
         end_program(app, 1);
         return std::nullopt;
@@ -264,8 +265,9 @@ void start_auto_run_mode(AppState& app, const ProgramParameters& params) {
                              "asks for more parts than the run list has runs (" +
                                  std::to_string(run->runs) + "): every part would not get one.");
     if (jobs > 1)
-        return end_program(app, run_auto_run_jobs(params, {static_cast<std::size_t>(jobs), seed,
-                                                           *params.auto_run_output, *run}));
+        return end_program(app, run_auto_run_jobs(*app.services.files, params,
+                                                  {static_cast<std::size_t>(jobs), seed,
+                                                   *params.auto_run_output, *run}));
     run_in_this_process(app, params, seed, *run, shard, resume);
 }
 
@@ -280,7 +282,7 @@ void start_auto_run_merge_mode(AppState& app, const ProgramParameters& params) {
     if (parts.empty())
         return bad_parameter(app, "auto_run_merge", *params.auto_run_merge,
                              "needs the part files: auto_run_merge=PART1,PART2,...");
-    const bool ok = auto_run_merge_parts(parts, *params.auto_run_output);
+    const bool ok = auto_run_merge_parts(*app.services.files, parts, *params.auto_run_output);
     if (ok)
         std::printf("Merged %zu parts into \"%s\".\n", parts.size(),
                     params.auto_run_output->c_str());

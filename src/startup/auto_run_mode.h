@@ -7,6 +7,7 @@
 namespace veldra {
 
 struct AppState;
+class Files;
 
 // An auto run started from the shell: checks the parameters, then runs the batch in this
 // process, in worker processes (auto_run_jobs), or one shard of it (auto_run_shard). Ends the
@@ -32,7 +33,8 @@ struct AutoRunJobsRequest {
     std::string output;
     PreparedRun run;
 };
-int run_auto_run_jobs(const ProgramParameters& params, const AutoRunJobsRequest& request);
+int run_auto_run_jobs(Files& files, const ProgramParameters& params,
+                      const AutoRunJobsRequest& request);
 
 // How a worker knows it is one: this environment variable is set to 1. It then reads its
 // chunks from standard input, one line "FIRST LAST PART" each (runs [FIRST, LAST) of the list,

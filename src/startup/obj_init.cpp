@@ -47,9 +47,10 @@ void log_start_up_lines() {
 Promise choose_language(AppState& app) {
     initialize_localization(app.localization);
     Promise code = app.params.lang ? promise_resolve(*app.params.lang)
-                                   : _debug_ask_localization(app.debugs, *app.services.dialogs);
+                                   : _debug_ask_localization(app.debugs, *app.services.dialogs,
+                                                             *app.services.files);
     return code.and_then([&app](const Value& language) {
-        load_and_set_localization(app.localization,
+        load_and_set_localization(*app.services.files, app.localization,
                                   language.is_string() ? language.as_string() : "en");
     });
 }
@@ -66,18 +67,20 @@ void obj_init::on_create() {
         terminal->verbose = app.params.verbose == "1";
     app.sim.log_automatic_trial_events = app.params.auto_run_output || app.params.trial_level;
     initialize_log(app.runtime, app.logger, app.params.log_output_file);
-    initialize_api_env(app.api_env);
+    initialize_api_env(*app.services.files, app.api_env);
     log_start_up_lines();
-    app.debugs = load_active_debug_settings();
+    app.debugs = load_active_debug_settings(*app.services.files);
     // The questions may stay open over many frames in a window, so the rest of start-up follows
     // their answers; headless, they are answered at once and all of it runs in this event.
     choose_language(app)
         .and_then([&app] {
             initialize_game_systems(app.sim);
-            return ask_custom_configuration_name(app.params, app.debugs, *app.services.dialogs);
+            return ask_custom_configuration_name(app.params, app.debugs, *app.services.dialogs,
+                                                 *app.services.files);
         })
         .and_then([&app](const Value& custom_name) {
-            reload_game_configurations(app.sim.configs, custom_name.as_string());
+            reload_game_configurations(app.sim.configs, *app.services.files,
+                                       custom_name.as_string());
             choose_run_mode(app);
         })
         .and_catch([&app](const Value& reason) {

@@ -30,8 +30,9 @@ void run_level_set_generator(AppState& app, const ProgramParameters& params) {
         if (!seed)
             return bad_parameter(app, "seed", *params.seed, SEED_PROBLEM);
     }
-    const bool ok = generate_level_set(
-        app.sim.cell_types, resolve_user_path(*params.generate_levels), *params.output_dir, seed);
+    const bool ok =
+        generate_level_set(*app.services.files, app.sim.cell_types,
+                           resolve_user_path(*params.generate_levels), *params.output_dir, seed);
     end_program(app, ok ? 0 : 1);
 }
 

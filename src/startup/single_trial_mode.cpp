@@ -33,7 +33,8 @@ void start_single_trial_mode(AppState& app, const ProgramParameters& params) {
             return bad_parameter(app, "traits", *params.traits, "must be five numbers O,C,E,A,N.");
         traits = *parsed;
     }
-    auto level = level_load_from_file(app.sim.cell_types, resolve_user_path(*params.trial_level));
+    auto level = level_load_from_file(*app.services.files, app.sim.cell_types,
+                                      resolve_user_path(*params.trial_level));
     if (!level)
         return end_program(app, 1);
     if (!app.sim.configs.loaded())

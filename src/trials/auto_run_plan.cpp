@@ -7,7 +7,7 @@
 #include "config/game_configurations.h"
 #include "config/json_comments.h"
 #include "creatures/personality_traits.h"
-#include "runtime/file_io.h"
+#include "runtime/files.h"
 #include "runtime/log.h"
 #include "serial/json.h"
 #include "util/text.h"
@@ -51,9 +51,9 @@ std::size_t auto_run_count_runs(const AutoRunConfigs& configs, const ConfigsStat
     return saturating_multiply(per_level, configs.levels.size());
 }
 
-std::optional<AutoRunConfigs> read_auto_run_configs(const std::string& path,
+std::optional<AutoRunConfigs> read_auto_run_configs(Files& files, const std::string& path,
                                                     const ConfigsState& game) {
-    const FileText text = read_whole_file(path, MAX_AUTO_RUN_FILE_BYTES);
+    const FileText text = files.read(path, MAX_AUTO_RUN_FILE_BYTES);
     if (!text)
         return fail(path, text.error + ".");
     const JsonDocument document = json_parse_document(_json_remove_comments(*text.text));

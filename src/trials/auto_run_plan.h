@@ -14,6 +14,7 @@
 namespace veldra {
 
 struct ConfigsState;
+class Files;
 
 // The most runs one auto run may list. Each run is held in memory with its seed before the first
 // trial starts, so a slip of the keyboard (1e9 runs per permutation) must not take the machine
@@ -34,7 +35,7 @@ struct AutoRunParams {
 // Reads the auto-run file; on failure logs "Failed to read auto-run configurations." and a line
 // naming the file and the problem (the line and column of a JSON error, a run list longer than
 // MAX_AUTO_RUN_RUNS with the configuration's trait options).
-std::optional<AutoRunConfigs> read_auto_run_configs(const std::string& path,
+std::optional<AutoRunConfigs> read_auto_run_configs(Files& files, const std::string& path,
                                                     const ConfigsState& game);
 
 // How many runs the list of `configs` holds with the configuration's trait options; saturates

@@ -27,7 +27,7 @@ const Level* auto_run_level(SimulationState& sim, const std::string& filename) {
     auto& levels = sim.auto_run_levels;
     if (auto it = levels.find(filename); it != levels.end())
         return &it->second;
-    auto level = level_load_from_file(sim.cell_types, resolve_user_path(filename));
+    auto level = level_load_from_file(sim.files, sim.cell_types, resolve_user_path(filename));
     if (!level)
         return nullptr;
     return &levels.emplace(filename, std::move(*level)).first->second;
@@ -142,7 +142,7 @@ void obj_auto_runner::on_clean_up() {
 
 std::optional<AutoRunConfigs> auto_run_read_and_check(SimulationState& sim,
                                                       const std::string& configs_filename) {
-    auto configs = read_auto_run_configs(configs_filename, sim.configs);
+    auto configs = read_auto_run_configs(sim.files, configs_filename, sim.configs);
     if (!configs)
         return std::nullopt;
     for (const std::string& level : configs->levels)

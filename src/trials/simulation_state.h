@@ -13,13 +13,15 @@
 #include "creatures/creature_pathfinding.h"
 #include "creatures/human_action_type.h"
 #include "creatures/trial_world.h"
+#include "runtime/files.h"
 #include "runtime/instance_id.h"
+#include "runtime/runtime.h"
+#include "runtime/services.h"
 #include "world/level.h"
 #include "world/level_cell_types.h"
 
 namespace veldra {
 
-class Runtime;
 class obj_trial;
 
 // The Trial global and its once-only flag.
@@ -37,6 +39,9 @@ struct SimulationState {
     obj_trial* current_trial() const;
 
     Runtime& runtime;
+    // Where the auto-run file and the levels are read from: the runtime's, so a test that gives
+    // the runtime files in memory gives them to the trials too.
+    Files& files{*runtime.services().files};
     ConfigsState configs;
     LevelCellTypeTable cell_types;
     LevelSpawnHooks spawn_hooks;

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "runtime/file_io.h"
+#include "runtime/files.h"
 #include "runtime/log.h"
 
 namespace veldra {
@@ -101,14 +101,14 @@ constexpr std::size_t MAX_CELL_WARNINGS = 20;
 
 }  // namespace
 
-std::optional<Level> level_load_from_file(const LevelCellTypeTable& types,
+std::optional<Level> level_load_from_file(Files& files, const LevelCellTypeTable& types,
                                           const std::filesystem::path& path) {
     const auto fail = [&](const std::string& why) -> std::optional<Level> {
         log_error(fmt::format("Failed to read level from file \"{}\".", path.string()));
         log_error(fmt::format("\"{}\" {}.", path.string(), why));
         return std::nullopt;
     };
-    const FileText text = read_whole_file(path.string(), MAX_LEVEL_FILE_BYTES);
+    const FileText text = files.read(path.string(), MAX_LEVEL_FILE_BYTES);
     if (!text)
         return fail(text.error);
     std::string_view content = *text.text;
@@ -152,7 +152,7 @@ std::optional<Level> level_load_from_file(const LevelCellTypeTable& types,
     return Level(path.stem().string(), std::move(rows), types);
 }
 
-bool level_write_to_file(const Level& level, const std::filesystem::path& path) {
+bool level_write_to_file(Files& files, const Level& level, const std::filesystem::path& path) {
     std::string text;
     text.reserve(static_cast<std::size_t>(level.width + 1) * level.height);
     for (const auto& row : level.cells) {
@@ -160,7 +160,7 @@ bool level_write_to_file(const Level& level, const std::filesystem::path& path) 
             text.push_back(cell.type->character);
         text.push_back('\n');
     }
-    const std::string problem = write_whole_file(path.string(), text);
+    const std::string problem = files.write(path.string(), text);
     if (!problem.empty()) {
         log_error(fmt::format("Failed to write level to file \"{}\": {}.", path.string(), problem));
         return false;

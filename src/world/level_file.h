@@ -15,6 +15,8 @@
 
 namespace veldra {
 
+class Files;
+
 // The most cells a level may have on a side. A trial keeps a terrain cell and pathfinding
 // records per cell, and creatures per cell of their kind, so larger levels take minutes per trial
 // and gigabytes of memory; no playable level comes near.
@@ -22,10 +24,10 @@ inline constexpr std::size_t MAX_LEVEL_SIDE = 1000;
 
 // The level named after the file's stem, or nothing (with the error and its reason logged) when
 // the file cannot be read or is not a level.
-std::optional<Level> level_load_from_file(const LevelCellTypeTable& types,
+std::optional<Level> level_load_from_file(Files& files, const LevelCellTypeTable& types,
                                           const std::filesystem::path& path);
 
 // False (with an error logged) when the file cannot be written.
-bool level_write_to_file(const Level& level, const std::filesystem::path& path);
+bool level_write_to_file(Files& files, const Level& level, const std::filesystem::path& path);
 
 }  // namespace veldra

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "runtime/file_io.h"
+#include "runtime/files.h"
 #include "runtime/log.h"
 #include "serial/json.h"
 #include "util/rng.h"
@@ -108,8 +108,8 @@ void report_bad_file(const std::string& detail) {
     log_error(detail);
 }
 
-std::optional<nlohmann::json> read_json(const std::filesystem::path& path) {
-    const FileText text = read_whole_file(path.string(), MAX_LEVEL_GENERATOR_FILE_BYTES);
+std::optional<nlohmann::json> read_json(Files& files, const std::filesystem::path& path) {
+    const FileText text = files.read(path.string(), MAX_LEVEL_GENERATOR_FILE_BYTES);
     if (!text) {
         report_bad_file(fmt::format("Generator file \"{}\" {}.", path.string(), text.error));
         return std::nullopt;
@@ -129,8 +129,8 @@ std::optional<nlohmann::json> read_json(const std::filesystem::path& path) {
     return nlohmann::json(document.json);
 }
 
-std::optional<LevelSetRequest> read_request(const std::filesystem::path& path) {
-    const std::optional<nlohmann::json> root = read_json(path);
+std::optional<LevelSetRequest> read_request(Files& files, const std::filesystem::path& path) {
+    const std::optional<nlohmann::json> root = read_json(files, path);
     if (!root)
         return std::nullopt;
     RequestReader reader(*root, path);
@@ -150,7 +150,7 @@ std::optional<LevelSetRequest> read_request(const std::filesystem::path& path) {
     return request;
 }
 
-bool write_levels(const LevelCellTypeTable& types, const LevelSetRequest& request,
+bool write_levels(Files& files, const LevelCellTypeTable& types, const LevelSetRequest& request,
                   const std::filesystem::path& output_dir, double seed) {
     Rng rng(seed);
     for (int number = 1; number <= request.count; ++number) {
@@ -167,7 +167,8 @@ bool write_levels(const LevelCellTypeTable& types, const LevelSetRequest& reques
                 LEVEL_GENERATOR_MAX_ATTEMPTS));
             return false;
         }
-        if (!level_write_to_file(*level, output_dir / fmt::format("level_{:03}.txt", number))) {
+        if (!level_write_to_file(files, *level,
+                                 output_dir / fmt::format("level_{:03}.txt", number))) {
             return false;
         }
     }
@@ -176,10 +177,11 @@ bool write_levels(const LevelCellTypeTable& types, const LevelSetRequest& reques
 
 }  // namespace
 
-bool generate_level_set(const LevelCellTypeTable& types, const std::filesystem::path& json_path,
+bool generate_level_set(Files& files, const LevelCellTypeTable& types,
+                        const std::filesystem::path& json_path,
                         const std::filesystem::path& output_dir,
                         std::optional<double> seed_override) {
-    const std::optional<LevelSetRequest> request = read_request(json_path);
+    const std::optional<LevelSetRequest> request = read_request(files, json_path);
     if (!request)
         return false;
     const std::optional<double> seed = seed_override ? seed_override : request->seed;
@@ -189,14 +191,13 @@ bool generate_level_set(const LevelCellTypeTable& types, const std::filesystem::
             json_path.string()));
         return false;
     }
-    std::error_code error;
-    std::filesystem::create_directories(output_dir, error);
-    if (error) {
+    if (const std::string problem = files.create_directories(output_dir.string());
+        !problem.empty()) {
         log_error(fmt::format("Failed to create the output directory \"{}\": {}.",
-                              output_dir.string(), error.message()));
+                              output_dir.string(), problem));
         return false;
     }
-    if (!write_levels(types, *request, output_dir, *seed))
+    if (!write_levels(files, types, *request, output_dir, *seed))
         return false;
     log(fmt::format("Generated {} levels into \"{}\".", request->count, output_dir.string()));
     return true;

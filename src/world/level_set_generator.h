@@ -15,12 +15,15 @@
 
 namespace veldra {
 
+class Files;
 struct LevelCellTypeTable;
 
 // Writes the set into `output_dir` (created when missing). `seed_override`, when given, is used
 // instead of the file's "seed". False, with the problem logged, when the file is unusable, a
-// level cannot be generated, or a file cannot be written.
-bool generate_level_set(const LevelCellTypeTable& types, const std::filesystem::path& json_path,
+// level cannot be generated, or a file cannot be written. Files are read and written through
+// `files`.
+bool generate_level_set(Files& files, const LevelCellTypeTable& types,
+                        const std::filesystem::path& json_path,
                         const std::filesystem::path& output_dir,
                         std::optional<double> seed_override);
 

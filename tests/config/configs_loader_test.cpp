@@ -11,6 +11,7 @@
 #include "config/debug_settings.h"
 #include "config/program_parameters.h"
 #include "runtime/dialogs.h"
+#include "runtime/files.h"
 #include "runtime/gc.h"
 #include "runtime/log.h"
 #include "runtime/paths.h"
@@ -48,7 +49,7 @@ protected:
     }
     // The start-up question's answer: the `config` parameter, else the (scripted) dialog's.
     std::string asked_custom_name() {
-        Promise name = ask_custom_configuration_name(params, debugs, dialogs);
+        Promise name = ask_custom_configuration_name(params, debugs, dialogs, files);
         EXPECT_TRUE(name.is_fulfilled());
         return name.value().as_string();
     }
@@ -67,13 +68,14 @@ protected:
     ProgramParameters params;
     DebugSettings debugs;
     ScriptedDialogs dialogs;
+    DiskFiles files;
     testing::ScratchDirectory scratch{"veldra_configs_test"};
     std::filesystem::path root = scratch.path();
 };
 
 TEST_F(ConfigsLoaderTest, ShippedFileLoadsEveryKeyAndFormulasEvaluate) {
     const std::string path = write("configurations.json", shipped_configuration());
-    auto loaded = _load_game_configurations_from_file(path, true, globals);
+    auto loaded = _load_game_configurations_from_file(files, path, true, globals);
     ASSERT_TRUE(loaded) << (capture.lines.empty() ? "" : capture.lines[0].message);
     EXPECT_EQ(loaded->trial_time, 60);
     EXPECT_EQ(loaded->levels.size(), 10u);
@@ -93,7 +95,7 @@ TEST_F(ConfigsLoaderTest, ShippedFileLoadsEveryKeyAndFormulasEvaluate) {
 
 TEST_F(ConfigsLoaderTest, EachFailureHasItsText) {
     const std::string missing = (root / "datafiles" / "nope.json").string();
-    EXPECT_FALSE(_load_game_configurations_from_file(missing, true, globals));
+    EXPECT_FALSE(_load_game_configurations_from_file(files, missing, true, globals));
     EXPECT_EQ(first_error()->message, "Configuration file doesn't exist (" + missing + ").");
 
     struct Case {
@@ -114,7 +116,7 @@ TEST_F(ConfigsLoaderTest, EachFailureHasItsText) {
     for (const auto& c : cases) {
         capture.lines.clear();
         const std::string path = write("broken.json", c.text);
-        EXPECT_FALSE(_load_game_configurations_from_file(path, true, globals));
+        EXPECT_FALSE(_load_game_configurations_from_file(files, path, true, globals));
         ASSERT_NE(first_error(), nullptr);
         EXPECT_EQ(first_error()->message, string_replace_all(c.message, "{path}", path));
     }
@@ -137,7 +139,7 @@ TEST_F(ConfigsLoaderTest, MalformedOrHostileFilesAreNamedWithWhereAndWhy) {
         for (bool base : {true, false}) {
             capture.lines.clear();
             const std::string path = write("hostile.json", c.text);
-            EXPECT_FALSE(_load_game_configurations_from_file(path, base, globals));
+            EXPECT_FALSE(_load_game_configurations_from_file(files, path, base, globals));
             ASSERT_GE(capture.lines.size(), 2u);
             EXPECT_EQ(capture.lines[1].message, "\"" + path + c.detail);
         }
@@ -145,8 +147,8 @@ TEST_F(ConfigsLoaderTest, MalformedOrHostileFilesAreNamedWithWhereAndWhy) {
     // Not a regular file: refused with the reason, never read until memory runs out.
     capture.lines.clear();
     std::filesystem::create_directories(root / "datafiles" / "dir.json");
-    EXPECT_FALSE(_load_game_configurations_from_file((root / "datafiles" / "dir.json").string(),
-                                                     false, globals));
+    EXPECT_FALSE(_load_game_configurations_from_file(
+        files, (root / "datafiles" / "dir.json").string(), false, globals));
     EXPECT_TRUE(capture.contains("is a directory, not a file."));
 }
 
@@ -172,14 +174,14 @@ TEST_F(ConfigsLoaderTest, ValuesOutsideTheirRuleAreRefusedWithKeyValueAndRule) {
     for (const auto& [text, message] : cases) {
         capture.lines.clear();
         const std::string path = write("rules.json", text);
-        EXPECT_FALSE(_load_game_configurations_from_file(path, false, globals)) << text;
+        EXPECT_FALSE(_load_game_configurations_from_file(files, path, false, globals)) << text;
         ASSERT_NE(first_error(), nullptr) << text;
         EXPECT_NE(first_error()->message.find(message), std::string::npos)
             << first_error()->message;
     }
     EXPECT_TRUE(_load_game_configurations_from_file(
-        write("fine.json", R"({"game_speed": -1, "trial_time": 0, "num_memory_slots": 3})"), false,
-        globals));
+        files, write("fine.json", R"({"game_speed": -1, "trial_time": 0, "num_memory_slots": 3})"),
+        false, globals));
 }
 
 TEST_F(ConfigsLoaderTest, FormulasReadOnlyTheVariablesTheirKeyIsGiven) {
@@ -193,7 +195,7 @@ TEST_F(ConfigsLoaderTest, FormulasReadOnlyTheVariablesTheirKeyIsGiven) {
     for (const auto& [key, formula] : refused) {
         capture.lines.clear();
         const std::string path = write("vars.json", "{\"" + key + "\": \"" + formula + "\"}");
-        EXPECT_FALSE(_load_game_configurations_from_file(path, false, globals)) << key;
+        EXPECT_FALSE(_load_game_configurations_from_file(files, path, false, globals)) << key;
         ASSERT_NE(first_error(), nullptr);
         EXPECT_NE(first_error()->message.find("\"" + key + "\""), std::string::npos);
         EXPECT_NE(first_error()->message.find("is not given to this formula"), std::string::npos)
@@ -203,7 +205,8 @@ TEST_F(ConfigsLoaderTest, FormulasReadOnlyTheVariablesTheirKeyIsGiven) {
         "exchange_take_weight": "1 - ENERGY_LEVEL", "trial_score": "TIME + ENERGY_LEVEL",
         "current_action_weight_modifier": "WEIGHT * ENERGY_LEVEL",
         "target_weight_approach_food": "1 - DISTANCE * ENERGY_LEVEL", "move_speed_explore": "2 + N"})";
-    EXPECT_TRUE(_load_game_configurations_from_file(write("vars.json", given), false, globals));
+    EXPECT_TRUE(
+        _load_game_configurations_from_file(files, write("vars.json", given), false, globals));
 }
 
 // The table of keys in docs/configuration.md says what the loader accepts: it must not drift.
@@ -247,7 +250,7 @@ TEST_F(ConfigsLoaderTest, FirstMissingKeyInSchemaOrderIsNamed) {
         "    \"game_speed\": 1, // ticks per frame; negative runs the whole trial in one frame\n",
         "");
     const std::string path = write("broken.json", text);
-    EXPECT_FALSE(_load_game_configurations_from_file(path, true, globals));
+    EXPECT_FALSE(_load_game_configurations_from_file(files, path, true, globals));
     EXPECT_NE(first_error()->message.find("\"game_speed\""), std::string::npos);
 }
 
@@ -255,7 +258,7 @@ TEST_F(ConfigsLoaderTest, FormulaThatDoesNotCompileNamesKeyFileAndColumn) {
     const std::string path =
         write("broken.json", shipped_with("\"weight_explore\": \"max(0, 0.6 + 0.6 * O)\"",
                                           "\"weight_explore\": \"1 + * O\""));
-    EXPECT_FALSE(_load_game_configurations_from_file(path, true, globals));
+    EXPECT_FALSE(_load_game_configurations_from_file(files, path, true, globals));
     const std::string& message = first_error()->message;
     EXPECT_NE(message.find("\"" + path + "\""), std::string::npos);
     EXPECT_NE(message.find("\"weight_explore\""), std::string::npos);
@@ -266,7 +269,7 @@ TEST_F(ConfigsLoaderTest, ReloadWithCustomOverlayAndFailuresKeepEarlierConfigs) 
     write("configurations.json", shipped_configuration());
     write("fast.json", "{\"trial_time\": 30, \"extra_key\": [1, 2]}");
     params.config = "  fast ";
-    ASSERT_TRUE(reload_game_configurations(configs, asked_custom_name()));
+    ASSERT_TRUE(reload_game_configurations(configs, files, asked_custom_name()));
     EXPECT_EQ(configs.get().trial_time, 30);
     EXPECT_EQ(configs.get().game_speed, 1);
     EXPECT_TRUE(configs.value("extra_key").is_array());
@@ -275,7 +278,7 @@ TEST_F(ConfigsLoaderTest, ReloadWithCustomOverlayAndFailuresKeepEarlierConfigs) 
     // A broken base file leaves the loaded configuration in place.
     write("configurations.json", "{");
     capture.lines.clear();
-    EXPECT_FALSE(reload_game_configurations(configs, asked_custom_name()));
+    EXPECT_FALSE(reload_game_configurations(configs, files, asked_custom_name()));
     EXPECT_TRUE(capture.contains("Failed to load main configs from \""));
     EXPECT_EQ(configs.get().trial_time, 30);
 
@@ -283,17 +286,34 @@ TEST_F(ConfigsLoaderTest, ReloadWithCustomOverlayAndFailuresKeepEarlierConfigs) 
     write("configurations.json", shipped_configuration());
     write("fast.json", "{\"trial_time\": \"slow\"}");
     params.config = "fast.json";
-    EXPECT_TRUE(reload_game_configurations(configs, asked_custom_name()));
+    EXPECT_TRUE(reload_game_configurations(configs, files, asked_custom_name()));
     EXPECT_EQ(configs.get().trial_time, 60);
     EXPECT_TRUE(capture.contains("Failed to load custom configs from \"" +
                                  (root / "datafiles" / "fast.json").string() + "\"."));
+}
+
+// The base and a custom file come from the files handed in; one missing there is said not to
+// exist, as one missing on the disk is.
+TEST_F(ConfigsLoaderTest, ConfigurationsAreReadThroughTheGivenFiles) {
+    MemoryFiles memory;
+    const std::string base = make_included_file_filename("configurations.json");
+    memory.files[base] = shipped_configuration();
+    memory.files["memory_fast.json"] = "{\"trial_time\": 30}";
+    ASSERT_TRUE(reload_game_configurations(configs, memory, "memory_fast"));
+    EXPECT_EQ(configs.get().trial_time, 30);
+    EXPECT_EQ(configs.loaded_paths, (std::vector<std::string>{base, "memory_fast.json"}));
+
+    capture.lines.clear();
+    EXPECT_FALSE(_load_game_configurations_from_file(memory, "absent.json", false, globals));
+    ASSERT_NE(first_error(), nullptr);
+    EXPECT_EQ(first_error()->message, "Configuration file doesn't exist (absent.json).");
 }
 
 TEST_F(ConfigsLoaderTest, NoCustomNameLoadsTheBaseOnly) {
     write("configurations.json", shipped_configuration());
     debugs.custom_config = "kept";
     // Headless, the question is cancelled: no custom file, and the stored answer stays.
-    ASSERT_TRUE(reload_game_configurations(configs, asked_custom_name()));
+    ASSERT_TRUE(reload_game_configurations(configs, files, asked_custom_name()));
     EXPECT_EQ(debugs.custom_config, "kept");
     EXPECT_TRUE(
         capture.contains("No custom configurations were loaded, because none were specified."));

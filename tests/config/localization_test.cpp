@@ -6,6 +6,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "runtime/files.h"
 #include "runtime/gc.h"
 #include "runtime/log.h"
 #include "runtime/paths.h"
@@ -28,6 +29,7 @@ protected:
     void TearDown() override { process_state().program_directory.clear(); }
 
     GcScope collector;
+    DiskFiles files;
     Localization localization;
     LogCapture capture;
     testing::ScratchDirectory scratch{"veldra_localization_test"};
@@ -39,7 +41,7 @@ TEST_F(LocalizationTest, LoadsTheSectionTurnsBackslashNIntoLineBreaksAndFillsPla
         "t",
         "; comment\r\n[other]\r\nHud_TotalScore=wrong\r\n[localization]\r\n"
         "Hud_TotalScore=Total\r\nTwo=Line one\\nLine two\r\nFill={0} and {0}, then {1} {2}\r\n");
-    ASSERT_TRUE(load_and_set_localization(localization, "t"));
+    ASSERT_TRUE(load_and_set_localization(files, localization, "t"));
     const Language* language = localization.active_language();
     ASSERT_NE(language, nullptr);
     EXPECT_EQ(language->get("Hud_TotalScore"), "Total");
@@ -50,14 +52,14 @@ TEST_F(LocalizationTest, LoadsTheSectionTurnsBackslashNIntoLineBreaksAndFillsPla
 
 TEST_F(LocalizationTest, MissingLidWarnsOnEveryLookup) {
     write_language("t", "[localization]\nA=1\n");
-    ASSERT_TRUE(load_and_set_localization(localization, "t"));
+    ASSERT_TRUE(load_and_set_localization(files, localization, "t"));
     EXPECT_FALSE(localization.active_language()->get("B"));
     EXPECT_FALSE(localization.active_language()->get("B"));
     EXPECT_EQ(capture.count("Language doesn't have LID \"B\"."), 2u);
 }
 
 TEST_F(LocalizationTest, MissingFileIsLoggedAndKeepsTheActiveLanguage) {
-    EXPECT_FALSE(load_and_set_localization(localization, "xx"));
+    EXPECT_FALSE(load_and_set_localization(files, localization, "xx"));
     EXPECT_EQ(localization.active_language(), nullptr);
     ASSERT_EQ(capture.lines.size(), 1u);
     EXPECT_EQ(capture.lines[0].level, LogLevel::error);
@@ -66,14 +68,14 @@ TEST_F(LocalizationTest, MissingFileIsLoggedAndKeepsTheActiveLanguage) {
                   (root / "datafiles" / "localization" / "xx.ini").string() + "\".");
 
     write_language("t", "[localization]\nA=1\n");
-    ASSERT_TRUE(load_and_set_localization(localization, "t"));
-    EXPECT_FALSE(load_and_set_localization(localization, "xx"));
+    ASSERT_TRUE(load_and_set_localization(files, localization, "t"));
+    EXPECT_FALSE(load_and_set_localization(files, localization, "xx"));
     EXPECT_EQ(localization.active_language()->get("A"), "1");
 }
 
 TEST_F(LocalizationTest, StrayLinesAreWarnedAndAMissingSectionIsAnError) {
     write_language("t", "[localization]\nA=1\nnot a line\nB=2\n");
-    ASSERT_TRUE(load_and_set_localization(localization, "t"));
+    ASSERT_TRUE(load_and_set_localization(files, localization, "t"));
     EXPECT_EQ(localization.active_language()->get("B"), "2");
     const std::string path = (root / "datafiles" / "localization" / "t.ini").string();
     EXPECT_TRUE(
@@ -82,16 +84,36 @@ TEST_F(LocalizationTest, StrayLinesAreWarnedAndAMissingSectionIsAnError) {
 
     capture.lines.clear();
     write_language("nosection", "A=1\n[other]\nB=2\n");
-    EXPECT_FALSE(load_and_set_localization(localization, "nosection"));
+    EXPECT_FALSE(load_and_set_localization(files, localization, "nosection"));
     EXPECT_TRUE(capture.contains("nosection.ini\" has no [localization] section."));
     EXPECT_EQ(localization.active_language()->get("A"), "1");  // the language before stays
 
     // A code is a name: no path leads out of the language folder.
     capture.lines.clear();
     write_language("../configurations", "[localization]\nA=x\n");
-    EXPECT_FALSE(load_and_set_localization(localization, "../configurations"));
+    EXPECT_FALSE(load_and_set_localization(files, localization, "../configurations"));
     std::filesystem::create_directories(root / "datafiles" / "localization" / "dir.ini");
-    EXPECT_FALSE(load_and_set_localization(localization, "dir"));
+    EXPECT_FALSE(load_and_set_localization(files, localization, "dir"));
+}
+
+// The language comes from the files handed in: nothing of it is on the disk.
+TEST_F(LocalizationTest, LanguagesAreReadThroughTheGivenFiles) {
+    MemoryFiles memory;
+    const std::string path = make_included_file_filename("localization/mem.ini");
+    memory.files[path] = "[localization]\nA=from memory\n";
+    ASSERT_TRUE(load_and_set_localization(memory, localization, "mem"));
+    EXPECT_EQ(localization.active_language()->get("A"), "from memory");
+    EXPECT_FALSE(load_and_set_localization(files, localization, "mem"));  // not on the disk
+
+    // Too large in memory is reported as on the disk, and the language before stays.
+    capture.lines.clear();
+    memory.files[path] = std::string(MAX_LOCALIZATION_FILE_BYTES + 1, ';');
+    EXPECT_FALSE(load_and_set_localization(memory, localization, "mem"));
+    ASSERT_EQ(capture.lines.size(), 2u);
+    EXPECT_EQ(
+        capture.lines[0].message,
+        "Localization file \"" + path + "\" is larger than 4 MiB, the most this file may hold.");
+    EXPECT_EQ(localization.active_language()->get("A"), "from memory");
 }
 
 TEST(ShippedLanguages, EnglishAndGermanDefineTheSameLids) {

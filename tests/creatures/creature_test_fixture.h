@@ -32,7 +32,7 @@ protected:
     void SetUp() override {
         setenv("VeldraProjectDir", VELDRA_SOURCE_DIR, 1);
         initialize_configs(configs);
-        ASSERT_TRUE(reload_game_configurations(configs, ""));
+        ASSERT_TRUE(reload_game_configurations(configs, *services.files, ""));
         initialize_level_cell_types(cell_types);
         initialize_human_action_types(action_types);
         initialize_creature_pathfinding(pathfinding);

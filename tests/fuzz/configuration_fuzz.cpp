@@ -2,6 +2,7 @@
 #include "config/configs_loader.h"
 #include "config/json_comments.h"
 #include "fuzz/fuzz_support.h"
+#include "runtime/files.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace veldra;
@@ -10,9 +11,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (_json_remove_comments(text).size() > text.size())
         __builtin_trap();  // comments are only ever cut
     const std::string path = fuzzing::input_file(text, ".json");
+    DiskFiles files;
     for (bool base : {true, false}) {
         ExpressionGlobals globals;
-        const auto loaded = _load_game_configurations_from_file(path, base, globals);
+        const auto loaded = _load_game_configurations_from_file(files, path, base, globals);
         // A whole file that loads must be usable: its formulas evaluate without a fault. (An
         // overlay's absent keys hold no formula until it is laid over a base file.)
         if (loaded && base) {

@@ -2,6 +2,7 @@
 #include <nlohmann/json.hpp>
 
 #include "fuzz/fuzz_support.h"
+#include "runtime/files.h"
 #include "world/level_cell_types.h"
 #include "world/level_set_generator.h"
 
@@ -32,6 +33,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     LevelCellTypeTable types;
     initialize_level_cell_types(types);
     const std::string path = fuzzing::input_file(text, ".json");
-    (void)generate_level_set(types, path, path + ".levels", std::nullopt);
+    DiskFiles files;
+    (void)generate_level_set(files, types, path, path + ".levels", std::nullopt);
     return 0;
 }

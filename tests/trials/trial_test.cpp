@@ -27,7 +27,7 @@ protected:
     void SetUp() override {
         setenv("VeldraProjectDir", VELDRA_SOURCE_DIR, 1);
         initialize_game_systems(sim);
-        ASSERT_TRUE(reload_game_configurations(sim.configs, ""));
+        ASSERT_TRUE(reload_game_configurations(sim.configs, sim.files, ""));
         runtime.start(runtime.room_add({"rm_game", nullptr}));
     }
     void TearDown() override { runtime.shutdown(); }
@@ -166,8 +166,9 @@ TEST_F(TrialTest, AiHumanWithAnUnknownTypeNumberGetsDefaultRangesAndAnError) {
 
 TEST_F(TrialTest, SameSeedGivesTheSameResultAndEvents) {
     sim.log_automatic_trial_events = true;
-    auto level = level_load_from_file(
-        sim.cell_types, std::string(VELDRA_SOURCE_DIR) + "/datafiles/levels/level_05.txt");
+    auto level =
+        level_load_from_file(sim.files, sim.cell_types,
+                             std::string(VELDRA_SOURCE_DIR) + "/datafiles/levels/level_05.txt");
     ASSERT_TRUE(level);
     auto run = [&](double seed) {
         capture.lines.clear();

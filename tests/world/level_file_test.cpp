@@ -29,9 +29,9 @@ protected:
 TEST_F(LevelFile, WriteAndReadBack) {
     const Level level = level_from_rows({"xxxxx", "xp0sx", "xmfhx", "xr  x", "xxxxx"});
     const auto path = scratch() / "round_trip.txt";
-    ASSERT_TRUE(level_write_to_file(level, path));
+    ASSERT_TRUE(level_write_to_file(files, level, path));
     EXPECT_EQ(read_text(path), "xxxxx\nxp0sx\nxmfhx\nxr  x\nxxxxx\n");
-    const auto loaded = level_load_from_file(types, path);
+    const auto loaded = level_load_from_file(files, types, path);
     ASSERT_TRUE(loaded);
     EXPECT_EQ(loaded->name, "round_trip");
     EXPECT_EQ(rows_of(*loaded), rows_of(level));
@@ -39,19 +39,20 @@ TEST_F(LevelFile, WriteAndReadBack) {
 }
 
 TEST_F(LevelFile, UnequalLinesArePadded) {
-    const auto loaded = level_load_from_file(types, write_text("ragged.txt", "xxx\nx\n\nxxxxx\n"));
+    const auto loaded =
+        level_load_from_file(files, types, write_text("ragged.txt", "xxx\nx\n\nxxxxx\n"));
     ASSERT_TRUE(loaded);
     EXPECT_EQ(loaded->width, 5);
     EXPECT_EQ(rows_of(*loaded), (std::vector<std::string>{"xxx  ", "x    ", "     ", "xxxxx"}));
     const auto path = scratch() / "ragged_out.txt";
-    ASSERT_TRUE(level_write_to_file(*loaded, path));
+    ASSERT_TRUE(level_write_to_file(files, *loaded, path));
     EXPECT_EQ(read_text(path), "xxx  \nx    \n     \nxxxxx\n");
 }
 
 TEST_F(LevelFile, UnknownCharactersWarnWithTheirPlaceAndBecomeEmpty) {
     LogCapture capture;
     const auto path = write_text("odd.txt", "x\ty\nyx\n");
-    const auto loaded = level_load_from_file(types, path);
+    const auto loaded = level_load_from_file(files, types, path);
     ASSERT_TRUE(loaded);
     EXPECT_EQ(rows_of(*loaded), (std::vector<std::string>{"x  ", " x "}));
     ASSERT_EQ(capture.lines.size(), 3u);
@@ -65,7 +66,7 @@ TEST_F(LevelFile, ReadsCharactersNotBytes) {
     LogCapture capture;
     // A byte order mark is no cell; "é" and "→" are one cell each, shown by their bytes.
     const auto loaded = level_load_from_file(
-        types, write_text("utf8.txt", "\xEF\xBB\xBFx\xC3\xA9x\nx\xE2\x86\x92\n"));
+        files, types, write_text("utf8.txt", "\xEF\xBB\xBFx\xC3\xA9x\nx\xE2\x86\x92\n"));
     ASSERT_TRUE(loaded);
     EXPECT_EQ(rows_of(*loaded), (std::vector<std::string>{"x x", "x  "}));
     EXPECT_TRUE(capture.contains("\"\\xc3\\xa9\". ("));
@@ -74,7 +75,7 @@ TEST_F(LevelFile, ReadsCharactersNotBytes) {
 
     // Many bad cells: a few warnings and a count, not a flood.
     capture.lines.clear();
-    ASSERT_TRUE(level_load_from_file(types, write_text("many.txt", std::string(500, '?'))));
+    ASSERT_TRUE(level_load_from_file(files, types, write_text("many.txt", std::string(500, '?'))));
     EXPECT_EQ(capture.lines.size(), 21u);
     EXPECT_TRUE(capture.contains("480 more cells could not be parsed and are empty."));
 }
@@ -83,7 +84,7 @@ TEST_F(LevelFile, BinaryHugeAndSpecialFilesAreRefusedWithTheReason) {
     LogCapture capture;
     const auto expect_refused = [&](const std::filesystem::path& path, const std::string& why) {
         capture.lines.clear();
-        EXPECT_FALSE(level_load_from_file(types, path)) << path;
+        EXPECT_FALSE(level_load_from_file(files, types, path)) << path;
         ASSERT_EQ(capture.lines.size(), 2u) << path;
         EXPECT_EQ(capture.lines[0].message,
                   "Failed to read level from file \"" + path.string() + "\".");
@@ -101,22 +102,23 @@ TEST_F(LevelFile, BinaryHugeAndSpecialFilesAreRefusedWithTheReason) {
     expect_refused(write_text("tall.txt", tall), "is 1 x 1001 cells");
     expect_refused(scratch(), "is a directory, not a file");
     expect_refused("/dev/zero", "is not a regular file");
-    EXPECT_TRUE(level_load_from_file(types, write_text("square.txt", std::string(1000, 'x'))));
+    EXPECT_TRUE(
+        level_load_from_file(files, types, write_text("square.txt", std::string(1000, 'x'))));
 }
 
 TEST_F(LevelFile, LineEndsAndEmptyFiles) {
-    const auto lf = level_load_from_file(types, write_text("lf.txt", "xp\nmx\n"));
-    const auto crlf = level_load_from_file(types, write_text("crlf.txt", "xp\r\nmx\r\n"));
-    const auto no_final = level_load_from_file(types, write_text("no_final.txt", "xp\nmx"));
+    const auto lf = level_load_from_file(files, types, write_text("lf.txt", "xp\nmx\n"));
+    const auto crlf = level_load_from_file(files, types, write_text("crlf.txt", "xp\r\nmx\r\n"));
+    const auto no_final = level_load_from_file(files, types, write_text("no_final.txt", "xp\nmx"));
     ASSERT_TRUE(lf && crlf && no_final);
     EXPECT_EQ(rows_of(*crlf), rows_of(*lf));
     EXPECT_EQ(rows_of(*no_final), rows_of(*lf));
     EXPECT_EQ(lf->height, 2);
 
     // Only one empty line after the last line end is dropped; a second is a row of its own.
-    EXPECT_EQ(level_load_from_file(types, write_text("blank.txt", "xp\n\n"))->height, 2);
+    EXPECT_EQ(level_load_from_file(files, types, write_text("blank.txt", "xp\n\n"))->height, 2);
 
-    const auto empty = level_load_from_file(types, write_text("empty.txt", ""));
+    const auto empty = level_load_from_file(files, types, write_text("empty.txt", ""));
     ASSERT_TRUE(empty);
     EXPECT_EQ(empty->width, 0);
     EXPECT_EQ(empty->height, 0);
@@ -125,15 +127,15 @@ TEST_F(LevelFile, LineEndsAndEmptyFiles) {
 TEST_F(LevelFile, UnreadableOrUnwritableFiles) {
     LogCapture capture;
     const auto missing = scratch() / "missing.txt";
-    EXPECT_FALSE(level_load_from_file(types, missing));
+    EXPECT_FALSE(level_load_from_file(files, types, missing));
     ASSERT_EQ(capture.lines.size(), 2u);
     EXPECT_EQ(capture.lines[0].level, LogLevel::error);
     EXPECT_EQ(capture.lines[0].message,
               "Failed to read level from file \"" + missing.string() + "\".");
     EXPECT_EQ(capture.lines[1].message, "\"" + missing.string() + "\" no such file.");
     const Level level = level_from_rows({"x"});
-    EXPECT_FALSE(level_write_to_file(level, scratch() / "no_such_dir" / "out.txt"));
-    EXPECT_FALSE(level_write_to_file(level, "/dev/full"));
+    EXPECT_FALSE(level_write_to_file(files, level, scratch() / "no_such_dir" / "out.txt"));
+    EXPECT_FALSE(level_write_to_file(files, level, "/dev/full"));
     EXPECT_TRUE(capture.contains("\"/dev/full\": No space left on device."));
 }
 
@@ -146,7 +148,7 @@ TEST_F(LevelFile, RandomTextLoadsAndRoundTrips) {
             c = static_cast<char>(bytes() % 8 == 0 ? '\n' : 1 + bytes() % 127);
         // A fresh name each round: truncating a file just written makes the disk flush it.
         const std::string name = "fuzz_" + std::to_string(round);
-        const auto loaded = level_load_from_file(types, write_text(name + ".txt", text));
+        const auto loaded = level_load_from_file(files, types, write_text(name + ".txt", text));
         ASSERT_TRUE(loaded);
         ASSERT_EQ(loaded->height, static_cast<int>(loaded->cells.size()));
         for (const auto& row : loaded->cells) {
@@ -156,8 +158,8 @@ TEST_F(LevelFile, RandomTextLoadsAndRoundTrips) {
         }
         // Whatever was made of the bytes survives a write and a read unchanged.
         const auto copy = scratch() / (name + "_copy.txt");
-        ASSERT_TRUE(level_write_to_file(*loaded, copy));
-        ASSERT_EQ(rows_of(*level_load_from_file(types, copy)), rows_of(*loaded));
+        ASSERT_TRUE(level_write_to_file(files, *loaded, copy));
+        ASSERT_EQ(rows_of(*level_load_from_file(files, types, copy)), rows_of(*loaded));
     }
 }
 

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "runtime/files.h"
 #include "support/scratch_directory.h"
 #include "world/level.h"
 #include "world/level_cell_types.h"
@@ -51,6 +52,7 @@ protected:
     }
 
     LevelCellTypeTable types;
+    DiskFiles files;
     LevelSpawnHooks no_spawning;  // levels dumped here create no entities
 
 private:
