@@ -23,23 +23,17 @@ Ticks rate_as_ticks(double per_second) {
     return static_cast<Ticks>(std::ceil(1.0 / per_second * 60.0));
 }
 
-// rate_as_ticks of the energy-loss rate, which every human asks every tick, and the division
-// was the larger part of its tick: the rate only changes with the configuration, so the last
-// answer is kept. Keyed by the rate's bits, so 0 and -0 (opposite infinities) never mix.
-Ticks energy_loss_rate_as_ticks(double per_second) {
-    thread_local bool known = false;
-    thread_local std::uint64_t known_rate = 0;
-    thread_local Ticks known_ticks = 0;
-    const auto rate = std::bit_cast<std::uint64_t>(per_second);
-    if (!known || rate != known_rate) {
-        known_ticks = rate_as_ticks(per_second);
-        known_rate = rate;
-        known = true;
-    }
-    return known_ticks;
-}
-
 }  // namespace
+
+Ticks obj_human::RateInTicks::get(double per_second) {
+    const auto rate = std::bit_cast<std::uint64_t>(per_second);
+    if (!known_ || rate != rate_) {
+        ticks_ = rate_as_ticks(per_second);
+        rate_ = rate;
+        known_ = true;
+    }
+    return ticks_;
+}
 
 void obj_human::on_create() {
     obj_creature::on_create();
@@ -95,7 +89,7 @@ void obj_human::lose_energy_constantly() {
     const GameConfigurations& c = world().configs();
     constant_energy_loss_timer += 1;
     if (constant_energy_loss_timer <
-        energy_loss_rate_as_ticks(c.human_constant_energy_loss_frequency))
+        energy_loss_interval_.get(c.human_constant_energy_loss_frequency))
         return;
     constant_energy_loss_timer = 0;
     energy -= c.human_constant_energy_loss_amount;

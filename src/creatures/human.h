@@ -10,6 +10,7 @@
 // the energy changed, so every draw uses the weights of the current energy.
 
 #include <array>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -89,6 +90,19 @@ public:
     std::array<double, HUMAN_ACTION_TYPE_COUNT> action_move_speeds{};  // pixels per tick
 
 private:
+    // rate_as_ticks of a rate asked every tick that only changes with the configuration: the
+    // division was the larger part of a human's tick, so the last answer is kept. Keyed by the
+    // rate's bits, so 0 and -0 (opposite infinities) never mix.
+    class RateInTicks {
+    public:
+        Ticks get(double per_second);
+
+    private:
+        bool known_ = false;
+        std::uint64_t rate_ = 0;
+        Ticks ticks_ = 0;
+    };
+
     void decision_tick(Rng& rng);
     void lose_energy_constantly();
     void decide(Rng& rng);
@@ -102,6 +116,7 @@ private:
     template <class Pred>
     void retire_actions_if(Pred pred);
 
+    RateInTicks energy_loss_interval_;
     std::vector<const HumanActionType*> action_order_;  // scratch of find_candidate
     WeightedRandomSampler<int> duel_sampler_;           // scratch of candidate_wins_duel
     // Actions taken out of the memory, kept alive until the end of the human's tick because one
