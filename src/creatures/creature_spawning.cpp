@@ -26,18 +26,18 @@ void initialize_creature_spawning(LevelSpawnHooks& hooks, TrialWorld& world) {
     VELDRA_SCOPE();
     if (!once_only_first_call(hooks.filled))
         return;
-    Runtime& runtime = world.runtime;
-    hooks.spawn_human_ai = [&](const TerrainCell& cell, std::optional<int> type_number) {
-        create_at_centre<obj_human_ai>(runtime, cell, world).human_ai_initialize(type_number);
+    // The hooks outlive this call: they capture the world, which outlives every trial.
+    hooks.spawn_human_ai = [&world](const TerrainCell& cell, std::optional<int> type_number) {
+        create_at_centre<obj_human_ai>(world.runtime, cell, world).human_ai_initialize(type_number);
     };
-    hooks.spawn_player = [&](const TerrainCell& cell) {
-        create_at_centre<obj_human_player>(runtime, cell, world);
+    hooks.spawn_player = [&world](const TerrainCell& cell) {
+        create_at_centre<obj_human_player>(world.runtime, cell, world);
     };
-    hooks.spawn_monster = [&](const TerrainCell& cell) {
-        create_at_centre<obj_monster>(runtime, cell, world);
+    hooks.spawn_monster = [&world](const TerrainCell& cell) {
+        create_at_centre<obj_monster>(world.runtime, cell, world);
     };
-    hooks.spawn_food = [&runtime](const TerrainCell& cell) {
-        create_at_centre<obj_food>(runtime, cell);
+    hooks.spawn_food = [&world](const TerrainCell& cell) {
+        create_at_centre<obj_food>(world.runtime, cell);
     };
 }
 

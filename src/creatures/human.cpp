@@ -205,7 +205,7 @@ void obj_human::counter_attack(InstanceId attacker_id) {
         force_start_action(std::make_unique<HA_AttackHuman>(*this, attacker_id));
     else
         force_start_action(std::make_unique<HA_AttackMonster>(*this, attacker_id));
-    if (static_cast<bool>(world().log_event))
+    if (world().log_event)
         world().log_event(
             fmt::format("{} strikes back at {}.", EID(this, false), EID(attacker, false)));
 }

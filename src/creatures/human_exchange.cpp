@@ -51,7 +51,7 @@ void obj_human::exchange_with_human(obj_human& partner, Rng& rng) {
     partner.exchange_cooldown_timer = partner.get_exchange_cooldown_as_ticks();
     start_animation(CREATURE_ANIMATION_EXCHANGE, partner.x, partner.y, EXCHANGE_ANIMATION_STEPS);
     partner.start_animation(CREATURE_ANIMATION_EXCHANGE, x, y, EXCHANGE_ANIMATION_STEPS);
-    if (static_cast<bool>(world().log_event))
+    if (world().log_event)
         world().log_event(fmt::format("{} {} and {} {} in an exchange.", EID(this, false),
                                       exchange_action_name(mine), EID(&partner, false),
                                       exchange_action_name(theirs)));
