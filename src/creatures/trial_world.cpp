@@ -16,6 +16,7 @@ void TrialWorld::clear_trial() {
     log_event = nullptr;
     log_interactive_event = nullptr;
     creature_died = {};
+    player_commands.clear();
 }
 
 }  // namespace veldra

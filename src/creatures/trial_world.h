@@ -12,6 +12,7 @@
 
 #include "creatures/creature_scratch.h"
 #include "creatures/event.h"
+#include "creatures/player_commands.h"
 #include "runtime/assertion.h"
 #include "runtime/instance_id.h"
 #include "util/rng.h"
@@ -69,6 +70,9 @@ struct TrialWorld {
     std::function<void(const std::string&)> log_interactive_event;
     // Raised by a creature's destroy event, while it still stands where it died.
     Event<const obj_creature&> creature_died;
+
+    // The player's commands of the running trial; the trial empties it when it is laid out.
+    PlayerCommands player_commands;
 
     CreatureScratch scratch;
 };

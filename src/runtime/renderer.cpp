@@ -45,8 +45,9 @@ void DrawList::texture(TextureId texture, float x, float y, float w, float h, Rg
     c.flip_x = flip_x;
 }
 
-void DrawList::text(float x, float y, std::string text, Rgba color) {
-    DrawCommand& c = commands_.emplace_back(command(DrawCommand::Kind::text, x, y, 0, 0, color));
+void DrawList::text(float x, float y, std::string text, Rgba color, float size) {
+    DrawCommand& c =
+        commands_.emplace_back(command(DrawCommand::Kind::text, x, y, 0, size, color));
     c.text = std::move(text);
 }
 
@@ -58,6 +59,15 @@ void NullRenderer::present() {
     last_frame = draw_list_.commands();
     draw_list_.clear();
     ++frames_presented;
+}
+
+TextSize NullRenderer::measure_text(std::string_view text, float size) const {
+    return {static_cast<float>(text.size()) * size * 0.5f, size};
+}
+
+bool NullRenderer::save_screenshot(const std::string&, std::string& error) {
+    error = "there is no window to take a screenshot of (headless run)";
+    return false;
 }
 
 }  // namespace veldra

@@ -6,9 +6,15 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace veldra {
+
+// The game draws on a logical screen of this size; windows of any size show it scaled and
+// letterboxed.
+inline constexpr int LOGICAL_WIDTH = 1600;
+inline constexpr int LOGICAL_HEIGHT = 900;
 
 struct Rgba {
     std::uint8_t r = 0, g = 0, b = 0, a = 255;
@@ -22,8 +28,8 @@ struct DrawCommand {
     enum class Kind : std::uint8_t { rect, rect_outline, line, circle, texture, text };
     Kind kind = Kind::rect;
     // Logical pixels (1600 x 900 on screen, world pixels under a camera): the rectangle's or the
-    // texture's top-left corner and size, the line's end points (x2, y2), or the circle's
-    // centre and radius (w and h).
+    // texture's top-left corner and size, the line's end points (x2, y2), the circle's centre
+    // and radius (w and h), or the text's top-left corner and line height in pixels (h).
     float x = 0, y = 0, w = 0, h = 0, x2 = 0, y2 = 0;
     Rgba color;
     TextureId texture = 0;
@@ -40,13 +46,18 @@ public:
     void circle(float cx, float cy, float radius, Rgba color);
     void texture(TextureId texture, float x, float y, float w, float h, Rgba tint = {255, 255, 255},
                  float angle = 0, bool flip_x = false);
-    void text(float x, float y, std::string text, Rgba color);
+    void text(float x, float y, std::string text, Rgba color, float size = 20);
 
     const std::vector<DrawCommand>& commands() const { return commands_; }
     void clear() { commands_.clear(); }
 
 private:
     std::vector<DrawCommand> commands_;
+};
+
+struct TextSize {
+    float width = 0;
+    float height = 0;
 };
 
 class Renderer {
@@ -59,6 +70,12 @@ public:
     DrawList& draw_list() { return draw_list_; }
     // Shows the frame's list and starts an empty one.
     virtual void present() = 0;
+    // Width and height in logical pixels that `text` takes at line height `size`, so views can
+    // centre and right-align it.
+    virtual TextSize measure_text(std::string_view text, float size) const = 0;
+    // Writes the last presented frame as a PNG at the window's resolution. False, with the
+    // reason in `error`, when there is no frame or the file cannot be written.
+    virtual bool save_screenshot(const std::string& path, std::string& error) = 0;
 
 protected:
     DrawList draw_list_;
@@ -70,6 +87,10 @@ class NullRenderer final : public Renderer {
 public:
     TextureId create_texture(int width, int height, std::span<const std::uint32_t> pixels) override;
     void present() override;
+    // A fixed-width estimate: good enough for layout that nobody sees.
+    TextSize measure_text(std::string_view text, float size) const override;
+    // There is no picture without a window.
+    bool save_screenshot(const std::string& path, std::string& error) override;
 
     std::vector<DrawCommand> last_frame;
     std::int64_t frames_presented = 0;

@@ -6,6 +6,7 @@
 // application and is handed in. Systems get the members they need by reference; tests make a
 // fresh state of their own.
 
+#include <functional>
 #include <map>
 #include <string>
 
@@ -55,6 +56,10 @@ struct SimulationState {
     // Whether automatic trials write their events to the log: an auto run writing an output
     // file, or a single trial run from the shell. Interactive trials always do.
     bool log_automatic_trial_events = false;
+    // Made by the application when it has a window: creates the views of an interactive trial
+    // once its level is laid out and returns the instance that owns them, which the trial
+    // destroys with itself. Unset, interactive trials run unseen (tests, headless replays).
+    std::function<InstanceId(obj_trial&)> create_trial_views;
 };
 
 }  // namespace veldra

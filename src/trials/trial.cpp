@@ -77,6 +77,8 @@ void obj_trial::initialize(const Level& level_to_run, double seed, bool auto_run
     game_speed = speed;
     total_score_before_this_trial = total_score_before;
     state = TrialState::Initialized;
+    if (!auto_run && sim_.create_trial_views)
+        hud = sim_.create_trial_views(*this);
     log_event("Trial initialized.");
     log_event("Seed: " + number_to_string(seed));
     log_event("Level: " + level->name);
@@ -217,6 +219,8 @@ void obj_trial::on_clean_up() {
     if (sim_.world.terrain == &terrain)
         sim_.world.clear_trial();
     terrain = Terrain{};
+    runtime().instance_destroy(hud);
+    hud = NO_INSTANCE;
 }
 
 Promise trial_run(SimulationState& sim, const Level& level, double seed,

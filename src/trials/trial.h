@@ -60,6 +60,9 @@ public:
     double game_speed = 1;  // ticks per frame; negative: the rest of the trial in one frame
     double tick_remainder = 0;
     std::function<void(const TrialResult&)> ended_callback;
+    // What the window shows of an interactive trial (its world view and HUD); destroyed with the
+    // trial.
+    InstanceId hud = NO_INSTANCE;
     TrialState state = TrialState::Created;
     std::optional<TrialResult> result;
 
