@@ -7,6 +7,7 @@
 // Start-up code gets the whole of it; systems below get the members they need.
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -51,6 +52,8 @@ struct AppState {
     Rooms rooms;
     AutoRunModeState auto_run;
     int exit_status = 0;  // what the program returns; set by end_program
+    // What closing the window does; unset, it ends the program.
+    std::function<void()> on_quit_requested;
 };
 
 }  // namespace veldra

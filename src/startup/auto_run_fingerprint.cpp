@@ -1,6 +1,5 @@
 #include "startup/auto_run_fingerprint.h"
 
-#include <cstdint>
 #include <cstdio>
 #include <filesystem>
 
@@ -9,36 +8,12 @@
 #include "runtime/log.h"
 #include "runtime/paths.h"
 #include "serial/json.h"
+#include "util/digest.h"
 #include "veldra_version.h"
 
 namespace veldra {
 
 namespace {
-
-// FNV-1a, 64 bits: not for security, only to tell one run's inputs from another's.
-class Digest {
-public:
-    void add(std::string_view bytes) {
-        for (unsigned char c : bytes) {
-            hash_ ^= c;
-            hash_ *= 1099511628211ull;
-        }
-        // The length too, so that moving bytes from one piece to the next changes the digest.
-        const std::string length = "|" + std::to_string(bytes.size()) + "|";
-        for (unsigned char c : length) {
-            hash_ ^= c;
-            hash_ *= 1099511628211ull;
-        }
-    }
-    std::string hex() const {
-        char text[17];
-        std::snprintf(text, sizeof text, "%016llx", static_cast<unsigned long long>(hash_));
-        return text;
-    }
-
-private:
-    std::uint64_t hash_ = 14695981039346656037ull;
-};
 
 bool add_file(Files& files, Digest& digest, const std::string& path, std::size_t max_bytes) {
     const FileText text = files.read(path, max_bytes);

@@ -53,6 +53,14 @@ std::optional<long long> parse_frames(const std::optional<std::string>& text) {
     return frames;
 }
 
+bool write_screenshot(AppState& app, const std::string& path) {
+    std::string error;
+    if (app.services.renderer->save_screenshot(path, error))
+        return true;
+    std::fprintf(stderr, "Cannot write the screenshot \"%s\": %s.\n", path.c_str(), error.c_str());
+    return false;
+}
+
 }  // namespace
 
 void end_program(AppState& app, int status) {
@@ -89,8 +97,19 @@ int run_program(int argc, char** argv) {
     Runtime& runtime = app.runtime;
     start_promise_event_loop(runtime);
     runtime.start(add_rooms(app));
-    while (!runtime.end_requested() && (!frames || runtime.frame_count() < *frames))
+    bool quit_handled = false;
+    while (!runtime.end_requested() && (!frames || runtime.frame_count() < *frames)) {
         run_program_frame(runtime, app.services);
+        if (app.services.input->frame().quit_requested && !quit_handled) {
+            quit_handled = true;
+            if (app.on_quit_requested)
+                app.on_quit_requested();
+            else
+                end_program(app, 0);
+        }
+    }
+    if (early.screenshot && !write_screenshot(app, *early.screenshot))
+        app.exit_status = app.exit_status ? app.exit_status : 1;
     runtime.shutdown();
     return app.exit_status;
 }

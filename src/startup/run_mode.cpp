@@ -9,6 +9,7 @@
 #include "startup/app_state.h"
 #include "startup/auto_run_mode.h"
 #include "startup/parameter_values.h"
+#include "startup/play_mode.h"
 #include "startup/program.h"
 #include "startup/single_trial_mode.h"
 #include "world/level_set_generator.h"
@@ -42,7 +43,8 @@ void choose_run_mode(AppState& app) {
     const ProgramParameters& params = app.params;
     // A batch the user asked to run with a custom configuration must not quietly run without it.
     const bool shell_mode = params.generate_levels || params.auto_run_merge ||
-                            params.auto_run_config || params.trial_level;
+                            params.auto_run_config || params.trial_level || params.play_level ||
+                            params.replay;
     if (shell_mode && app.sim.configs.custom_failed) {
         log_error("Stopped: the custom configuration config=" + params.config.value_or("") +
                   " could not be loaded (see above), and this run would not use it.");
@@ -53,7 +55,8 @@ void choose_run_mode(AppState& app) {
     if (params.auto_run_merge)
         return start_auto_run_merge_mode(app, params);
     // Everything below plays trials: without a configuration there is nothing to play with.
-    const bool plays = params.user_id || params.auto_run_config || params.trial_level;
+    const bool plays = params.user_id || params.auto_run_config || params.trial_level ||
+                       params.play_level || params.replay;
     if (plays && !app.sim.configs.loaded()) {
         log_error("Cannot run without a configuration: see the errors above.");
         return end_program(app, 1);
@@ -66,6 +69,10 @@ void choose_run_mode(AppState& app) {
         return start_auto_run_mode(app, params);
     if (params.trial_level)
         return start_single_trial_mode(app, params);
+    if (params.replay)
+        return start_replay_mode(app, params);
+    if (params.play_level)
+        return start_play_mode(app, params);
     // The developer menu needs a window; a headless start with nothing to run has nothing to
     // wait for, unless the caller asked for a number of frames.
     if (app.services.headless && !params.frames) {

@@ -10,8 +10,8 @@
 #include "runtime/runtime.h"
 #include "serial/json.h"
 #include "startup/app_state.h"
-#include "startup/parameter_values.h"
 #include "startup/program.h"
+#include "startup/trial_parameters.h"
 #include "trials/trial.h"
 #include "trials/trial_data.h"
 #include "world/level_file.h"
@@ -19,20 +19,11 @@
 namespace veldra {
 
 void start_single_trial_mode(AppState& app, const ProgramParameters& params) {
-    double seed = 0;
-    if (params.seed) {
-        const auto parsed = parse_seed_value(*params.seed);
-        if (!parsed)
-            return bad_parameter(app, "seed", *params.seed, SEED_PROBLEM);
-        seed = *parsed;
-    }
-    PersonalityTraits traits;
-    if (params.traits) {
-        const auto parsed = parse_traits_value(*params.traits);
-        if (!parsed)
-            return bad_parameter(app, "traits", *params.traits, "must be five numbers O,C,E,A,N.");
-        traits = *parsed;
-    }
+    const auto trial_params = read_trial_parameters(app, params);
+    if (!trial_params)
+        return;
+    const double seed = trial_params->seed;
+    const PersonalityTraits traits = trial_params->traits;
     auto level = level_load_from_file(*app.services.files, app.sim.cell_types,
                                       resolve_user_path(*params.trial_level));
     if (!level)

@@ -1,0 +1,249 @@
+#include "startup/play_mode.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+
+#include "async/room_goer.h"
+#include "config/game_configurations.h"
+#include "runtime/file_io.h"
+#include "runtime/log.h"
+#include "runtime/number_format.h"
+#include "runtime/paths.h"
+#include "runtime/runtime.h"
+#include "serial/json.h"
+#include "startup/app_state.h"
+#include "startup/program.h"
+#include "startup/trial_parameters.h"
+#include "trials/input_record.h"
+#include "trials/trial.h"
+#include "trials/trial_data.h"
+#include "world/level_file.h"
+
+namespace veldra {
+
+namespace {
+
+// After the end the window stays a while, so the player sees the final score count up; a key
+// or a click closes it sooner.
+constexpr std::int64_t LINGER_FRAMES = 8 * 60;
+
+struct PlaySession {
+    InputRecord record;
+    std::string record_path;  // empty when replaying
+    bool replaying = false;
+};
+
+std::string result_json(const TrialResult& result) {
+    return json_stringify(trial_result_to_value(result), false);
+}
+
+// Ends the program once the player has had a look at the end of the trial.
+class obj_play_ender final : public Instance {
+    VELDRA_OBJECT(obj_play_ender, Instance)
+public:
+    obj_play_ender(AppState& app, int status) : app_(app), status_(status) {}
+    void on_step() override {
+        const InputFrame& input = runtime().services().input->frame();
+        const bool dismissed = input.keys_pressed.any() || input.buttons_pressed.any();
+        if (app_.services.headless || dismissed || ++frames_ >= LINGER_FRAMES)
+            end_program(app_, status_);
+    }
+
+private:
+    AppState& app_;
+    int status_;
+    std::int64_t frames_ = 0;
+};
+
+bool save_record(AppState& app, PlaySession& session) {
+    const std::string text = input_record_to_text(session.record);
+    std::string error = app.services.files->write(session.record_path, text);
+    if (error.empty()) {
+        log("The trial's inputs are saved in \"" + session.record_path +
+            "\"; replay them with replay=" + session.record_path);
+        return true;
+    }
+    log_error("Cannot save the trial's inputs to \"" + session.record_path + "\": " + error + ".");
+    // Nothing the player did may be lost for a bad path: the working directory is the last resort.
+    const std::string fallback = std::filesystem::path(session.record_path).filename().string();
+    if (fallback.empty() || fallback == session.record_path)
+        return false;
+    if (!app.services.files->write(fallback, text).empty())
+        return false;
+    log_warning("The trial's inputs are saved in \"" + fallback + "\" instead.");
+    return true;
+}
+
+void finish(AppState& app, PlaySession& session, const TrialResult& result) {
+    int status = 0;
+    if (session.replaying) {
+        if (trial_results_equal(result, *session.record.result)) {
+            log("The replay reached the recorded result.");
+        } else {
+            log_error("The replay ended differently from the recording: recorded " +
+                      result_json(*session.record.result) + ", replayed " + result_json(result) +
+                      ".");
+            status = 1;
+        }
+    } else {
+        session.record.result = result;
+        if (!save_record(app, session))
+            status = 1;
+    }
+    std::printf("%s\n", result_json(result).c_str());
+    std::fflush(stdout);
+    app.runtime.instance_create<obj_play_ender>(0, 0, "Instances", app, status);
+}
+
+// When the window is closed before the end, what was played so far is kept.
+void on_quit(AppState& app, PlaySession& session) {
+    obj_trial* trial = app.sim.current_trial();
+    if (!session.replaying && trial && !trial->result) {
+        session.record.result.reset();
+        session.record.abandoned_at = trial->ticker.spent_ticks;
+        session.record.commands = app.sim.world.player_commands.applied;
+        log("The trial was left before its end.");
+        save_record(app, session);
+    }
+    end_program(app, 0);
+}
+
+void run_trial(AppState& app, std::shared_ptr<PlaySession> session, Level level,
+               double game_speed) {
+    SimulationState& sim = app.sim;
+    app.on_quit_requested = [&app, session] { on_quit(app, *session); };
+    room_goto_or_restart(app.runtime, app.runtime.room_find("rm_game"))
+        .and_then([&app, &sim, session, level = std::move(level), game_speed]() -> HandlerResult {
+            auto& trial = sim.runtime.instance_create<obj_trial>(0, 0, "Instances", sim);
+            sim.trial.trial = trial.id();
+            trial.initialize(level, session->record.seed, false, game_speed, 0);
+            if (session->replaying)
+                for (const PlayerCommand& command : session->record.commands)
+                    sim.world.player_commands.push(command);
+            return std::get<Promise>(trial.start(session->record.traits));
+        })
+        .and_then([&app, &sim, session]() {
+            obj_trial* trial = sim.current_trial();
+            if (!session->replaying)
+                session->record.commands = sim.world.player_commands.applied;
+            finish(app, *session, *trial->result);
+        })
+        .and_catch([&app](const Value& reason) {
+            log_error("The trial failed: " + to_string(reason));
+            end_program(app, 1);
+        });
+}
+
+// Reads the level file once for its digest and once through the level reader; nullopt (logged)
+// when either fails.
+std::optional<Level> load_level(AppState& app, const std::string& path, std::string& digest) {
+    const std::string resolved = resolve_user_path(path);
+    const FileText text = app.services.files->read(resolved, MAX_LEVEL_FILE_BYTES);
+    if (!text) {
+        log_error("Cannot read the level file \"" + resolved + "\": " + text.error + ".");
+        return std::nullopt;
+    }
+    digest = level_digest_of(*text.text);
+    return level_load_from_file(*app.services.files, app.sim.cell_types, resolved);
+}
+
+std::optional<std::string> configuration_digest(AppState& app) {
+    std::string why;
+    auto digest = configuration_digest_of(*app.services.files, app.sim.configs, why);
+    if (!digest)
+        log_error("Cannot read the configuration to fingerprint it: " + why + ".");
+    return digest;
+}
+
+std::string local_stamp(const Services& services) {
+    const LocalDateTime t = services.clock->local_now();
+    char text[32];
+    std::snprintf(text, sizeof text, "%04d%02d%02d-%02d%02d%02d", t.year, t.month, t.day, t.hour,
+                  t.minute, t.second);
+    return text;
+}
+
+}  // namespace
+
+std::string default_input_record_path(const std::optional<std::string>& log_output_file,
+                                      const std::string& level_name, const std::string& stamp) {
+    const std::string name = (level_name.empty() ? "trial" : level_name) + "-" + stamp + ".inputs";
+    if (!log_output_file || log_output_file->empty())
+        return name;
+    const std::filesystem::path beside = std::filesystem::path(*log_output_file).parent_path();
+    return (beside / name).string();
+}
+
+void start_play_mode(AppState& app, const ProgramParameters& params) {
+    const auto trial_params = read_trial_parameters(app, params);
+    if (!trial_params)
+        return;
+    auto session = std::make_shared<PlaySession>();
+    session->record.level_path = *params.play_level;
+    session->record.seed = trial_params->seed;
+    session->record.traits = trial_params->traits;
+    auto level = load_level(app, *params.play_level, session->record.level_digest);
+    const auto config_digest = configuration_digest(app);
+    if (!level || !config_digest)
+        return end_program(app, 1);
+    session->record.configuration_digest = *config_digest;
+    session->record_path = params.record_inputs && !params.record_inputs->empty()
+                               ? *params.record_inputs
+                               : default_input_record_path(params.log_output_file, level->name,
+                                                           local_stamp(app.services));
+    std::error_code same_error;
+    if (std::filesystem::equivalent(session->record_path, resolve_user_path(*params.play_level),
+                                    same_error)) {
+        log_error("record_inputs=" + session->record_path +
+                  " names the level file itself; choose another file for the recording.");
+        return end_program(app, 2);
+    }
+    log("Playing \"" + resolve_user_path(*params.play_level) + "\"; inputs are recorded to \"" +
+        session->record_path + "\".");
+    run_trial(app, session, std::move(*level), app.sim.configs->game_speed);
+}
+
+void start_replay_mode(AppState& app, const ProgramParameters& params) {
+    const std::string path = resolve_user_path(*params.replay);
+    const FileText text = app.services.files->read(path, MAX_INPUT_RECORD_FILE_BYTES);
+    if (!text) {
+        log_error("Cannot replay \"" + path + "\": " + text.error + ".");
+        return end_program(app, 1);
+    }
+    std::string why;
+    auto record = input_record_parse(*text.text, why);
+    if (!record) {
+        log_error("Cannot replay \"" + path + "\": it " + why + ".");
+        return end_program(app, 1);
+    }
+    if (!record->result) {
+        log_error("Cannot replay \"" + path + "\": the trial was left at tick " +
+                  std::to_string(record->abandoned_at) + " and has no result to reach.");
+        return end_program(app, 1);
+    }
+    auto session = std::make_shared<PlaySession>();
+    session->replaying = true;
+    session->record = std::move(*record);
+    std::string level_digest;
+    const std::string level_path = params.play_level ? *params.play_level : session->record.level_path;
+    auto level = load_level(app, level_path, level_digest);
+    const auto config_digest = configuration_digest(app);
+    if (!level || !config_digest)
+        return end_program(app, 1);
+    if (level_digest != session->record.level_digest) {
+        log_error("Cannot replay \"" + path + "\": it was recorded on another level than \"" +
+                  resolve_user_path(level_path) + "\" (the level file has changed).");
+        return end_program(app, 1);
+    }
+    if (*config_digest != session->record.configuration_digest) {
+        log_error("Cannot replay \"" + path +
+                  "\": it was recorded with another configuration than the one loaded now.");
+        return end_program(app, 1);
+    }
+    // Headless, nobody watches: the whole trial runs in one frame.
+    run_trial(app, session, std::move(*level),
+              app.services.headless ? -1 : app.sim.configs->game_speed);
+}
+
+}  // namespace veldra
