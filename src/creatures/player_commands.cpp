@@ -11,6 +11,7 @@
 #include "creatures/monster.h"
 #include "creatures/trial_world.h"
 #include "runtime/runtime.h"
+#include "util/geometry.h"
 #include "world/terrain.h"
 
 namespace veldra {
@@ -51,9 +52,21 @@ void apply_target(obj_human_player& player, const PlayerCommand& command) {
         case PlayerTarget::Kind::cell:
             walk_to(player, *player.world().current_terrain().cell_at(target.cx, target.cy));
             return;
-        case PlayerTarget::Kind::monster:
+        case PlayerTarget::Kind::monster: {
+            // One click is enough for a monster out of reach: the attack waits in the memory
+            // behind the approach and takes over when the approach ends within range. A monster
+            // the human has not noticed yet is walked towards, cell by cell.
             player.force_start_action(std::make_unique<HA_AttackMonster>(player, target.id));
+            const auto* monster = player.runtime().find_as<obj_monster>(target.id);
+            if (creature_is_within_attack_range(player, *monster))
+                return;
+            if (point_distance_compare(player.x, player.y, monster->x, monster->y,
+                                       player.sight_range) <= 0)
+                player.force_start_action(std::make_unique<HA_ApproachMonster>(player, target.id));
+            else
+                walk_to(player, *player.world().current_terrain().cell_at(target.cx, target.cy));
             return;
+        }
         case PlayerTarget::Kind::food:
             player.force_start_action(std::make_unique<HA_ApproachFood>(player, target.id));
             return;
