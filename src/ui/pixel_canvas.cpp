@@ -96,6 +96,13 @@ void PixelCanvas::draw(const PixelCanvas& source, int x, int y) {
         const int ty = y + sy;
         if (ty < 0 || ty >= height_)
             continue;
+        const auto row = source.pixels_.begin() + static_cast<std::ptrdiff_t>(source.index(0, sy));
+        // Ground tiles are opaque and lie inside the picture: whole rows are copied.
+        if (x >= 0 && x + source.width_ <= width_ &&
+            std::all_of(row, row + source.width_, [](std::uint32_t p) { return (p & 0xff) == 0xff; })) {
+            std::copy(row, row + source.width_, pixels_.begin() + static_cast<std::ptrdiff_t>(index(x, ty)));
+            continue;
+        }
         for (int sx = 0; sx < source.width_; ++sx) {
             const std::uint32_t p = source.pixels_[source.index(sx, sy)];
             const std::uint8_t alpha = p & 0xff;
@@ -125,12 +132,19 @@ void PixelCanvas::draw_transformed(const PixelCanvas& source, double cx, double 
             const double sy = dx * s + dy * c;
             if (mirrored)
                 sx = -sx;
-            Rgba p = source.sample(sx + source.width_ / 2.0, sy + source.height_ / 2.0);
+            sx += source.width_ / 2.0;
+            if (sx < -1 || sx > source.width_ + 1 || sy + source.height_ / 2.0 < -1 ||
+                sy > source.height_ / 2.0 + 1)
+                continue;
+            Rgba p = source.sample(sx, sy + source.height_ / 2.0);
             if (p.a == 0)
                 continue;
             p = {channel(p.r * tint.r / 255.0), channel(p.g * tint.g / 255.0),
                  channel(p.b * tint.b / 255.0), channel(p.a * tint.a / 255.0)};
-            blend(x, y, p);
+            if (p.a == 255)
+                pixels_[index(x, y)] = pack_rgba(p);
+            else
+                blend(x, y, p);
         }
     }
 }
