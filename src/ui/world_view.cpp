@@ -30,6 +30,8 @@ void obj_world_view::attach(TrialWorld& world, const Terrain& terrain) {
         effect.xscale = it != creatures.end() ? it->second.xscale : 1;
         effect.was_human = creature.is_a<obj_human>();
         deaths.push_back(effect);
+        if (on_creature_died)
+            on_creature_died();
     });
     follow_new_creatures();
 }
@@ -43,6 +45,8 @@ void obj_world_view::follow_new_creatures() {
             [this, id = creature.id()](const CreatureAnimationStart& started) {
                 if (auto view = creatures.find(id); view != creatures.end())
                     view->second.start(started);
+                if (on_animation_started)
+                    on_animation_started(started.kind);
             });
     });
 }

@@ -4,6 +4,7 @@
 // runs the same with or without one; headless runs attach none.
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <vector>
 
@@ -32,6 +33,10 @@ public:
     SceneryLooks scenery;
     std::map<InstanceId, CreatureView> creatures;  // by id, so drawing never follows hash order
     std::vector<DeathEffect> deaths;
+    // Told of every one-shot animation and death the view sees, as they happen (inside a trial
+    // tick): listeners only note them, for sounds played later in the frame.
+    std::function<void(CreatureAnimation)> on_animation_started;
+    std::function<void()> on_creature_died;
 
 private:
     void follow_new_creatures();

@@ -1,0 +1,65 @@
+#pragma once
+// Everything a window shows of an interactive trial, and the player's controls: the world through
+// a camera, the HUD, the crosshair and hints, and the sounds. One instance owns the rest;
+// destroying it (the trial does, with itself) destroys them all. A trial runs the same with or
+// without it, apart from the commands the player gives.
+
+#include "creatures/event.h"
+#include "runtime/instance.h"
+#include "runtime/object_type.h"
+#include "runtime/renderer.h"
+#include "ui/camera.h"
+#include "ui/floating_numbers.h"
+#include "ui/player_controller.h"
+#include "ui/view_sounds.h"
+
+namespace veldra {
+
+class obj_trial;
+struct Localization;
+struct SimulationState;
+
+struct TrialViewOptions {
+    bool developer_keys = false;  // pause and game-speed keys
+    bool show_keyboard_prompts = true;
+};
+
+class obj_trial_views : public Instance {
+    VELDRA_OBJECT(obj_trial_views, Instance)
+public:
+    obj_trial_views(SimulationState& sim, obj_trial& trial, TrialViewOptions options);
+
+    void on_create() override;
+    void on_step_begin() override;  // input, before the trial's step ticks
+    void on_step_end() override;    // camera, effects and sounds, after it
+    void on_draw() override;        // the world
+    void on_draw_end() override;    // what a click would do, over the world
+    void on_draw_gui() override;    // crosshair and hints
+    void on_clean_up() override;
+
+    // Whether the world is covered: the trial is being fast-forwarded.
+    bool world_hidden() const;
+
+    Camera camera;
+    PlayerController controller;
+    FloatingNumbers floating_numbers;
+    ViewSounds sounds;
+    TrialViewOptions options;
+    Rgba background{46, 59, 51, 255};  // the configuration's level_background_color
+    TextureId terrain_texture = 0;
+    InstanceId world_view = NO_INSTANCE;
+    InstanceId hud = NO_INSTANCE;  // obj_trial_hud
+
+private:
+    obj_trial* trial() const;
+
+    SimulationState& sim_;
+    InstanceId trial_;
+};
+
+// Creates the views of an interactive trial whose level is laid out; returns the id of the
+// instance owning them (destroying it destroys them all).
+InstanceId create_trial_views(SimulationState& sim, obj_trial& trial,
+                              const Localization& localization, const TrialViewOptions& options);
+
+}  // namespace veldra
