@@ -1,0 +1,47 @@
+#pragma once
+// The game's window. Opening it replaces the headless renderer, input, clock and audio of the
+// program's services with ones that draw into the window, read its keyboard and mouse, keep real
+// time and play sound; the frame loop then runs unchanged.
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "platform/window_options.h"
+#include "runtime/services.h"
+
+namespace veldra::platform {
+
+struct WindowSession;
+
+// Owns the SDL window, its renderer and the Dear ImGui context (through a session the backends
+// share). Destroy it before the Services it was opened into: it puts headless input, renderer
+// and audio back into them, then shuts SDL down once the last backend is gone.
+class GameWindow {
+public:
+    GameWindow(Services& services, std::shared_ptr<WindowSession> session);
+    ~GameWindow();
+    GameWindow(const GameWindow&) = delete;
+    GameWindow& operator=(const GameWindow&) = delete;
+
+    bool fullscreen() const;
+    void toggle_fullscreen();
+    // The SDL window id, for code that injects events into the window's queue.
+    std::uint32_t window_id() const;
+
+private:
+    Services& services_;
+    std::shared_ptr<WindowSession> session_;
+    const Renderer* renderer_;
+    const Input* input_;
+    const Audio* audio_;
+};
+
+// Opens the window and puts its renderer, input, clock and audio backends into `services`
+// (services.headless = false). nullptr with a clear `error` when no window can open (no display,
+// no usable font, a window already open): `services` is then untouched. A missing audio device
+// is not an error: the game then plays silently, with one warning in the log.
+std::unique_ptr<GameWindow> open_game_window(Services& services, const WindowOptions& options,
+                                             std::string& error);
+
+}  // namespace veldra::platform

@@ -1,0 +1,51 @@
+#pragma once
+// The window's Renderer: each present() draws the frame's list in order on the 1600 x 900
+// logical screen (scaled and letterboxed by SDL), then Dear ImGui's windows on top.
+
+#include <SDL.h>
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "platform/text_mesh.h"
+#include "platform/window_session.h"
+#include "runtime/renderer.h"
+
+namespace veldra::platform {
+
+class SdlRenderer final : public Renderer {
+public:
+    explicit SdlRenderer(std::shared_ptr<WindowSession> session);
+    ~SdlRenderer() override;
+    SdlRenderer(const SdlRenderer&) = delete;
+    SdlRenderer& operator=(const SdlRenderer&) = delete;
+
+    TextureId create_texture(int width, int height, std::span<const std::uint32_t> pixels) override;
+    void present() override;
+    TextSize measure_text(std::string_view text, float size) const override;
+    // Draws the last frame again at the window's resolution and saves that, so keeping a copy
+    // of every frame costs nothing while nobody asks for one.
+    bool save_screenshot(const std::string& path, std::string& error) override;
+
+private:
+    void draw_frame(const std::vector<DrawCommand>& commands, bool with_menus);
+    void draw_texture(const DrawCommand& command);
+    void draw_circle(const DrawCommand& command);
+    void draw_text(const DrawCommand& command);
+    void set_colour(Rgba colour);
+    void save_requested_screenshot();
+
+    std::shared_ptr<WindowSession> session_;
+    SDL_Renderer* sdl_;
+    std::vector<SDL_Texture*> textures_;  // id - 1
+    std::vector<DrawCommand> last_frame_;
+    bool has_frame_ = false;
+    bool last_frame_had_menus_ = false;
+    TextMesh text_mesh_;
+    std::vector<SDL_Vertex> circle_vertices_;
+    std::vector<int> circle_indices_;
+    std::vector<std::uint8_t> screenshot_pixels_;
+};
+
+}  // namespace veldra::platform

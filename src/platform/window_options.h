@@ -1,0 +1,21 @@
+#pragma once
+// How the game's window opens. Start-up fills it from the program's parameters.
+
+#include <string>
+
+namespace veldra::platform {
+
+struct WindowOptions {
+    int width = 1600;
+    int height = 900;
+    bool fullscreen = false;
+    bool vsync = true;
+    // Sleep to hold 60 frames per second when vsync does not (no vsync, or a virtual display).
+    bool pace_frames = true;
+    // A TrueType font; empty: the data folder's fonts/DejaVuSans.ttf.
+    std::string font_path;
+    // Where F12 writes screenshots; created on the first one.
+    std::string screenshot_dir = "screenshots";
+};
+
+}  // namespace veldra::platform

@@ -1,0 +1,117 @@
+#include "platform/window_session.h"
+
+#include <SDL.h>
+#include <backends/imgui_impl_sdl.h>
+#include <imgui.h>
+
+#include "platform/font_atlas.h"
+#include "runtime/log.h"
+#include "runtime/paths.h"
+#include "runtime/renderer.h"
+
+namespace veldra::platform {
+
+namespace {
+
+// SDL and Dear ImGui keep process-wide state; a second window would share and then tear it down.
+bool g_window_open = false;
+
+std::string default_font_path() {
+    return make_included_file_filename("fonts/DejaVuSans.ttf");
+}
+
+}  // namespace
+
+WindowSession::~WindowSession() {
+    if (imgui) {
+        ImGui::SetCurrentContext(imgui);
+        if (imgui_platform_ready)
+            ImGui_ImplSDL2_Shutdown();
+        ImGui::DestroyContext(imgui);
+    }
+    if (font_texture)
+        SDL_DestroyTexture(font_texture);
+    if (renderer)
+        SDL_DestroyRenderer(renderer);
+    if (window)
+        SDL_DestroyWindow(window);
+    SDL_Quit();
+    g_window_open = false;
+}
+
+bool WindowSession::fullscreen() const {
+    return (SDL_GetWindowFlags(window) & SDL_WINDOW_FULLSCREEN_DESKTOP) != 0;
+}
+
+void WindowSession::toggle_fullscreen() {
+    if (SDL_SetWindowFullscreen(window, fullscreen() ? 0 : SDL_WINDOW_FULLSCREEN_DESKTOP) != 0)
+        log_warning(std::string("Cannot switch fullscreen: ") + SDL_GetError());
+}
+
+std::shared_ptr<WindowSession> open_window_session(const WindowOptions& options,
+                                                   std::string& error) {
+    if (g_window_open) {
+        error = "a game window is already open";
+        return nullptr;
+    }
+    if (options.width <= 0 || options.height <= 0) {
+        error = "the window size " + std::to_string(options.width) + " x " +
+                std::to_string(options.height) + " is not positive";
+        return nullptr;
+    }
+    if (SDL_Init(SDL_INIT_VIDEO | SDL_INIT_EVENTS) != 0) {
+        error = std::string("cannot open a window (is there a display?): ") + SDL_GetError();
+        SDL_Quit();
+        return nullptr;
+    }
+    g_window_open = true;
+    // From here on the session's destructor undoes whatever was made.
+    auto session = std::make_shared<WindowSession>();
+    session->options = options;
+    SDL_SetHint(SDL_HINT_RENDER_SCALE_QUALITY, "linear");
+    Uint32 flags = SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI;
+    if (options.fullscreen)
+        flags |= SDL_WINDOW_FULLSCREEN_DESKTOP;
+    session->window = SDL_CreateWindow("Veldra", SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED,
+                                       options.width, options.height, flags);
+    if (!session->window) {
+        error = std::string("cannot open a window: ") + SDL_GetError();
+        return nullptr;
+    }
+    const Uint32 vsync = options.vsync ? SDL_RENDERER_PRESENTVSYNC : 0;
+    session->renderer = SDL_CreateRenderer(session->window, -1, SDL_RENDERER_ACCELERATED | vsync);
+    if (!session->renderer)
+        session->renderer = SDL_CreateRenderer(session->window, -1, SDL_RENDERER_SOFTWARE);
+    if (!session->renderer) {
+        error = std::string("cannot draw into the window: ") + SDL_GetError();
+        return nullptr;
+    }
+    SDL_RenderSetLogicalSize(session->renderer, LOGICAL_WIDTH, LOGICAL_HEIGHT);
+    SDL_SetRenderDrawBlendMode(session->renderer, SDL_BLENDMODE_BLEND);
+    // The game draws its own crosshair.
+    SDL_ShowCursor(SDL_DISABLE);
+
+    session->imgui = ImGui::CreateContext();
+    ImGuiIO& io = ImGui::GetIO();
+    io.IniFilename = nullptr;  // window layout is not remembered between runs
+    // Otherwise the platform backend shows the system cursor again every frame.
+    io.ConfigFlags |= ImGuiConfigFlags_NoMouseCursorChange;
+    io.BackendFlags |= ImGuiBackendFlags_RendererHasVtxOffset;
+    ImGui::StyleColorsDark();
+    session->imgui_platform_ready = ImGui_ImplSDL2_InitForSDLRenderer(session->window);
+    if (!session->imgui_platform_ready) {
+        error = "cannot connect the menus to the window";
+        return nullptr;
+    }
+    const std::string font = options.font_path.empty() ? default_font_path() : options.font_path;
+    if (!load_font_atlas(*session, font, error))
+        return nullptr;
+
+    SDL_RendererInfo info{};
+    SDL_GetRendererInfo(session->renderer, &info);
+    log(std::string("Window open, drawing with the ") + (info.name ? info.name : "unknown") +
+        " renderer.");
+    return session;
+}
+
+}  // namespace veldra::platform

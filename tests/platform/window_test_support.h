@@ -1,0 +1,103 @@
+#pragma once
+// Shared by the tests that open a real window: they need a display, which CI provides with a
+// virtual X server. Without one they are skipped, unless VELDRA_REQUIRE_DISPLAY says a display
+// must be there, and then they fail.
+
+#include <SDL.h>
+#include <gtest/gtest.h>
+#include <stb_image.h>
+
+#include <unistd.h>
+
+#include <array>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "platform/game_window.h"
+
+namespace veldra::platform::test {
+
+inline bool display_available(std::string& why) {
+    if (SDL_Init(SDL_INIT_VIDEO) != 0) {
+        why = SDL_GetError();
+        return false;
+    }
+    SDL_Quit();
+    return true;
+}
+
+#define VELDRA_NEED_DISPLAY()                                                        \
+    do {                                                                             \
+        std::string why_;                                                            \
+        if (!::veldra::platform::test::display_available(why_)) {                    \
+            if (std::getenv("VELDRA_REQUIRE_DISPLAY"))                               \
+                FAIL() << "VELDRA_REQUIRE_DISPLAY is set but no window opens: " << why_; \
+            GTEST_SKIP() << "no display: " << why_;                                  \
+        }                                                                            \
+    } while (false)
+
+struct Image {
+    int width = 0;
+    int height = 0;
+    std::unique_ptr<unsigned char, void (*)(void*)> pixels{nullptr, stbi_image_free};
+
+    // R, G, B of the pixel at (x, y).
+    std::array<int, 3> at(int x, int y) const {
+        const unsigned char* p = pixels.get() + (static_cast<std::size_t>(y) * width + x) * 4;
+        return {p[0], p[1], p[2]};
+    }
+};
+
+inline Image read_png(const std::string& path) {
+    Image image;
+    int channels = 0;
+    image.pixels.reset(stbi_load(path.c_str(), &image.width, &image.height, &channels, 4));
+    return image;
+}
+
+// A window with its services, a scratch folder, and no sleeping or sound device.
+class WindowTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        setenv("SDL_AUDIODRIVER", "dummy", 1);
+        folder = std::filesystem::temp_directory_path() /
+                 ("veldra-window-test-" + std::to_string(::getpid()));
+        std::filesystem::create_directories(folder);
+    }
+    void TearDown() override {
+        window.reset();
+        std::error_code ec;
+        std::filesystem::remove_all(folder, ec);
+    }
+
+    // Opens a window of the given size; fails the test with the reason when it cannot.
+    bool open(int width, int height) {
+        WindowOptions options;
+        options.width = width;
+        options.height = height;
+        options.vsync = false;
+        options.pace_frames = false;
+        options.screenshot_dir = (folder / "shots").string();
+        std::string error;
+        window = open_game_window(services, options, error);
+        EXPECT_NE(window, nullptr) << error;
+        return window != nullptr;
+    }
+
+    // Presents the frame drawn so far and reads it back as the player would see it.
+    Image present_and_capture() {
+        services.renderer->present();
+        const std::string path = (folder / "frame.png").string();
+        std::string error;
+        EXPECT_TRUE(services.renderer->save_screenshot(path, error)) << error;
+        return read_png(path);
+    }
+
+    Services services;
+    std::unique_ptr<GameWindow> window;
+    std::filesystem::path folder;
+};
+
+}  // namespace veldra::platform::test
