@@ -41,7 +41,7 @@ struct LargestLevel {
         auto level = level_load_from_file(
             sim.files, sim.cell_types, std::string(VELDRA_SOURCE_DIR) + "/datafiles/levels/level_10.txt");
         sim.create_trial_views = [this](obj_trial& trial) {
-            return create_trial_views(sim, trial, localization, {});
+            return create_trial_views(sim, trial, localization, sprites, {});
         };
         trial = &runtime.instance_create<obj_trial>(0, 0, "Instances", sim);
         trial->initialize(*level, 1, false, 1, 0);
@@ -55,13 +55,13 @@ struct LargestLevel {
     Runtime runtime{services};
     SimulationState sim{runtime};
     Localization localization;
+    Sprites sprites = make_sprites(*services.renderer);
     obj_trial* trial = nullptr;
 };
 
 void BM_paint_largest_level_ground(benchmark::State& state) {
     LargestLevel level;
-    NullRenderer renderer;
-    const Sprites& sprites = sprites_for(renderer);
+    const Sprites& sprites = level.sprites;
     const SceneryLooks looks = scenery_looks(level.trial->terrain);
     for (auto _ : state)
         benchmark::DoNotOptimize(paint_terrain(level.trial->terrain, looks, sprites).pixels().data());

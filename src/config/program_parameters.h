@@ -38,7 +38,10 @@ namespace veldra {
     X(record_inputs, "file the played trial's inputs are recorded to (default: beside the log)")  \
     X(replay, "input recording: play that trial again and check it reaches the same result")     \
     X(screenshot, "PNG file the last frame is written to when the program ends (with frames=N)") \
-    X(volume, "sound volume from 0 (silent) to 1 (full, the default)")
+    X(volume, "sound volume from 0 (silent) to 1 (full, the default)")                            \
+    X(frame_times, "CSV file each frame's duration is written to (benchmarks; frames are not paced)") \
+    X(camera_zoom, "the window's starting zoom: a number from 0.25 to 2, or \"fit\" for the whole level") \
+    X(developer_keys, "1 lets P pause and +/- change the game speed in a played trial")
 
 struct ProgramParameters {
 #define VELDRA_DECLARE_PARAMETER(name, help) std::optional<std::string> name;

@@ -24,6 +24,7 @@
 #include "startup/progress_line.h"
 #include "startup/rooms.h"
 #include "trials/simulation_state.h"
+#include "ui/sprites.h"
 #include "util/rng.h"
 
 namespace veldra {
@@ -51,6 +52,8 @@ struct AppState {
     SimulationState sim{runtime};
     Rooms rooms;
     AutoRunModeState auto_run;
+    // The window's pictures, made when it opens (ui/sprites.h); none in headless runs.
+    std::unique_ptr<Sprites> sprites;
     int exit_status = 0;  // what the program returns; set by end_program
     // What closing the window does; unset, it ends the program.
     std::function<void()> on_quit_requested;

@@ -18,7 +18,10 @@
 #include "runtime/services.h"
 #include "startup/app_state.h"
 #include "startup/obj_init.h"
+#include "startup/frame_times.h"
 #include "startup/rooms.h"
+#include "startup/window_setup.h"
+#include "platform/game_window.h"
 #include "veldra_version.h"
 
 namespace veldra {
@@ -69,6 +72,7 @@ void end_program(AppState& app, int status) {
 }
 
 int run_program(int argc, char** argv) {
+    FrameTimes frame_times(FrameTimes::Clock::now());
     std::vector<std::string> arguments(argv, argv + argc);
     for (const auto& argument : arguments) {
         if (argument == "--help" || argument == "-h") {
@@ -87,19 +91,38 @@ int run_program(int argc, char** argv) {
         return 2;
     }
 
+    std::string request_error;
+    const auto window_request = read_window_request(early, request_error);
+    if (!window_request) {
+        std::fprintf(stderr, "%s\n", request_error.c_str());
+        return 2;
+    }
+
     process_state().program_directory = program_directory(argv[0]);
     GcScope collector;
     AppState app(arguments);
     app.services.clock = std::make_unique<FrameClock>(platform::local_time_now);
-    // No windowed backend is built yet, so every run is headless whatever `headless` says.
-    app.services.headless = true;
+    std::unique_ptr<platform::GameWindow> window;
+    if (window_request->wanted) {
+        std::string error;
+        window = open_window(app, *window_request, error);
+        if (!window) {
+            std::fprintf(stderr,
+                         "The game window cannot open: %s.\nTo run without a window, add "
+                         "headless=1.\n",
+                         error.c_str());
+            return 1;
+        }
+    }
 
     Runtime& runtime = app.runtime;
     start_promise_event_loop(runtime);
     runtime.start(add_rooms(app));
     bool quit_handled = false;
     while (!runtime.end_requested() && (!frames || runtime.frame_count() < *frames)) {
+        frame_times.frame_started();
         run_program_frame(runtime, app.services);
+        frame_times.frame_finished();
         if (app.services.input->frame().quit_requested && !quit_handled) {
             quit_handled = true;
             if (app.on_quit_requested)
@@ -110,6 +133,13 @@ int run_program(int argc, char** argv) {
     }
     if (early.screenshot && !write_screenshot(app, *early.screenshot))
         app.exit_status = app.exit_status ? app.exit_status : 1;
+    if (early.frame_times) {
+        const std::string error = frame_times.write(*early.frame_times);
+        if (!error.empty())
+            std::fprintf(stderr, "Cannot write frame_times=%s: %s.\n", early.frame_times->c_str(),
+                         error.c_str());
+        std::fprintf(stderr, "%s\n", frame_times.summary().c_str());
+    }
     runtime.shutdown();
     return app.exit_status;
 }

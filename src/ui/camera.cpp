@@ -7,7 +7,9 @@ namespace veldra {
 
 Camera::Camera(double level_width, double level_height, double focus_x, double focus_y)
     : level_width_(std::max(1.0, level_width)), level_height_(std::max(1.0, level_height)) {
-    set_zoom(fit_zoom());
+    target_x_ = focus_x;
+    target_y_ = focus_y;
+    set_zoom(std::max(fit_zoom(), SMALLEST_START_ZOOM));
     follow(focus_x, focus_y, true);
 }
 

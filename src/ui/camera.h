@@ -13,6 +13,9 @@ struct ScreenPoint {
 class Camera {
 public:
     static constexpr double MIN_ZOOM = 0.25;
+    // A large level starts no smaller than this, following the player: at the zoom that shows
+    // all of it, creatures are too small to click. The wheel zooms out further.
+    static constexpr double SMALLEST_START_ZOOM = 0.6;
     static constexpr double MAX_ZOOM = 3;
     static constexpr double WHEEL_STEP = 1.15;  // zoom factor per wheel notch
     static constexpr double FOLLOW_RATE = 0.12;  // share of the way to the player per frame

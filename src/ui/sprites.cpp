@@ -109,14 +109,4 @@ Sprites make_sprites(Renderer& renderer) {
     return sprites;
 }
 
-const Sprites& sprites_for(Renderer& renderer) {
-    // Keyed by address: the program has one renderer for its whole run, and a test's renderers
-    // only hand out ids that nothing draws.
-    static std::map<const Renderer*, Sprites> by_renderer;
-    auto it = by_renderer.find(&renderer);
-    if (it == by_renderer.end())
-        it = by_renderer.emplace(&renderer, make_sprites(renderer)).first;
-    return it->second;
-}
-
 }  // namespace veldra

@@ -1,6 +1,6 @@
 #pragma once
-// Every picture the trial's window shows, painted by code into pixel buffers and uploaded once
-// per renderer, the first time a view asks for them. Creature sprites share one layout: a
+// Every picture the trial's window shows, painted by code into pixel buffers and uploaded once,
+// when the window opens; the application keeps the set as long as the window. Creature sprites share one layout: a
 // SPRITE_SIZE square whose body is centred BODY_CENTRE_Y from the top, so views place all of them
 // the same way.
 
@@ -56,8 +56,5 @@ struct Sprites {
 // Paints everything; the textures are made on `renderer`.
 Sprites make_sprites(Renderer& renderer);
 
-// The sprites of `renderer`, painted the first time it asks. A renderer lives as long as the
-// program's window, so the set stays with it.
-const Sprites& sprites_for(Renderer& renderer);
 
 }  // namespace veldra

@@ -32,13 +32,18 @@ std::string label(const Localization& localization, std::string_view lid) {
 
 }  // namespace
 
-obj_trial_views::obj_trial_views(SimulationState& sim, obj_trial& trial, TrialViewOptions options)
+obj_trial_views::obj_trial_views(SimulationState& sim, obj_trial& trial, const Sprites& sprites,
+                                 TrialViewOptions options)
     : camera(trial.terrain.width * double(TERRAIN_CELL_SIZE),
              trial.terrain.height * double(TERRAIN_CELL_SIZE),
              camera_focus(sim.runtime, trial.terrain).x, camera_focus(sim.runtime, trial.terrain).y),
       options(options),
       sim_(sim),
-      trial_(trial.id()) {}
+      sprites_(sprites),
+      trial_(trial.id()) {
+    if (options.start_zoom)
+        camera.set_zoom(*options.start_zoom > 0 ? *options.start_zoom : camera.fit_zoom());
+}
 
 obj_trial* obj_trial_views::trial() const { return runtime().find_as<obj_trial>(trial_); }
 
@@ -53,7 +58,7 @@ void obj_trial_views::on_create() {
     world_view = view.id();
     Renderer& renderer = *runtime().services().renderer;
     terrain_texture =
-        paint_terrain(t.terrain, view.scenery, sprites_for(renderer)).upload(renderer);
+        paint_terrain(t.terrain, view.scenery, sprites_).upload(renderer);
     // Remember what is there now, so food eaten later sounds and energies start from here.
     sounds.watch_food(runtime());
     floating_numbers.step(runtime());
@@ -71,7 +76,8 @@ void obj_trial_views::on_step_begin() {
     const InputFrame& input = runtime().services().input->frame();
     if (input.wheel != 0)
         camera.wheel(input.wheel);
-    if (controller.step(input, camera, sim_.world, *t, options.developer_keys))
+    if (options.player_input &&
+        controller.step(input, camera, sim_.world, *t, options.developer_keys))
         sounds.note(Sound::ui_click);
 }
 
@@ -91,7 +97,7 @@ void obj_trial_views::on_draw() {
     if (!view || !t)
         return;
     Renderer& renderer = *runtime().services().renderer;
-    const WorldScene scene{runtime(), camera, sprites_for(renderer), *view, floating_numbers,
+    const WorldScene scene{runtime(), camera, sprites_, *view, floating_numbers,
                            terrain_texture, background, runtime().current_time(),
                            t->ticker.spent_ticks, world_hidden()};
     draw_world(renderer.draw_list(), scene);
@@ -103,7 +109,7 @@ void obj_trial_views::on_draw_end() {
     if (!player || world_hidden())
         return;
     Renderer& renderer = *runtime().services().renderer;
-    controller.draw_target(renderer.draw_list(), camera, sprites_for(renderer), sim_.world, *player);
+    controller.draw_target(renderer.draw_list(), camera, sprites_, sim_.world, *player);
 }
 
 void obj_trial_views::on_draw_gui() {
@@ -111,7 +117,7 @@ void obj_trial_views::on_draw_gui() {
     const obj_trial* t = trial();
     draw_control_hints(renderer.draw_list(), options.show_keyboard_prompts, options.developer_keys,
                        t ? t->game_speed : 0);
-    controller.draw_crosshair(renderer.draw_list(), sprites_for(renderer));
+    controller.draw_crosshair(renderer.draw_list(), sprites_);
 }
 
 void obj_trial_views::on_clean_up() {
@@ -120,8 +126,10 @@ void obj_trial_views::on_clean_up() {
 }
 
 InstanceId create_trial_views(SimulationState& sim, obj_trial& trial,
-                              const Localization& localization, const TrialViewOptions& options) {
-    auto& views = sim.runtime.instance_create<obj_trial_views>(0, 0, "", sim, trial, options);
+                              const Localization& localization, const Sprites& sprites,
+                              const TrialViewOptions& options) {
+    auto& views =
+        sim.runtime.instance_create<obj_trial_views>(0, 0, "", sim, trial, sprites, options);
     TrialHudLabels labels{label(localization, "Hud_TotalScore"), label(localization, "Hud_Energy"),
                           label(localization, "Hud_Time")};
     views.hud = sim.runtime.instance_create<obj_trial_hud>(0, 0, "", trial.id(), std::move(labels)).id();

@@ -4,6 +4,8 @@
 // destroying it (the trial does, with itself) destroys them all. A trial runs the same with or
 // without it, apart from the commands the player gives.
 
+#include <optional>
+
 #include "creatures/event.h"
 #include "runtime/instance.h"
 #include "runtime/object_type.h"
@@ -18,16 +20,23 @@ namespace veldra {
 class obj_trial;
 struct Localization;
 struct SimulationState;
+struct Sprites;
 
 struct TrialViewOptions {
     bool developer_keys = false;  // pause and game-speed keys
     bool show_keyboard_prompts = true;
+    // False while a recording plays: the commands come from the file, and the mouse and keys
+    // only move the camera.
+    bool player_input = true;
+    // The zoom the camera starts at; 0 shows the whole level, unset lets the camera choose.
+    std::optional<double> start_zoom;
 };
 
 class obj_trial_views : public Instance {
     VELDRA_OBJECT(obj_trial_views, Instance)
 public:
-    obj_trial_views(SimulationState& sim, obj_trial& trial, TrialViewOptions options);
+    obj_trial_views(SimulationState& sim, obj_trial& trial, const Sprites& sprites,
+                    TrialViewOptions options);
 
     void on_create() override;
     void on_step_begin() override;  // input, before the trial's step ticks
@@ -54,12 +63,15 @@ private:
     obj_trial* trial() const;
 
     SimulationState& sim_;
+    const Sprites& sprites_;
     InstanceId trial_;
 };
 
 // Creates the views of an interactive trial whose level is laid out; returns the id of the
 // instance owning them (destroying it destroys them all).
+// `sprites` were made on the services' renderer and outlive the views.
 InstanceId create_trial_views(SimulationState& sim, obj_trial& trial,
-                              const Localization& localization, const TrialViewOptions& options);
+                              const Localization& localization, const Sprites& sprites,
+                              const TrialViewOptions& options);
 
 }  // namespace veldra

@@ -19,6 +19,7 @@
 #include "trials/game_systems.h"
 #include "trials/simulation_state.h"
 #include "trials/trial.h"
+#include "ui/sprites.h"
 #include "ui/trial_views.h"
 
 namespace veldra::testing {
@@ -39,7 +40,7 @@ protected:
     void with_views(bool on) {
         if (on)
             sim.create_trial_views = [this](obj_trial& trial) {
-                return create_trial_views(sim, trial, localization, options);
+                return create_trial_views(sim, trial, localization, sprites, options);
             };
         else
             sim.create_trial_views = nullptr;
@@ -86,6 +87,7 @@ protected:
     Runtime runtime{services};
     SimulationState sim{runtime};
     Localization localization;
+    Sprites sprites = make_sprites(*services.renderer);
     TrialViewOptions options;
     LogCapture capture;
 };

@@ -97,7 +97,7 @@ TEST_F(TrialViewsTest, ThePlayerIsDrawnWhereTheScreenPointSaysItsColourIs) {
     const auto* player = runtime.instance_find<obj_human_player>(0);
     const Camera& camera = views(trial)->camera;
     const ScreenPoint point = creature_body_screen_point(camera, player->x, player->y);
-    const std::ptrdiff_t at = first_texture(renderer().last_frame, sprites_for(renderer()).player);
+    const std::ptrdiff_t at = first_texture(renderer().last_frame, sprites.player);
     ASSERT_GE(at, 0);
     const DrawCommand& sprite = renderer().last_frame[static_cast<std::size_t>(at)];
     // The flat point inside the sprite, at the same place the painter keeps flat.
@@ -112,8 +112,7 @@ TEST_F(TrialViewsTest, EntitiesHigherOnTheLevelAreDrawnFirst) {
     obj_trial& trial = start_trial(level_from_rows({"xxxxx", "x mfx", "x p x", "xxxxx"}), 0);
     (void)trial;
     frames(1);
-    const Sprites& sprites = sprites_for(renderer());
-    const auto& frame = renderer().last_frame;
+        const auto& frame = renderer().last_frame;
     const std::ptrdiff_t monster = first_texture(frame, sprites.monster);
     const std::ptrdiff_t food = first_texture(frame, sprites.food);
     const std::ptrdiff_t player = first_texture(frame, sprites.player);

@@ -1,0 +1,103 @@
+#include "startup/window_setup.h"
+
+#include <charconv>
+#include <cmath>
+
+#include "config/game_configurations.h"
+#include "platform/game_window.h"
+#include "startup/app_state.h"
+#include "startup/parameter_values.h"
+#include "trials/trial.h"
+#include "ui/sprites.h"
+#include "ui/trial_views.h"
+
+namespace veldra {
+
+namespace {
+
+std::optional<double> parse_number(std::string_view text) {
+    double v = 0;
+    auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), v);
+    if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(v))
+        return std::nullopt;
+    return v;
+}
+
+bool developer_build() {
+#ifdef NDEBUG
+    return false;
+#else
+    return true;
+#endif
+}
+
+}  // namespace
+
+std::optional<WindowRequest> read_window_request(const ProgramParameters& params,
+                                                 std::string& error) {
+    WindowRequest request;
+    bool headless = false;
+    if (params.headless) {
+        const auto value = parse_switch_value(*params.headless);
+        if (!value) {
+            error = "headless=" + *params.headless + " must be 0 or 1.";
+            return std::nullopt;
+        }
+        headless = *value;
+    }
+    request.wanted = !headless && (params.play_level || params.replay);
+    if (params.volume) {
+        const auto value = parse_number(*params.volume);
+        if (!value || *value < 0 || *value > 1) {
+            error = "volume=" + *params.volume + " must be a number from 0 to 1.";
+            return std::nullopt;
+        }
+        request.volume = *value;
+    }
+    if (params.camera_zoom) {
+        const auto value = *params.camera_zoom == "fit" ? std::optional<double>(0)
+                                                         : parse_number(*params.camera_zoom);
+        if (!value || (*value != 0 && (*value < 0.25 || *value > 2))) {
+            error = "camera_zoom=" + *params.camera_zoom +
+                    " must be a number from 0.25 to 2, or \"fit\".";
+            return std::nullopt;
+        }
+        request.camera_zoom = value;
+    }
+    request.developer_keys = developer_build();
+    if (params.developer_keys) {
+        const auto value = parse_switch_value(*params.developer_keys);
+        if (!value) {
+            error = "developer_keys=" + *params.developer_keys + " must be 0 or 1.";
+            return std::nullopt;
+        }
+        request.developer_keys = *value;
+    }
+    // Measured frames must show the work, not the wait for the next one.
+    request.pace_frames = !params.frame_times;
+    return request;
+}
+
+std::unique_ptr<platform::GameWindow> open_window(AppState& app, const WindowRequest& request,
+                                                  std::string& error) {
+    platform::WindowOptions options;
+    options.pace_frames = request.pace_frames;
+    options.vsync = request.pace_frames;
+    auto window = platform::open_game_window(app.services, options, error);
+    if (!window)
+        return nullptr;
+    app.services.audio->set_volume(request.volume);
+    app.sprites = std::make_unique<Sprites>(make_sprites(*app.services.renderer));
+    const bool replaying = app.params.replay.has_value();
+    app.sim.create_trial_views = [&app, request, replaying](obj_trial& trial) {
+        TrialViewOptions views;
+        views.developer_keys = request.developer_keys;
+        views.show_keyboard_prompts = app.sim.configs->show_keyboard_prompts && !replaying;
+        views.player_input = !replaying;
+        views.start_zoom = request.camera_zoom;
+        return create_trial_views(app.sim, trial, app.localization, *app.sprites, views);
+    };
+    return window;
+}
+
+}  // namespace veldra
