@@ -37,9 +37,8 @@ SdlRenderer::SdlRenderer(std::shared_ptr<WindowSession> session)
     : session_(std::move(session)), sdl_(session_->renderer) {}
 
 SdlRenderer::~SdlRenderer() {
-    for (SDL_Texture* texture : textures_)
-        if (texture)
-            SDL_DestroyTexture(texture);
+    for (const Texture& texture : textures_)
+        SDL_DestroyTexture(texture.sdl);
 }
 
 TextureId SdlRenderer::create_texture(int width, int height,
@@ -61,8 +60,13 @@ TextureId SdlRenderer::create_texture(int width, int height,
             SDL_DestroyTexture(texture);
         return 0;
     }
-    SDL_SetTextureBlendMode(texture, SDL_BLENDMODE_BLEND);
-    textures_.push_back(texture);
+    // Blending a full-screen terrain costs the software renderer more than everything else in
+    // the frame; an opaque texture is copied instead. Tinting with alpha still needs blending,
+    // so those textures switch per draw (draw_texture).
+    const bool opaque = std::all_of(pixels.begin(), pixels.end(),
+                                    [](std::uint32_t p) { return (p & 0xffu) == 0xffu; });
+    SDL_SetTextureBlendMode(texture, opaque ? SDL_BLENDMODE_NONE : SDL_BLENDMODE_BLEND);
+    textures_.push_back({texture, opaque});
     return static_cast<TextureId>(textures_.size());
 }
 
@@ -73,9 +77,12 @@ void SdlRenderer::set_colour(Rgba c) {
 void SdlRenderer::draw_texture(const DrawCommand& c) {
     if (c.texture == 0 || c.texture > textures_.size())
         return;
-    SDL_Texture* texture = textures_[c.texture - 1];
+    const Texture& t = textures_[c.texture - 1];
+    SDL_Texture* texture = t.sdl;
     SDL_SetTextureColorMod(texture, c.color.r, c.color.g, c.color.b);
     SDL_SetTextureAlphaMod(texture, c.color.a);
+    if (t.opaque)
+        SDL_SetTextureBlendMode(texture, c.color.a == 255 ? SDL_BLENDMODE_NONE : SDL_BLENDMODE_BLEND);
     const SDL_FRect target{c.x, c.y, c.w, c.h};
     // The plain copy is the software renderer's fast path; rotation and flipping are not.
     if (c.angle == 0 && !c.flip_x)

@@ -38,7 +38,11 @@ private:
 
     std::shared_ptr<WindowSession> session_;
     SDL_Renderer* sdl_;
-    std::vector<SDL_Texture*> textures_;  // id - 1
+    struct Texture {
+        SDL_Texture* sdl;
+        bool opaque;  // every pixel's alpha is 255
+    };
+    std::vector<Texture> textures_;  // id - 1
     std::vector<DrawCommand> last_frame_;
     bool has_frame_ = false;
     bool last_frame_had_menus_ = false;
