@@ -21,7 +21,10 @@ void obj_room_goer::on_create() {
 }
 
 void obj_room_goer::on_room_start() {
-    room_start_event_called = true;
+    // A goer made while a room is starting (by a start-up entity's create event) is there for
+    // that room's start too; only the start of the room it asked for counts.
+    if (!runtime().room_change_pending())
+        room_start_event_called = true;
 }
 
 void obj_room_goer::on_step() {

@@ -108,6 +108,8 @@ public:
     int room_add(RoomDefinition room);
     void room_goto(int room);
     void room_restart();
+    // A room change was asked for and happens at the end of this frame.
+    bool room_change_pending() const { return pending_room_ >= 0; }
     int room() const { return current_room_; }
     // The room added under `name`, or -1.
     int room_find(std::string_view name) const;

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+
 #include <vector>
 
 #include "async/room_goer.h"
@@ -110,6 +112,26 @@ TEST_F(RoomGoerTest, GoingToAnotherRoomResolvesThereAndChainsContinueInIt) {
     EXPECT_TRUE(there.is_fulfilled());
     EXPECT_EQ(room_in_handler, menu);
     EXPECT_EQ(room_starts(), 3);
+}
+
+TEST_F(RoomGoerTest, AGoerMadeWhileARoomStartsWaitsForTheRoomItAskedFor) {
+    // As start-up does: the first room's entity asks for the game room while that room starts.
+    std::optional<Promise> there;
+    const int boot = runtime.room_add({"boot", [&](Runtime& r) {
+                                           there = room_goto_or_restart(r, game);
+                                       }});
+    runtime.room_goto(boot);
+    runtime.run_frame();
+    ASSERT_EQ(runtime.room(), boot);
+    // Real time passes within a frame in a window; the boot room's start must not count.
+    services.clock->frame_done();
+    runtime.run_step_events();
+    EXPECT_TRUE(there->is_pending());
+    runtime.end_frame();
+    EXPECT_EQ(runtime.room(), game);
+    services.clock->frame_done();
+    runtime.run_frame();
+    EXPECT_TRUE(there->is_fulfilled());
 }
 
 }  // namespace
