@@ -41,7 +41,8 @@ namespace veldra {
     X(volume, "sound volume from 0 (silent) to 1 (full, the default)")                            \
     X(frame_times, "CSV file each frame's duration is written to (benchmarks; frames are not paced)") \
     X(camera_zoom, "the window's starting zoom: a number from 0.25 to 2, or \"fit\" for the whole level") \
-    X(developer_keys, "1 lets P pause and +/- change the game speed in a played trial")
+    X(developer_keys, "1 lets P pause and +/- change the game speed in a played trial")          \
+    X(window_size, "WIDTHxHEIGHT of the window in pixels (default 1600x900); the picture scales to it")
 
 struct ProgramParameters {
 #define VELDRA_DECLARE_PARAMETER(name, help) std::optional<std::string> name;

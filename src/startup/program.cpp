@@ -131,6 +131,9 @@ int run_program(int argc, char** argv) {
                 end_program(app, 0);
         }
     }
+    // Frames ran out before the mode was done: it keeps what it has, as if the window closed.
+    if (!runtime.end_requested() && !quit_handled && app.on_quit_requested)
+        app.on_quit_requested();
     if (early.screenshot && !write_screenshot(app, *early.screenshot))
         app.exit_status = app.exit_status ? app.exit_status : 1;
     if (early.frame_times) {

@@ -46,6 +46,7 @@ std::optional<WindowRequest> read_window_request(const ProgramParameters& params
         headless = *value;
     }
     request.wanted = !headless && (params.play_level || params.replay);
+    request.replaying = params.replay.has_value();
     if (params.volume) {
         const auto value = parse_number(*params.volume);
         if (!value || *value < 0 || *value > 1) {
@@ -73,6 +74,25 @@ std::optional<WindowRequest> read_window_request(const ProgramParameters& params
         }
         request.developer_keys = *value;
     }
+    if (params.window_size) {
+        const std::string& text = *params.window_size;
+        const std::size_t x = text.find('x');
+        int width = 0;
+        int height = 0;
+        const bool ok =
+            x != std::string::npos &&
+            std::from_chars(text.data(), text.data() + x, width).ptr == text.data() + x &&
+            std::from_chars(text.data() + x + 1, text.data() + text.size(), height).ptr ==
+                text.data() + text.size() &&
+            width >= 320 && height >= 180 && width <= 16384 && height <= 16384;
+        if (!ok) {
+            error = "window_size=" + text +
+                    " must be WIDTHxHEIGHT in pixels, from 320x180 to 16384x16384.";
+            return std::nullopt;
+        }
+        request.width = width;
+        request.height = height;
+    }
     // Measured frames must show the work, not the wait for the next one.
     request.pace_frames = !params.frame_times;
     return request;
@@ -82,14 +102,16 @@ std::unique_ptr<platform::GameWindow> open_window(AppState& app, const WindowReq
                                                   std::string& error) {
     platform::WindowOptions options;
     options.pace_frames = request.pace_frames;
+    options.width = request.width;
+    options.height = request.height;
     options.vsync = request.pace_frames;
     auto window = platform::open_game_window(app.services, options, error);
     if (!window)
         return nullptr;
     app.services.audio->set_volume(request.volume);
     app.sprites = std::make_unique<Sprites>(make_sprites(*app.services.renderer));
-    const bool replaying = app.params.replay.has_value();
-    app.sim.create_trial_views = [&app, request, replaying](obj_trial& trial) {
+    app.sim.create_trial_views = [&app, request](obj_trial& trial) {
+        const bool replaying = request.replaying;
         TrialViewOptions views;
         views.developer_keys = request.developer_keys;
         views.show_keyboard_prompts = app.sim.configs->show_keyboard_prompts && !replaying;

@@ -24,6 +24,9 @@ struct WindowRequest {
     std::optional<double> camera_zoom;  // none: the views choose; 0: fit the whole level
     bool developer_keys = false;
     bool pace_frames = true;
+    bool replaying = false;  // the player's commands come from a recording
+    int width = 1600;
+    int height = 900;
 };
 std::optional<WindowRequest> read_window_request(const ProgramParameters& params,
                                                  std::string& error);
