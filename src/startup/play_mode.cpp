@@ -18,6 +18,7 @@
 #include "trials/input_record.h"
 #include "trials/trial.h"
 #include "trials/trial_data.h"
+#include "ui/trial_end_banner.h"
 #include "world/level_file.h"
 
 namespace veldra {
@@ -45,7 +46,11 @@ public:
     obj_play_ender(AppState& app, int status) : app_(app), status_(status) {}
     void on_step() override {
         const InputFrame& input = runtime().services().input->frame();
-        const bool dismissed = input.keys_pressed.any() || input.buttons_pressed.any();
+        // Fullscreen and screenshot keys are for looking at the end, not for leaving it.
+        auto keys = input.keys_pressed;
+        keys.reset(static_cast<std::size_t>(Key::f11));
+        keys.reset(static_cast<std::size_t>(Key::f12));
+        const bool dismissed = keys.any() || input.buttons_pressed.any();
         if (app_.services.headless || dismissed || ++frames_ >= LINGER_FRAMES)
             end_program(app_, status_);
     }
@@ -75,6 +80,34 @@ bool save_record(AppState& app, PlaySession& session) {
     return true;
 }
 
+std::string text(const AppState& app, std::string_view lid) {
+    const Language* language = app.localization.active_language();
+    return language ? language->get(lid).value_or("") : std::string();
+}
+
+std::string replace_all(std::string text, std::string_view from, const std::string& to) {
+    for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
+        text.replace(at, from.size(), to);
+    return text;
+}
+
+// What the window shows over the last frame while it stays open.
+void show_end_banner(AppState& app, const PlaySession& session, const TrialResult& result,
+                     bool replay_matched) {
+    std::vector<std::string> lines;
+    lines.push_back(text(app, result.outcome == TrialOutcome::perished
+                                  ? "TrialEndMenu_ResultPerished"
+                                  : "TrialEndMenu_ResultSurvived"));
+    lines.push_back(replace_all(text(app, "TrialEndMenu_Score"), "TRIAL_SCORE",
+                                number_to_string(result.trial_score)));
+    if (session.replaying)
+        lines.push_back(
+            text(app, replay_matched ? "TrialEnd_ReplayMatched" : "TrialEnd_ReplayDiffered"));
+    lines.push_back(text(app, "TrialEnd_CloseHint"));
+    std::erase_if(lines, [](const std::string& line) { return line.empty(); });
+    app.runtime.instance_create<obj_trial_end_banner>(0, 0, "", std::move(lines));
+}
+
 void finish(AppState& app, PlaySession& session, const TrialResult& result) {
     int status = 0;
     if (session.replaying) {
@@ -93,6 +126,8 @@ void finish(AppState& app, PlaySession& session, const TrialResult& result) {
     }
     std::printf("%s\n", result_json(result).c_str());
     std::fflush(stdout);
+    if (!app.services.headless)
+        show_end_banner(app, session, result, status == 0);
     app.runtime.instance_create<obj_play_ender>(0, 0, "Instances", app, status);
 }
 
