@@ -5,6 +5,7 @@
 #include <imgui.h>
 
 #include "platform/font_atlas.h"
+#include "platform/window_renderer.h"
 #include "runtime/log.h"
 #include "runtime/paths.h"
 #include "runtime/renderer.h"
@@ -78,14 +79,9 @@ std::shared_ptr<WindowSession> open_window_session(const WindowOptions& options,
         error = std::string("cannot open a window: ") + SDL_GetError();
         return nullptr;
     }
-    const Uint32 vsync = options.vsync ? SDL_RENDERER_PRESENTVSYNC : 0;
-    session->renderer = SDL_CreateRenderer(session->window, -1, SDL_RENDERER_ACCELERATED | vsync);
+    session->renderer = create_window_renderer(session->window, options.vsync, error);
     if (!session->renderer)
-        session->renderer = SDL_CreateRenderer(session->window, -1, SDL_RENDERER_SOFTWARE);
-    if (!session->renderer) {
-        error = std::string("cannot draw into the window: ") + SDL_GetError();
         return nullptr;
-    }
     SDL_RenderSetLogicalSize(session->renderer, LOGICAL_WIDTH, LOGICAL_HEIGHT);
     SDL_SetRenderDrawBlendMode(session->renderer, SDL_BLENDMODE_BLEND);
     // The game draws its own crosshair.

@@ -5,15 +5,17 @@
 
 namespace veldra {
 
-void run_program_frame(Runtime& runtime, Services& services) {
+std::size_t run_program_frame(Runtime& runtime, Services& services) {
     services.input->poll();
     runtime.run_step_events();
     for (const HttpResponse& response : services.http->poll())
         runtime.raise_async_http(response);
     runtime.run_draw_events();
+    const std::size_t drawn = services.renderer->draw_list().commands().size();
     services.renderer->present();
     runtime.end_frame();
     services.clock->frame_done();
+    return drawn;
 }
 
 }  // namespace veldra

@@ -121,8 +121,7 @@ int run_program(int argc, char** argv) {
     bool quit_handled = false;
     while (!runtime.end_requested() && (!frames || runtime.frame_count() < *frames)) {
         frame_times.frame_started();
-        run_program_frame(runtime, app.services);
-        frame_times.frame_finished();
+        frame_times.frame_finished(run_program_frame(runtime, app.services) > 0);
         if (app.services.input->frame().quit_requested && !quit_handled) {
             quit_handled = true;
             if (app.on_quit_requested)
