@@ -1,37 +1,12 @@
 #include "platform/text_markup.h"
 
+#include "ui/hex_color.h"
+
 #include <cstdint>
 
 namespace veldra::platform {
 
 namespace {
-
-int hex_digit(char c) {
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    return -1;
-}
-
-bool parse_hex_colour(std::string_view digits, std::uint8_t alpha, Rgba& out) {
-    if (digits.size() != 3 && digits.size() != 6 && digits.size() != 8)
-        return false;
-    int values[8];
-    for (std::size_t i = 0; i < digits.size(); ++i)
-        if ((values[i] = hex_digit(digits[i])) < 0)
-            return false;
-    auto pair = [&](std::size_t i) { return static_cast<std::uint8_t>(values[i] * 16 + values[i + 1]); };
-    if (digits.size() == 3) {
-        out = {static_cast<std::uint8_t>(values[0] * 17), static_cast<std::uint8_t>(values[1] * 17),
-               static_cast<std::uint8_t>(values[2] * 17), alpha};
-    } else {
-        out = {pair(0), pair(2), pair(4), digits.size() == 8 ? pair(6) : alpha};
-    }
-    return true;
-}
 
 struct NamedColour {
     std::string_view name;
@@ -61,8 +36,13 @@ std::size_t read_text_tag(std::string_view text, Rgba base, Rgba& colour) {
         colour = base;
         return length;
     }
-    if (!inner.empty() && inner[0] == '#')
-        return parse_hex_colour(inner.substr(1), base.a, colour) ? length : 0;
+    if (!inner.empty() && inner[0] == '#') {
+        const auto parsed = parse_hex_digits(inner.substr(1), base.a);
+        if (!parsed)
+            return 0;
+        colour = *parsed;
+        return length;
+    }
     for (const NamedColour& named : NAMED) {
         if (inner == named.name) {
             colour = {static_cast<std::uint8_t>(named.rgb >> 16),

@@ -1,6 +1,7 @@
 #pragma once
 // Colours the configuration gives as text.
 
+#include <cstdint>
 #include <optional>
 #include <string_view>
 
@@ -10,5 +11,8 @@ namespace veldra {
 
 // "#rrggbb" (either case); nullopt for anything else.
 std::optional<Rgba> parse_hex_color(std::string_view text);
+// Hexadecimal digits without the "#": "rgb" (each digit doubled), "rrggbb" with `alpha`, or
+// "rrggbbaa"; nullopt for anything else.
+std::optional<Rgba> parse_hex_digits(std::string_view digits, std::uint8_t alpha);
 
 }  // namespace veldra
