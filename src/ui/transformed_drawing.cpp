@@ -2,11 +2,13 @@
 // them turned, scaled and tinted each, at start-up. Rotating every covered pixel in doubles
 // cost more than the rest of the ground picture, so positions in the source step along a row
 // in fixed point, only the box the source's visible pixels can reach is visited, and the
-// sampling and blending stay in integers.
+// source is premultiplied by alpha once a call, so sampling, tinting and blending onto the
+// opaque ground are integer mixes without a division.
 
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <vector>
 
 #include "ui/pixel_canvas.h"
 
@@ -44,57 +46,55 @@ constexpr std::uint32_t scale_channel(std::uint32_t x, std::uint32_t y) {
     return (v + (v >> 8)) >> 8;
 }
 
-// `source` over an opaque `under`, one channel, `alpha` of 255.
-constexpr std::uint32_t over_opaque(std::uint32_t source, std::uint32_t under, std::uint32_t alpha) {
-    const std::uint32_t v = source * alpha + under * (255 - alpha) + 128;
-    return (v + (v >> 8)) >> 8;
+// The four channels of packed `a` and `b` mixed, `t` of 256 toward `b`: two channels at a time
+// in 16-bit lanes, which 255 * 256 plus rounding never overflows.
+constexpr std::uint32_t mix_packed(std::uint32_t a, std::uint32_t b, std::uint32_t t) {
+    const std::uint32_t even =
+        ((a & 0x00ff00ff) * (256 - t) + (b & 0x00ff00ff) * t + 0x00800080) >> 8 & 0x00ff00ff;
+    const std::uint32_t odd =
+        ((a >> 8 & 0x00ff00ff) * (256 - t) + (b >> 8 & 0x00ff00ff) * t + 0x00800080) & 0xff00ff00;
+    return odd | even;
 }
 
-std::uint32_t pixel_or_clear(const PixelCanvas& picture, int x, int y) {
-    if (x < 0 || y < 0 || x >= picture.width() || y >= picture.height())
-        return 0;
-    return picture.pixels()[std::size_t(y) * std::size_t(picture.width()) + std::size_t(x)];
-}
-
-// Bilinear between the pixel centres around (fx, fy), a position relative to pixel centres in
-// fixed point; straight alpha. Colours are weighted by alpha, so transparent neighbours do not
-// darken an edge. Weights are in 1/65536 and sums fit 32 bits: 255 * 255 * 65536 < 2^32.
-std::uint32_t sample(const PixelCanvas& picture, std::int32_t fx, std::int32_t fy) {
-    const int ix = fx >> FRACTION_BITS, iy = fy >> FRACTION_BITS;
-    const std::uint32_t tx = std::uint32_t(fx >> 8) & 0xff, ty = std::uint32_t(fy >> 8) & 0xff;
-    std::uint32_t p[4];
-    if (ix >= 0 && iy >= 0 && ix + 1 < picture.width() && iy + 1 < picture.height()) {
-        const std::uint32_t* top =
-            picture.pixels().data() + std::size_t(iy) * std::size_t(picture.width()) + std::size_t(ix);
-        const std::uint32_t* bottom = top + picture.width();
-        p[0] = top[0], p[1] = top[1], p[2] = bottom[0], p[3] = bottom[1];
-    } else {
-        p[0] = pixel_or_clear(picture, ix, iy), p[1] = pixel_or_clear(picture, ix + 1, iy);
-        p[2] = pixel_or_clear(picture, ix, iy + 1), p[3] = pixel_or_clear(picture, ix + 1, iy + 1);
-    }
-    const std::uint32_t w[4] = {(256 - tx) * (256 - ty), tx * (256 - ty), (256 - tx) * ty, tx * ty};
-    std::uint32_t r = 0, g = 0, b = 0;
-    if ((p[0] & p[1] & p[2] & p[3] & 0xff) == 0xff) {  // inside the picture: plain weights
-        for (int i = 0; i < 4; ++i) {
-            r += (p[i] >> 24) * w[i];
-            g += (p[i] >> 16 & 0xff) * w[i];
-            b += (p[i] >> 8 & 0xff) * w[i];
+// The visible box of a picture with colours premultiplied by alpha, so bilinear sampling is a
+// plain mix that transparent neighbours cannot darken, framed by one transparent pixel so that
+// sampling anywhere a visible pixel reaches needs no bounds checks.
+class PremultipliedPatch {
+public:
+    PremultipliedPatch(const PixelCanvas& picture, const PixelBox& box)
+        : left_(box.left - 1), top_(box.top - 1), width_(box.right - box.left + 3),
+          pixels_(std::size_t(width_) * std::size_t(box.bottom - box.top + 3), 0) {
+        for (int y = box.top; y <= box.bottom; ++y) {
+            for (int x = box.left; x <= box.right; ++x) {
+                const Rgba p = picture.at(x, y);
+                pixels_[std::size_t(y - top_) * std::size_t(width_) + std::size_t(x - left_)] =
+                    scale_channel(p.r, p.a) << 24 | scale_channel(p.g, p.a) << 16 |
+                    scale_channel(p.b, p.a) << 8 | p.a;
+            }
         }
-        return (r + 32768) >> 16 << 24 | (g + 32768) >> 16 << 16 | (b + 32768) >> 16 << 8 | 0xff;
     }
-    std::uint32_t total = 0;
-    for (int i = 0; i < 4; ++i) {
-        const std::uint32_t weight = w[i] * (p[i] & 0xff);
-        total += weight;
-        r += (p[i] >> 24) * weight;
-        g += (p[i] >> 16 & 0xff) * weight;
-        b += (p[i] >> 8 & 0xff) * weight;
+
+    // Premultiplied, at a position of the source relative to its pixel centres in fixed point,
+    // which must lie within the patch's frame.
+    std::uint32_t sample(std::int32_t fx, std::int32_t fy) const {
+        const std::uint32_t tx = std::uint32_t(fx >> 8) & 0xff, ty = std::uint32_t(fy >> 8) & 0xff;
+        const std::uint32_t* top = pixels_.data() +
+                                   std::size_t((fy >> FRACTION_BITS) - top_) * std::size_t(width_) +
+                                   std::size_t((fx >> FRACTION_BITS) - left_);
+        const std::uint32_t* bottom = top + width_;
+        return mix_packed(mix_packed(top[0], top[1], tx), mix_packed(bottom[0], bottom[1], tx), ty);
     }
-    if (total == 0)
-        return 0;
-    const std::uint32_t half = total / 2;
-    return (r + half) / total << 24 | (g + half) / total << 16 | (b + half) / total << 8 |
-           (total + 32768) >> 16;
+
+private:
+    int left_, top_, width_;
+    std::vector<std::uint32_t> pixels_;
+};
+
+Rgba unpremultiplied(std::uint32_t r, std::uint32_t g, std::uint32_t b, std::uint32_t alpha) {
+    auto straight = [alpha](std::uint32_t c) {
+        return static_cast<std::uint8_t>(std::min<std::uint32_t>(255, (c * 255 + alpha / 2) / alpha));
+    };
+    return {straight(r), straight(g), straight(b), static_cast<std::uint8_t>(alpha)};
 }
 
 }  // namespace
@@ -132,6 +132,10 @@ void PixelCanvas::draw_transformed(const PixelCanvas& source, double cx, double 
     const int x1 = std::min(width_ - 1, static_cast<int>(std::ceil(max_x)));
     const int y0 = std::max(0, static_cast<int>(std::floor(min_y)));
     const int y1 = std::min(height_ - 1, static_cast<int>(std::ceil(max_y)));
+    const PremultipliedPatch patch(source, box);
+    // Premultiplied colours take the tint's alpha along with the tint.
+    const std::uint32_t tint_r = scale_channel(tint.r, tint.a), tint_g = scale_channel(tint.g, tint.a),
+                        tint_b = scale_channel(tint.b, tint.a);
     const auto step_x = static_cast<std::int32_t>(std::lround(flip * c / scale * FIXED_ONE));
     const auto step_y = static_cast<std::int32_t>(std::lround(s / scale * FIXED_ONE));
     for (int y = y0; y <= y1; ++y) {
@@ -142,22 +146,21 @@ void PixelCanvas::draw_transformed(const PixelCanvas& source, double cx, double 
             const int ix = fx >> FRACTION_BITS, iy = fy >> FRACTION_BITS;
             if (ix < box.left - 1 || ix > box.right || iy < box.top - 1 || iy > box.bottom)
                 continue;  // every pixel sampled there is transparent
-            const std::uint32_t p = sample(source, fx, fy);
+            const std::uint32_t p = patch.sample(fx, fy);
             const std::uint32_t alpha = scale_channel(p & 0xff, tint.a);
             if (alpha == 0)
                 continue;
-            const std::uint32_t r = scale_channel(p >> 24, tint.r);
-            const std::uint32_t g = scale_channel(p >> 16 & 0xff, tint.g);
-            const std::uint32_t b = scale_channel(p >> 8 & 0xff, tint.b);
+            const std::uint32_t r = scale_channel(p >> 24, tint_r);
+            const std::uint32_t g = scale_channel(p >> 16 & 0xff, tint_g);
+            const std::uint32_t b = scale_channel(p >> 8 & 0xff, tint_b);
             std::uint32_t& under = row[x];
-            if (alpha == 255) {
-                under = r << 24 | g << 16 | b << 8 | 0xff;
-            } else if ((under & 0xff) == 0xff) {  // the level's ground: opaque
-                under = over_opaque(r, under >> 24, alpha) << 24 |
-                        over_opaque(g, under >> 16 & 0xff, alpha) << 16 |
-                        over_opaque(b, under >> 8 & 0xff, alpha) << 8 | 0xff;
+            if ((under & 0xff) == 0xff) {  // the level's ground: opaque, and stays so
+                const std::uint32_t keep = 255 - alpha;
+                under = (r + scale_channel(under >> 24, keep)) << 24 |
+                        (g + scale_channel(under >> 16 & 0xff, keep)) << 16 |
+                        (b + scale_channel(under >> 8 & 0xff, keep)) << 8 | 0xff;
             } else {
-                blend(x, y, {std::uint8_t(r), std::uint8_t(g), std::uint8_t(b), std::uint8_t(alpha)});
+                blend(x, y, unpremultiplied(r, g, b, alpha));
             }
         }
     }
