@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
 namespace veldra {
 
@@ -112,66 +111,6 @@ void PixelCanvas::draw(const PixelCanvas& source, int x, int y) {
                 blend(x + sx, ty, unpack_rgba(p));
         }
     }
-}
-
-void PixelCanvas::draw_transformed(const PixelCanvas& source, double cx, double cy, double scale,
-                                   double angle, bool mirrored, Rgba tint) {
-    const double radians = angle * std::numbers::pi / 180;
-    const double c = std::cos(radians), s = std::sin(radians);
-    const double reach = std::hypot(source.width_, source.height_) * scale / 2 + 1;
-    const int x0 = std::max(0, static_cast<int>(cx - reach));
-    const int x1 = std::min(width_ - 1, static_cast<int>(cx + reach));
-    const int y0 = std::max(0, static_cast<int>(cy - reach));
-    const int y1 = std::min(height_ - 1, static_cast<int>(cy + reach));
-    for (int y = y0; y <= y1; ++y) {
-        for (int x = x0; x <= x1; ++x) {
-            // Screen y points down, so a counter-clockwise turn on screen is clockwise in these
-            // coordinates; undo it to find the source pixel.
-            const double dx = (x + 0.5 - cx) / scale, dy = (y + 0.5 - cy) / scale;
-            double sx = dx * c - dy * s;
-            const double sy = dx * s + dy * c;
-            if (mirrored)
-                sx = -sx;
-            sx += source.width_ / 2.0;
-            if (sx < -1 || sx > source.width_ + 1 || sy + source.height_ / 2.0 < -1 ||
-                sy > source.height_ / 2.0 + 1)
-                continue;
-            Rgba p = source.sample(sx, sy + source.height_ / 2.0);
-            if (p.a == 0)
-                continue;
-            p = {channel(p.r * tint.r / 255.0), channel(p.g * tint.g / 255.0),
-                 channel(p.b * tint.b / 255.0), channel(p.a * tint.a / 255.0)};
-            if (p.a == 255)
-                pixels_[index(x, y)] = pack_rgba(p);
-            else
-                blend(x, y, p);
-        }
-    }
-}
-
-Rgba PixelCanvas::sample(double x, double y) const {
-    const double fx = x - 0.5, fy = y - 0.5;
-    const int ix = static_cast<int>(std::floor(fx)), iy = static_cast<int>(std::floor(fy));
-    const double tx = fx - ix, ty = fy - iy;
-    double r = 0, g = 0, b = 0, a = 0;
-    for (int j = 0; j < 2; ++j) {
-        for (int i = 0; i < 2; ++i) {
-            const int px = ix + i, py = iy + j;
-            if (px < 0 || py < 0 || px >= width_ || py >= height_)
-                continue;
-            const double w = (i ? tx : 1 - tx) * (j ? ty : 1 - ty);
-            const Rgba p = unpack_rgba(pixels_[index(px, py)]);
-            // Weighted by alpha, so transparent neighbours do not darken the edge.
-            const double wa = w * p.a;
-            r += p.r * wa;
-            g += p.g * wa;
-            b += p.b * wa;
-            a += wa;
-        }
-    }
-    if (a <= 0)
-        return {0, 0, 0, 0};
-    return {channel(r / a), channel(g / a), channel(b / a), channel(a)};
 }
 
 void PixelCanvas::multiply(Rgba tint) {

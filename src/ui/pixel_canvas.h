@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "runtime/renderer.h"
+#include "ui/picture_memory.h"
 
 namespace veldra {
 
@@ -25,11 +26,13 @@ Rgba mix(Rgba a, Rgba b, double t);
 
 class PixelCanvas {
 public:
+    using Pixels = std::vector<std::uint32_t, PictureMemory<std::uint32_t>>;
+
     PixelCanvas(int width, int height, Rgba fill = {0, 0, 0, 0});
 
     int width() const { return width_; }
     int height() const { return height_; }
-    const std::vector<std::uint32_t>& pixels() const { return pixels_; }
+    const Pixels& pixels() const { return pixels_; }
     Rgba at(int x, int y) const { return unpack_rgba(pixels_[index(x, y)]); }
     void set(int x, int y, Rgba c) { pixels_[index(x, y)] = pack_rgba(c); }
 
@@ -55,11 +58,10 @@ public:
     // Copies `source` with its top-left at (x, y), blending by its alpha.
     void draw(const PixelCanvas& source, int x, int y);
     // Draws `source` centred on (cx, cy), scaled, turned by `angle` degrees (counter-clockwise
-    // on screen), optionally mirrored, each channel multiplied by `tint`; sampled bilinearly.
+    // on screen), optionally mirrored, each channel multiplied by `tint`; sampled bilinearly
+    // between pixel centres, weighted by alpha. Fixed point (1/256 pixel, 8-bit channels).
     void draw_transformed(const PixelCanvas& source, double cx, double cy, double scale,
                           double angle, bool mirrored, Rgba tint);
-    // Straight alpha at (x, y), bilinear between pixel centres; transparent outside.
-    Rgba sample(double x, double y) const;
 
     TextureId upload(Renderer& renderer) const;
 
@@ -68,7 +70,7 @@ private:
 
     int width_;
     int height_;
-    std::vector<std::uint32_t> pixels_;
+    Pixels pixels_;
 };
 
 // Distances for PixelCanvas::shape.
