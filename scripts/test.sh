@@ -24,5 +24,5 @@ bash scripts/fuzz.sh
 echo "== address and undefined-behaviour sanitizers =="
 BUILD_TARGETS=all BUILD_DIR=build-sanitize BUILD_TYPE=Debug CMAKE_EXTRA_ARGS="-DVELDRA_SANITIZE=ON -DVELDRA_WERROR=ON -DVELDRA_BUILD_BENCH=OFF" \
   bash scripts/setup.sh
-ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
+ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 LSAN_OPTIONS="suppressions=$PWD/scripts/lsan.supp" \
   "${with_display[@]}" ctest --test-dir build-sanitize --output-on-failure -j "$(nproc)"

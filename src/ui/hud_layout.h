@@ -35,5 +35,7 @@ inline constexpr float SCORE_Y = TIME_BAR_Y + 4;
 inline constexpr float SCORE_TEXT_SIZE = 30;
 
 inline constexpr Rgba HUD_TEXT_COLOR{246, 244, 236, 255};
+// Behind the HUD: the band above the world's viewport, which the world never shows through.
+inline constexpr Rgba HUD_BAND_COLOR{0, 0, 0, 255};
 
 }  // namespace veldra

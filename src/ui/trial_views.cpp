@@ -8,6 +8,7 @@
 #include "trials/simulation_state.h"
 #include "trials/trial.h"
 #include "ui/hex_color.h"
+#include "ui/hud_layout.h"
 #include "ui/sprites.h"
 #include "ui/terrain_image.h"
 #include "ui/trial_hud.h"
@@ -102,6 +103,9 @@ void obj_trial_views::on_draw() {
                            t->ticker.spent_ticks, world_hidden()};
     draw_world(renderer.draw_list(), scene);
     draw_world_overlays(renderer.draw_list(), scene);
+    // A zoomed-in world reaches above its viewport; the HUD's band covers that part.
+    renderer.draw_list().rect(0, 0, LOGICAL_WIDTH, static_cast<float>(Camera::VIEW_TOP),
+                              HUD_BAND_COLOR);
 }
 
 void obj_trial_views::on_draw_end() {

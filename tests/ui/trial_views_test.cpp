@@ -112,7 +112,7 @@ TEST_F(TrialViewsTest, EntitiesHigherOnTheLevelAreDrawnFirst) {
     obj_trial& trial = start_trial(level_from_rows({"xxxxx", "x mfx", "x p x", "xxxxx"}), 0);
     (void)trial;
     frames(1);
-        const auto& frame = renderer().last_frame;
+    const auto& frame = renderer().last_frame;
     const std::ptrdiff_t monster = first_texture(frame, sprites.monster);
     const std::ptrdiff_t food = first_texture(frame, sprites.food);
     const std::ptrdiff_t player = first_texture(frame, sprites.player);
@@ -120,6 +120,27 @@ TEST_F(TrialViewsTest, EntitiesHigherOnTheLevelAreDrawnFirst) {
     ASSERT_GE(food, 0);
     EXPECT_LT(monster, food);  // same row: creation order
     EXPECT_LT(food, player);   // the row below in front
+}
+
+TEST_F(TrialViewsTest, AZoomedInWorldNeverShowsThroughTheHudBand) {
+    obj_trial& trial = start_trial(level_from_rows({"rrrrrrrr", "rrrrrrrr", "rrrpfrrr", "rrrrrrrr"}), 0);
+    views(trial)->camera.set_zoom(Camera::MAX_ZOOM);
+    frames(1);
+    const auto& frame = renderer().last_frame;
+    std::ptrdiff_t band = -1, player = first_texture(frame, sprites.player);
+    for (std::size_t i = 0; i < frame.size(); ++i)
+        if (frame[i].kind == DrawCommand::Kind::rect && frame[i].x == 0 && frame[i].y == 0 &&
+            frame[i].w == LOGICAL_WIDTH && frame[i].h == float(Camera::VIEW_TOP) &&
+            frame[i].color == HUD_BAND_COLOR)
+            band = static_cast<std::ptrdiff_t>(i);
+    ASSERT_GE(band, 0);
+    ASSERT_GE(player, 0);
+    EXPECT_LT(player, band);
+    // Whatever of the world reaches into the band is drawn before it; the HUD's bars after it.
+    for (std::ptrdiff_t i = 0; i < band; ++i)
+        EXPECT_FALSE(frame[std::size_t(i)].kind == DrawCommand::Kind::rect &&
+                     frame[std::size_t(i)].color == TIME_BAR_BACKGROUND &&
+                     frame[std::size_t(i)].w == TIME_BAR_WIDTH);
 }
 
 TEST_F(TrialViewsTest, WhileFastForwardingOnlyTheBackgroundIsShownWhereTheLevelWas) {
