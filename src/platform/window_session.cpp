@@ -65,6 +65,17 @@ std::shared_ptr<WindowSession> open_window_session(const WindowOptions& options,
         SDL_Quit();
         return nullptr;
     }
+    // Without a display SDL may still "open" a window on a driver nobody can see; a participant
+    // would stare at nothing. Such a driver counts only when asked for by name.
+    const char* driver = SDL_GetCurrentVideoDriver();
+    const std::string video = driver ? driver : "";
+    if ((video == "offscreen" || video == "dummy" || video == "evdev") &&
+        !SDL_getenv("SDL_VIDEODRIVER")) {
+        error = "there is no display to show a window on (only SDL's \"" + video +
+                "\" video driver works here)";
+        SDL_Quit();
+        return nullptr;
+    }
     g_window_open = true;
     // From here on the session's destructor undoes whatever was made.
     auto session = std::make_shared<WindowSession>();
@@ -105,8 +116,8 @@ std::shared_ptr<WindowSession> open_window_session(const WindowOptions& options,
 
     SDL_RendererInfo info{};
     SDL_GetRendererInfo(session->renderer, &info);
-    log(std::string("Window open, drawing with the ") + (info.name ? info.name : "unknown") +
-        " renderer.");
+    log(std::string("Window open on the ") + video + " video driver, drawing with the " +
+        (info.name ? info.name : "unknown") + " renderer.");
     return session;
 }
 

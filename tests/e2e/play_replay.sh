@@ -67,3 +67,12 @@ grep -q "names the level file itself" same.log
 mkdir logs
 "$veldra" headless=1 play_level=levels/level_01.txt log_output_file=logs/run.log > /dev/null
 ls logs/level_01-*.inputs > /dev/null
+
+# No display: the window cannot open, the program says why and what to do instead.
+if env -u DISPLAY -u WAYLAND_DISPLAY -u SDL_VIDEODRIVER SDL_AUDIODRIVER=dummy \
+    "$veldra" play_level=levels/level_01.txt frames=2 record_inputs=nodisplay.inputs 2> nodisplay.txt; then
+  echo "a window opened without a display"; exit 1
+fi
+grep -q "The game window cannot open" nodisplay.txt
+grep -q "headless=1" nodisplay.txt
+[ ! -e nodisplay.inputs ]
