@@ -149,7 +149,7 @@ void run_trial(AppState& app, std::shared_ptr<PlaySession> session, Level level,
     SimulationState& sim = app.sim;
     app.on_quit_requested = [&app, session] { on_quit(app, *session); };
     room_goto_or_restart(app.runtime, app.runtime.room_find("rm_game"))
-        .and_then([&app, &sim, session, level = std::move(level), game_speed]() -> HandlerResult {
+        .and_then([&sim, session, level = std::move(level), game_speed]() -> HandlerResult {
             auto& trial = sim.runtime.instance_create<obj_trial>(0, 0, "Instances", sim);
             sim.trial.trial = trial.id();
             trial.initialize(level, session->record.seed, false, game_speed, 0);

@@ -49,9 +49,10 @@ PixelCanvas paint_outline() {
 PixelCanvas paint_crosshair() {
     PixelCanvas canvas(32, 32);
     for (auto [color, width] : {std::pair{Rgba{20, 20, 24, 200}, 4.2}, {Rgba{255, 255, 255}, 2.0}}) {
+        const double ring = width;  // clang 14 cannot capture a structured binding
         canvas.shape(0, 0, 32, 32,
-                     [width](double x, double y) {
-                         return std::abs(std::hypot(x - 16, y - 16) - 9) - width / 2;
+                     [ring](double x, double y) {
+                         return std::abs(std::hypot(x - 16, y - 16) - 9) - ring / 2;
                      },
                      color);
         canvas.capsule(16, 1.5, 16, 9, width, color);
