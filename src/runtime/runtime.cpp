@@ -143,9 +143,11 @@ void Runtime::instance_destroy(InstanceId id) {
     Instance* inst = find(id);
     if (!inst)
         return;
+    // Its events are still running: an instance that destroys others in its clean-up (a trial
+    // its views, the views their parts) must not be freed under its own feet by theirs. The
+    // guard reclaims once the outermost destroy is done.
+    IterationGuard guard(*this);
     end_instance(*inst, true);
-    if (iteration_depth_ == 0)
-        reclaim_dead();
 }
 
 void Runtime::compact_type_lists() {

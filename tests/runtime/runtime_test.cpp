@@ -159,6 +159,30 @@ TEST_F(RuntimeTest, DestroyRunsDestroyAndCleanUpAtOnceAndIdsAreNeverReused) {
     EXPECT_EQ(runtime.instance_number<obj_probe>(), 1u);
 }
 
+// Destroys another instance in its clean-up, then reads its own fields: the owner of views.
+class obj_owner : public Instance {
+    VELDRA_OBJECT(obj_owner, Instance)
+public:
+    void on_clean_up() override {
+        runtime().instance_destroy(part);
+        runtime().instance_destroy(part);  // its own field, read after the nested destroy
+    }
+    InstanceId part = NO_INSTANCE;
+};
+
+TEST_F(RuntimeTest, AnInstanceDestroyingOthersInItsCleanUpIsNotFreedUnderItself) {
+    auto& inner = runtime.instance_create<obj_owner>(0, 0);
+    inner.part = runtime.instance_create<obj_probe>(0, 0).id();
+    auto& outer = runtime.instance_create<obj_owner>(0, 0);
+    outer.part = inner.id();
+    const InstanceId outer_id = outer.id(), inner_id = inner.id(), probe_id = inner.part;
+    runtime.instance_destroy(outer_id);  // outer ends inner, which ends the probe
+    for (InstanceId id : {outer_id, inner_id, probe_id})
+        EXPECT_FALSE(runtime.instance_exists(id));
+    EXPECT_EQ(runtime.instance_number<obj_owner>(), 0u);
+    EXPECT_EQ(runtime.instance_number<obj_probe>(), 0u);
+}
+
 TEST_F(RuntimeTest, DestroyingDuringIterationIsSafeAndSkipsTheDead) {
     std::vector<InstanceId> ids;
     for (int i = 0; i < 5; ++i)
