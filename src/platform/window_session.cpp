@@ -60,21 +60,29 @@ std::shared_ptr<WindowSession> open_window_session(const WindowOptions& options,
                 std::to_string(options.height) + " is not positive";
         return nullptr;
     }
-    if (SDL_Init(SDL_INIT_VIDEO | SDL_INIT_EVENTS) != 0) {
-        error = std::string("cannot open a window (is there a display?): ") + SDL_GetError();
-        SDL_Quit();
-        return nullptr;
-    }
     // Without a display SDL may still "open" a window on a driver nobody can see; a participant
-    // would stare at nothing. Such a driver counts only when asked for by name.
-    const char* driver = SDL_GetCurrentVideoDriver();
-    const std::string video = driver ? driver : "";
-    if ((video == "offscreen" || video == "dummy" || video == "evdev") &&
-        !SDL_getenv("SDL_VIDEODRIVER")) {
-        error = "there is no display to show a window on (only SDL's \"" + video +
-                "\" video driver works here)";
+    // would stare at nothing. Such a driver counts only when asked for by name. A display that
+    // is there but busy (a virtual one serving several programs at once) can refuse a
+    // connection for a moment, so the display is tried a few times before giving up.
+    std::string video;
+    for (int attempt = 0;; ++attempt) {
+        if (SDL_Init(SDL_INIT_VIDEO | SDL_INIT_EVENTS) != 0) {
+            error = std::string("cannot open a window (is there a display?): ") + SDL_GetError();
+            SDL_Quit();
+            return nullptr;
+        }
+        const char* driver = SDL_GetCurrentVideoDriver();
+        video = driver ? driver : "";
+        const bool invisible = video == "offscreen" || video == "dummy" || video == "evdev";
+        if (!invisible || SDL_getenv("SDL_VIDEODRIVER"))
+            break;
         SDL_Quit();
-        return nullptr;
+        if (attempt == 2) {
+            error = "there is no display to show a window on (only SDL's \"" + video +
+                    "\" video driver works here)";
+            return nullptr;
+        }
+        SDL_Delay(100);
     }
     g_window_open = true;
     // From here on the session's destructor undoes whatever was made.
