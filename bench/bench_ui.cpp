@@ -38,8 +38,9 @@ struct LargestLevel {
         initialize_game_systems(sim);
         reload_game_configurations(sim.configs, sim.files, "");
         runtime.start(runtime.room_add({"rm_game", nullptr}));
-        auto level = level_load_from_file(
-            sim.files, sim.cell_types, std::string(VELDRA_SOURCE_DIR) + "/datafiles/levels/level_10.txt");
+        auto level =
+            level_load_from_file(sim.files, sim.cell_types,
+                                 std::string(VELDRA_SOURCE_DIR) + "/datafiles/levels/level_10.txt");
         sim.create_trial_views = [this](obj_trial& trial) {
             return create_trial_views(sim, trial, localization, sprites, {});
         };
@@ -64,7 +65,8 @@ void BM_paint_largest_level_ground(benchmark::State& state) {
     const Sprites& sprites = level.sprites;
     const SceneryLooks looks = scenery_looks(level.trial->terrain);
     for (auto _ : state)
-        benchmark::DoNotOptimize(paint_terrain(level.trial->terrain, looks, sprites).pixels().data());
+        benchmark::DoNotOptimize(
+            paint_terrain(level.trial->terrain, looks, sprites).pixels().data());
 }
 BENCHMARK(BM_paint_largest_level_ground)->Unit(benchmark::kMillisecond);
 

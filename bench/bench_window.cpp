@@ -43,7 +43,9 @@ void BM_WindowFrame(benchmark::State& state) {
             for (int x = 0; x < 32; ++x) {
                 const int dx = x - 16, dy = y - 16;
                 pixels[static_cast<std::size_t>(y * 32 + x)] =
-                    dx * dx + dy * dy < 225 ? 0xc08040ffu + static_cast<std::uint32_t>(k) * 0x1000000u : 0;
+                    dx * dx + dy * dy < 225
+                        ? 0xc08040ffu + static_cast<std::uint32_t>(k) * 0x1000000u
+                        : 0;
             }
         sprites.push_back(renderer.create_texture(32, 32, pixels));
     }

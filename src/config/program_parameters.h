@@ -34,15 +34,19 @@ namespace veldra {
       "seed of a single trial, or the one that replaces the generator file's seed (a number)")    \
     X(trial_level, "level file: runs one automatic trial and prints its result as JSON")          \
     X(traits, "traits of the single trial's player: O,C,E,A,N (default 0,0,0,0,0)")               \
-    X(play_level, "level file: play one trial in the window (seed= and traits= as for trial_level)") \
+    X(play_level,                                                                                 \
+      "level file: play one trial in the window (seed= and traits= as for trial_level)")          \
     X(record_inputs, "file the played trial's inputs are recorded to (default: beside the log)")  \
-    X(replay, "input recording: play that trial again and check it reaches the same result")     \
-    X(screenshot, "PNG file the last frame is written to when the program ends (with frames=N)") \
+    X(replay, "input recording: play that trial again and check it reaches the same result")      \
+    X(screenshot, "PNG file the last frame is written to when the program ends (with frames=N)")  \
     X(volume, "sound volume from 0 (silent) to 1 (full, the default)")                            \
-    X(frame_times, "CSV file each frame's duration is written to (benchmarks; frames are not paced)") \
-    X(camera_zoom, "the window's starting zoom: a number from 0.25 to 2, or \"fit\" for the whole level") \
-    X(developer_keys, "1 lets P pause and +/- change the game speed in a played trial")          \
-    X(window_size, "WIDTHxHEIGHT of the window in pixels (default 1600x900); the picture scales to it")
+    X(frame_times,                                                                                \
+      "CSV file each frame's duration is written to (benchmarks; frames are not paced)")          \
+    X(camera_zoom,                                                                                \
+      "the window's starting zoom: a number from 0.25 to 2, or \"fit\" for the whole level")      \
+    X(developer_keys, "1 lets P pause and +/- change the game speed in a played trial")           \
+    X(window_size,                                                                                \
+      "WIDTHxHEIGHT of the window in pixels (default 1600x900); the picture scales to it")
 
 struct ProgramParameters {
 #define VELDRA_DECLARE_PARAMETER(name, help) std::optional<std::string> name;

@@ -18,11 +18,15 @@ namespace veldra {
 
 namespace {
 
-int unit(int v) { return v < 0 ? -1 : v > 0 ? 1 : 0; }
+int unit(int v) {
+    return v < 0 ? -1 : v > 0 ? 1 : 0;
+}
 
 // Commands from a window carry whole pixels, so a recording written as text reads back as the
 // same numbers and the replay clicks exactly where the player did.
-double whole_pixel(double v) { return std::isfinite(v) ? std::round(v) : 0; }
+double whole_pixel(double v) {
+    return std::isfinite(v) ? std::round(v) : 0;
+}
 
 template <class T>
 InstanceId nearest_within(const TrialWorld& world, const obj_human& player, double x, double y,
@@ -85,7 +89,8 @@ void walk_held_direction(obj_human_player& player, const PlayerCommands& command
     const TerrainCell* here = terrain.cell_at_room(player.x, player.y);
     if (!here)
         return;
-    const TerrainCell* next = terrain.cell_at(here->cx + commands.held_dx, here->cy + commands.held_dy);
+    const TerrainCell* next =
+        terrain.cell_at(here->cx + commands.held_dx, here->cy + commands.held_dy);
     if (!next || !next->is_traversable)
         return;
     walk_to(player, *next);

@@ -20,7 +20,7 @@ struct PlayerCommand {
         target,  // a click at the world point (x, y)
     };
     Kind kind = Kind::move;
-    Ticks tick = 0;  // applied in the player's tick that has this count
+    Ticks tick = 0;       // applied in the player's tick that has this count
     int dx = 0, dy = 0;   // move: each -1, 0 or 1
     double x = 0, y = 0;  // target: pixels, rounded to whole pixels when stamped
 
@@ -57,8 +57,7 @@ struct PlayerTarget {
     int cx = 0, cy = 0;  // the cell under the point
 };
 inline constexpr double PLAYER_PICK_RADIUS = 36;  // pixels
-PlayerTarget player_target_at(const TrialWorld& world, const obj_human& player, double x,
-                              double y);
+PlayerTarget player_target_at(const TrialWorld& world, const obj_human& player, double x, double y);
 
 // Turns the commands due at `tick` into actions of `player`: held keys walk it cell by cell,
 // clicks attack, eat, exchange or walk through force_start_action.
