@@ -13,6 +13,7 @@
 #include "runtime/log.h"
 #include "runtime/runtime.h"
 #include "runtime/services.h"
+#include "support/level_rows.h"
 #include "serial/json.h"
 #include "trials/game_systems.h"
 #include "trials/simulation_state.h"
@@ -35,13 +36,7 @@ protected:
     GameConfigurations& mutable_configs() { return *sim.configs.configs; }
 
     Level level_from_rows(const std::vector<std::string>& rows) const {
-        std::vector<std::vector<LevelCell>> cells;
-        for (int cy = 0; cy < static_cast<int>(rows.size()); ++cy) {
-            cells.emplace_back();
-            for (int cx = 0; cx < static_cast<int>(rows[cy].size()); ++cx)
-                cells.back().push_back({cx, cy, sim.cell_types.from_char(rows[cy][cx])});
-        }
-        return Level("test", std::move(cells), sim.cell_types);
+        return testing::level_from_rows(sim.cell_types, rows);
     }
 
     obj_trial& make_trial(const Level& level, bool is_auto_run, double game_speed = 1,

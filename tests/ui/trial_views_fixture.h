@@ -16,6 +16,7 @@
 #include "runtime/log.h"
 #include "runtime/runtime.h"
 #include "runtime/services.h"
+#include "support/level_rows.h"
 #include "trials/game_systems.h"
 #include "trials/simulation_state.h"
 #include "trials/trial.h"
@@ -47,13 +48,7 @@ protected:
     }
 
     Level level_from_rows(const std::vector<std::string>& rows) const {
-        std::vector<std::vector<LevelCell>> cells;
-        for (int cy = 0; cy < static_cast<int>(rows.size()); ++cy) {
-            cells.emplace_back();
-            for (int cx = 0; cx < static_cast<int>(rows[cy].size()); ++cx)
-                cells.back().push_back({cx, cy, sim.cell_types.from_char(rows[cy][cx])});
-        }
-        return Level("test", std::move(cells), sim.cell_types);
+        return testing::level_from_rows(sim.cell_types, rows);
     }
 
     // An interactive trial, laid out and started.
