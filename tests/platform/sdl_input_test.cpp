@@ -33,6 +33,29 @@ protected:
         ASSERT_TRUE(open(1920, 1080));
         SDL_PumpEvents();
         SDL_FlushEvents(SDL_FIRSTEVENT, SDL_LASTEVENT);  // the window's own opening events
+        // Tests run in parallel on one virtual display: another test's window takes the focus
+        // at any moment, and the focus loss rightly releases every key. Only the focus changes
+        // a test pushes itself may reach the input.
+        SDL_SetEventFilter(only_pushed_focus_changes, nullptr);
+    }
+    void TearDown() override {
+        SDL_SetEventFilter(nullptr, nullptr);
+        WindowTest::TearDown();
+    }
+    static constexpr Sint32 PUSHED_BY_TEST = 0x7e57;
+    static int only_pushed_focus_changes(void*, SDL_Event* e) {
+        const bool focus = e->type == SDL_WINDOWEVENT &&
+                           (e->window.event == SDL_WINDOWEVENT_FOCUS_LOST ||
+                            e->window.event == SDL_WINDOWEVENT_FOCUS_GAINED);
+        return !focus || e->window.data1 == PUSHED_BY_TEST;
+    }
+    void push_focus_lost() {
+        SDL_Event e{};
+        e.type = SDL_WINDOWEVENT;
+        e.window.windowID = window->window_id();
+        e.window.event = SDL_WINDOWEVENT_FOCUS_LOST;
+        e.window.data1 = PUSHED_BY_TEST;
+        SDL_PushEvent(&e);
     }
     void push_key(Uint32 type, SDL_Keycode code) {
         SDL_Event e{};
@@ -78,6 +101,21 @@ TEST_F(SdlInputTest, KeysHavePressHoldAndReleaseEdges) {
     EXPECT_TRUE(up.released(Key::w));
     EXPECT_FALSE(up.down(Key::w));
     EXPECT_TRUE(up.down(Key::plus));
+}
+
+TEST_F(SdlInputTest, LosingTheFocusReleasesWhatWasHeld) {
+    push_key(SDL_KEYDOWN, SDLK_d);
+    push_button(SDL_MOUSEBUTTONDOWN, SDL_BUTTON_LEFT, 100, 100);
+    const InputFrame& held = poll();
+    ASSERT_TRUE(held.down(Key::d));
+    ASSERT_TRUE(held.down(MouseButton::left));
+    // The key-up goes to whichever window has the focus now, so the player would walk on forever.
+    push_focus_lost();
+    const InputFrame& lost = poll();
+    EXPECT_TRUE(lost.released(Key::d));
+    EXPECT_FALSE(lost.down(Key::d));
+    EXPECT_TRUE(lost.released(MouseButton::left));
+    EXPECT_FALSE(lost.down(MouseButton::left));
 }
 
 TEST_F(SdlInputTest, MouseIsInLogicalPixels) {
