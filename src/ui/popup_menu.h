@@ -1,0 +1,105 @@
+#pragma once
+// Popup menus: a menu is data (a MenuDefinition, a list of entries) shown by one entity that
+// draws it with Dear ImGui over the game and answers through a promise, so a session chains a
+// menu like any other wait: create_popup_menu(...).and_then(...). Texts may carry the game's
+// markup ("[pin_center]", colours, ...).
+//
+// Entry kinds:
+//   heading       a title line
+//   text          a paragraph
+//   button        closes the menu and fulfils its promise with the entry's `value`
+//   function      runs `action`; the menu stays open
+//   page          opens `page` as a sub-page of the same popup, with a back button on it
+//   text_field    a one-line text input bound to `field->text`
+//   number_field  a number input bound to `field->number`, kept within [minimum, maximum]
+//   slider        a slider bound to `field->number` over [minimum, maximum]
+//   link          a button that opens `url` in the system browser (Services::open_url)
+//
+// Fields are shared cells: the code that built the menu keeps the same MenuField and reads what
+// the user typed or slid once the promise is fulfilled.
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "async/promise.h"
+#include "runtime/instance.h"
+#include "runtime/object_type.h"
+#include "runtime/value.h"
+
+namespace veldra {
+
+class Runtime;
+
+enum class MenuEntryKind { heading, text, button, function, page, text_field, number_field, slider, link };
+
+struct MenuField {
+    std::string text;
+    double number = 0;
+    double minimum = 0;
+    double maximum = 1;
+};
+
+struct MenuDefinition;
+
+struct MenuEntry {
+    MenuEntryKind kind = MenuEntryKind::text;
+    std::string label;             // what is shown; markup allowed
+    Value value;                   // button: what the menu's promise is fulfilled with
+    std::function<void()> action;  // function: what a click runs
+    std::shared_ptr<MenuDefinition> page;  // page: the sub-page it opens
+    std::shared_ptr<MenuField> field;      // the fields' and the slider's value
+    std::string url;                       // link
+};
+
+struct MenuDefinition {
+    std::vector<MenuEntry> entries;
+    float width = 640;  // logical pixels; the height follows the entries
+};
+
+MenuEntry menu_heading(std::string text);
+MenuEntry menu_text(std::string text);
+MenuEntry menu_button(std::string label, Value value = Value());
+MenuEntry menu_function(std::string label, std::function<void()> action);
+MenuEntry menu_page(std::string label, MenuDefinition page);
+MenuEntry menu_text_field(std::string label, std::shared_ptr<MenuField> field);
+MenuEntry menu_number_field(std::string label, std::shared_ptr<MenuField> field);
+MenuEntry menu_slider(std::string label, std::shared_ptr<MenuField> field);
+MenuEntry menu_link(std::string label, std::string url);
+
+struct PopupOptions {
+    // A persistent popup survives room changes and stays open after its buttons are pressed
+    // (the developer menu); others are destroyed when a button closes them.
+    bool persistent = false;
+};
+
+// Opens `definition` centred on the screen, above every other popup. The promise is fulfilled
+// with the pressed button's value when a button closes the menu; it is never rejected, and stays
+// pending when the menu is destroyed another way.
+Promise create_popup_menu(Runtime& runtime, MenuDefinition definition, PopupOptions options = {});
+
+class obj_popup_menu : public Instance {
+    VELDRA_OBJECT(obj_popup_menu, Instance)
+public:
+    obj_popup_menu(MenuDefinition definition, PopupOptions options, Resolve resolve);
+
+    // Draws the current page with Dear ImGui (when a frame is open) and acts on clicks and keys.
+    void on_step() override;
+
+    // What a click on the entry labelled `label` on the current page does, for tests and
+    // automation; false when the current page has no such entry.
+    bool activate(const std::string& label);
+    // The labels of the current page's entries, in order (markup kept).
+    std::vector<std::string> current_labels() const;
+    // Logical-pixel rectangle of the entry labelled `label` as last drawn ({0,0,0,0} when not
+    // drawn), so windowed tests can click it with real mouse events.
+    struct Rect {
+        float x = 0, y = 0, w = 0, h = 0;
+    };
+    Rect entry_rect(const std::string& label) const;
+
+    // ... implementation state is the implementer's
+};
+
+}  // namespace veldra
