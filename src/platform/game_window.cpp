@@ -7,6 +7,7 @@
 #include "platform/sdl_input.h"
 #include "platform/sdl_renderer.h"
 #include "platform/window_session.h"
+#include "runtime/log.h"
 
 namespace veldra::platform {
 
@@ -16,6 +17,13 @@ GameWindow::GameWindow(Services& services, std::shared_ptr<WindowSession> sessio
     services_.input = std::make_unique<SdlInput>(session_);
     services_.audio = std::make_unique<SdlAudio>();
     services_.clock = std::make_unique<RealtimeClock>(session_->options.pace_frames);
+    headless_open_url_ = std::move(services_.open_url);
+    services_.open_url = [](const std::string& url) {
+        log("Opening " + url + " in the browser.");
+        if (SDL_OpenURL(url.c_str()) != 0)
+            log_warning("The browser did not open " + url + ": " + SDL_GetError() +
+                        ". Open the address by hand.");
+    };
     services_.headless = false;
     renderer_ = services_.renderer.get();
     input_ = services_.input.get();
@@ -34,6 +42,7 @@ GameWindow::~GameWindow() {
         services_.audio = std::make_unique<SilentAudio>();
         services_.audio->set_volume(volume);
     }
+    services_.open_url = std::move(headless_open_url_);
     services_.headless = true;
 }
 

@@ -35,6 +35,7 @@ private:
     const Renderer* renderer_;
     const Input* input_;
     const Audio* audio_;
+    std::function<void(const std::string&)> headless_open_url_;
 };
 
 // Opens the window and puts its renderer, input, clock and audio backends into `services`

@@ -90,6 +90,11 @@ struct Services {
     std::unique_ptr<Dialogs> dialogs = std::make_unique<ScriptedDialogs>();
     std::unique_ptr<Terminal> terminal = std::make_unique<StderrTerminal>();
     std::unique_ptr<Files> files = std::make_unique<DiskFiles>();
+    // Opens an address in the system browser (a session's completion link). Headless, the
+    // address is logged, so a shell user can still follow it.
+    std::function<void(const std::string& url)> open_url = [](const std::string& url) {
+        log("Open this address in a browser: " + url);
+    };
     bool headless = true;
 };
 
