@@ -4,6 +4,9 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
+#include "config/game_configurations.h"
 #include "runtime/log.h"
 
 namespace veldra {
@@ -95,6 +98,26 @@ std::optional<PersonalityTraitRanges> personality_traits_ranges_from_value(const
         ranges.*trait.field = *range;
     }
     return ranges;
+}
+
+PersonalityTraitRanges personality_trait_ranges_of_options(const ConfigsState& configs) {
+    auto span = [&configs](const char* key) {
+        const Value options = configs.value(key);
+        std::optional<std::array<double, 2>> range;
+        for (std::size_t i = 0; i < options.size(); ++i) {
+            if (!options.at(i).is_number())
+                continue;
+            const double v = options.at(i).as_number();
+            if (!range)
+                range = std::array<double, 2>{v, v};
+            (*range)[0] = std::min((*range)[0], v);
+            (*range)[1] = std::max((*range)[1], v);
+        }
+        return range.value_or(std::array<double, 2>{0, 0});
+    };
+    return PersonalityTraitRanges{span("options_openness"), span("options_conscientiousness"),
+                                  span("options_extraversion"), span("options_agreeableness"),
+                                  span("options_neuroticism")};
 }
 
 }  // namespace veldra

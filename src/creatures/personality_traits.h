@@ -15,6 +15,8 @@
 
 namespace veldra {
 
+struct ConfigsState;
+
 struct GameConfigurations;
 struct HumanActionTypes;
 
@@ -32,6 +34,11 @@ PersonalityTraits personality_traits_copied(const PersonalityTraits& traits);
 // Draws every trait with rng_random_range(low, high) in field order, openness first, also when
 // low equals high, so later draws never shift with the ranges.
 PersonalityTraits personality_traits_from_ranges(const PersonalityTraitRanges& ranges, Rng& rng);
+
+// The span, smallest to largest, of the values the configuration offers for each trait
+// (options_openness, ...): the traits menu's ranges, and the fallback ranges of AI humans, so a
+// custom file's scale is respected. A trait without numeric options spans [0, 0].
+PersonalityTraitRanges personality_trait_ranges_of_options(const ConfigsState& configs);
 
 // Every combination of the five traits over `values`: values.size()^5 records, openness
 // outermost and neuroticism innermost, each over the values in order.

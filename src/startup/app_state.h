@@ -23,6 +23,7 @@
 #include "runtime/services.h"
 #include "startup/progress_line.h"
 #include "startup/rooms.h"
+#include "trials/session.h"
 #include "trials/simulation_state.h"
 #include "ui/sprites.h"
 #include "util/rng.h"
@@ -55,8 +56,14 @@ struct AppState {
     // The window's pictures, made when it opens (ui/sprites.h); none in headless runs.
     std::unique_ptr<Sprites> sprites;
     int exit_status = 0;  // what the program returns; set by end_program
-    // What closing the window does; unset, it ends the program.
-    std::function<void()> on_quit_requested;
+    // LoadingStatus: the loading-status display, made at start-up.
+    InstanceId loading_status = NO_INSTANCE;
+    // The local session being played (none before one starts) and what its chain refers to.
+    std::unique_ptr<SessionContext> session_context;
+    std::shared_ptr<LocalSession> local_session;
+    // What closing the window does; unset, it ends the program. `can_ask` is false when the
+    // program ends anyway (frames ran out): nothing may wait for an answer then.
+    std::function<void(bool can_ask)> on_quit_requested;
 };
 
 }  // namespace veldra

@@ -18,6 +18,8 @@
 #include "startup/program.h"
 #include "startup/run_mode.h"
 #include "trials/game_systems.h"
+#include "ui/loading_status.h"
+#include "ui/watermark.h"
 #include "util/text.h"
 #include "veldra_version.h"
 
@@ -55,6 +57,15 @@ Promise choose_language(AppState& app) {
     });
 }
 
+// The watermark (release builds, when the configuration asks) and the loading status.
+void create_status_displays(AppState& app) {
+    if (!DEBUG_BUILD && app.sim.configs.loaded() && app.sim.configs->show_build_info_watermark)
+        app.runtime.instance_create<obj_watermark>(
+            0, 0, "", std::string("Veldra ") + BUILD_VERSION + " (" + VELDRA_BUILD_CONFIGURATION +
+                          ")");
+    app.loading_status = app.runtime.instance_create<obj_loading_status>(0, 0, "").id();
+}
+
 }  // namespace
 
 void obj_init::on_create() {
@@ -81,6 +92,7 @@ void obj_init::on_create() {
         .and_then([&app](const Value& custom_name) {
             reload_game_configurations(app.sim.configs, *app.services.files,
                                        custom_name.as_string());
+            create_status_displays(app);
             choose_run_mode(app);
         })
         .and_catch([&app](const Value& reason) {

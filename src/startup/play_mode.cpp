@@ -147,7 +147,7 @@ void on_quit(AppState& app, PlaySession& session) {
 void run_trial(AppState& app, std::shared_ptr<PlaySession> session, Level level,
                double game_speed) {
     SimulationState& sim = app.sim;
-    app.on_quit_requested = [&app, session] { on_quit(app, *session); };
+    app.on_quit_requested = [&app, session](bool) { on_quit(app, *session); };
     room_goto_or_restart(app.runtime, app.runtime.room_find("rm_game"))
         .and_then([&sim, session, level = std::move(level), game_speed]() -> HandlerResult {
             auto& trial = sim.runtime.instance_create<obj_trial>(0, 0, "Instances", sim);

@@ -118,21 +118,20 @@ int run_program(int argc, char** argv) {
     Runtime& runtime = app.runtime;
     start_promise_event_loop(runtime);
     runtime.start(add_rooms(app));
-    bool quit_handled = false;
     while (!runtime.end_requested() && (!frames || runtime.frame_count() < *frames)) {
         frame_times.frame_started();
         frame_times.frame_finished(run_program_frame(runtime, app.services) > 0);
-        if (app.services.input->frame().quit_requested && !quit_handled) {
-            quit_handled = true;
+        // Each close may ask again: a participant who cancelled can still close later.
+        if (app.services.input->frame().quit_requested) {
             if (app.on_quit_requested)
-                app.on_quit_requested();
+                app.on_quit_requested(true);
             else
                 end_program(app, 0);
         }
     }
     // Frames ran out before the mode was done: it keeps what it has, as if the window closed.
-    if (!runtime.end_requested() && !quit_handled && app.on_quit_requested)
-        app.on_quit_requested();
+    if (!runtime.end_requested() && app.on_quit_requested)
+        app.on_quit_requested(false);
     if (early.screenshot && !write_screenshot(app, *early.screenshot))
         app.exit_status = app.exit_status ? app.exit_status : 1;
     if (early.frame_times) {

@@ -8,9 +8,11 @@
 #include "runtime/services.h"
 #include "startup/app_state.h"
 #include "startup/auto_run_mode.h"
+#include "startup/dev_menu.h"
 #include "startup/parameter_values.h"
 #include "startup/play_mode.h"
 #include "startup/program.h"
+#include "startup/session_mode.h"
 #include "startup/single_trial_mode.h"
 #include "world/level_set_generator.h"
 
@@ -73,12 +75,24 @@ void choose_run_mode(AppState& app) {
         return start_replay_mode(app, params);
     if (params.play_level)
         return start_play_mode(app, params);
+    if (params.demo && params.demo != "0") {
+        if (!app.sim.configs.loaded()) {
+            log_error("Cannot run without a configuration: see the errors above.");
+            return end_program(app, 1);
+        }
+        return start_demo_mode(app);
+    }
     // The developer menu needs a window; a headless start with nothing to run has nothing to
     // wait for, unless the caller asked for a number of frames.
-    if (app.services.headless && !params.frames) {
-        log("Nothing to run: give a run mode on the command line (see --help).");
-        app.runtime.game_end();
+    if (app.services.headless) {
+        if (!params.frames) {
+            log("Nothing to run: give a run mode on the command line (see --help).");
+            app.runtime.game_end();
+        }
+        return;
     }
+    const bool is_remote_defined = app.api_env.remote_url && !app.api_env.remote_url->empty();
+    open_dev_menu(app, is_remote_defined);
 }
 
 }  // namespace veldra

@@ -6,6 +6,8 @@
 #include "config/game_configurations.h"
 #include "platform/game_window.h"
 #include "startup/app_state.h"
+#include "veldra_version.h"
+#include "ui/traits_menu.h"
 #include "startup/parameter_values.h"
 #include "trials/trial.h"
 #include "ui/sprites.h"
@@ -23,14 +25,6 @@ std::optional<double> parse_number(std::string_view text) {
     return v;
 }
 
-bool developer_build() {
-#ifdef NDEBUG
-    return false;
-#else
-    return true;
-#endif
-}
-
 }  // namespace
 
 std::optional<WindowRequest> read_window_request(const ProgramParameters& params,
@@ -45,7 +39,11 @@ std::optional<WindowRequest> read_window_request(const ProgramParameters& params
         }
         headless = *value;
     }
-    request.wanted = !headless && (params.play_level || params.replay);
+    // Shell modes print and exit; everything else is for a person at the window: a played or
+    // replayed trial, a demo, the developer menu.
+    const bool shell_mode = params.generate_levels || params.auto_run_merge ||
+                            params.auto_run_config || params.trial_level || params.user_id;
+    request.wanted = !headless && (params.play_level || params.replay || !shell_mode);
     request.replaying = params.replay.has_value();
     if (params.volume) {
         const auto value = parse_number(*params.volume);
@@ -65,7 +63,7 @@ std::optional<WindowRequest> read_window_request(const ProgramParameters& params
         }
         request.camera_zoom = value;
     }
-    request.developer_keys = developer_build();
+    request.developer_keys = DEBUG_BUILD;
     if (params.developer_keys) {
         const auto value = parse_switch_value(*params.developer_keys);
         if (!value) {
@@ -118,6 +116,12 @@ std::unique_ptr<platform::GameWindow> open_window(AppState& app, const WindowReq
         views.player_input = !replaying;
         views.start_zoom = request.camera_zoom;
         return create_trial_views(app.sim, trial, app.localization, *app.sprites, views);
+    };
+    app.sim.ask_personality_traits = [&app](std::shared_ptr<PersonalityTraits> traits,
+                                            const std::string& heading) {
+        return get_personality_traits_via_menu(
+            app.runtime, std::move(traits), heading, app.sim.configs, app.localization,
+            app.sim.configs->leave_traits_menu_open_when_playing);
     };
     return window;
 }

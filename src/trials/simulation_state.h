@@ -8,9 +8,12 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
 
+#include "async/promise.h"
 #include "config/game_configurations.h"
+#include "config/personality_traits.h"
 #include "creatures/creature_pathfinding.h"
 #include "creatures/human_action_type.h"
 #include "creatures/trial_world.h"
@@ -60,6 +63,11 @@ struct SimulationState {
     // once its level is laid out and returns the instance that owns them, which the trial
     // destroys with itself. Unset, interactive trials run unseen (tests, headless replays).
     std::function<InstanceId(obj_trial&)> create_trial_views;
+    // Made by the application when it has a window: lets the player adjust `traits` in the
+    // personality-traits menu under `heading`, fulfilled when they start the trial. Unset, a
+    // trial starts with the traits it was given.
+    std::function<Promise(std::shared_ptr<PersonalityTraits> traits, const std::string& heading)>
+        ask_personality_traits;
 };
 
 }  // namespace veldra

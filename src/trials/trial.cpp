@@ -22,32 +22,6 @@
 
 namespace veldra {
 
-namespace {
-
-// Used for AI humans whose configured ranges are missing: the span of the values the traits
-// menu offers, so a custom file's scale is respected.
-PersonalityTraitRanges default_ai_trait_ranges(const ConfigsState& configs) {
-    auto span = [&configs](const char* key) {
-        const Value options = configs.value(key);
-        double low = 0, high = 0;
-        for (std::size_t i = 0; i < options.size(); ++i) {
-            if (!options.at(i).is_number())
-                continue;
-            const double v = options.at(i).as_number();
-            if (i == 0 || v < low)
-                low = v;
-            if (i == 0 || v > high)
-                high = v;
-        }
-        return std::array<double, 2>{low, high};
-    };
-    return PersonalityTraitRanges{span("options_openness"), span("options_conscientiousness"),
-                                  span("options_extraversion"), span("options_agreeableness"),
-                                  span("options_neuroticism")};
-}
-
-}  // namespace
-
 void obj_trial::on_create() {
     max_ticks = static_cast<Ticks>(std::ceil(sim_.configs->trial_time * 60));
     state = TrialState::Created;
@@ -104,7 +78,7 @@ void obj_trial::give_traits_to_ai_humans() {
                       "\" but the configurations don't define personality traits for that number.");
         }
         human.set_traits(personality_traits_from_ranges(
-            ranges.value_or(default_ai_trait_ranges(sim_.configs)), *rng));
+            ranges.value_or(personality_trait_ranges_of_options(sim_.configs)), *rng));
         if (!is_auto_run)
             log_event("Traits and action weights for " + EID(&human, true) + ":\n" +
                       personality_traits_format_data(human.personality_traits, sim_.configs.get(),
@@ -229,20 +203,24 @@ Promise trial_run(SimulationState& sim, const Level& level, double seed,
                   double total_score_before_this_trial) {
     if (obj_trial* previous = sim.current_trial())
         sim.runtime.instance_destroy(previous->id());
-    // The traits menu comes with the game window; until then the given traits are used as they are.
-    (void)trait_menu_header;
+    // The menu works on this record, and the trial starts with what it holds then.
+    auto chosen = traits ? std::make_shared<PersonalityTraits>(*traits) : nullptr;
     return room_goto_or_restart(sim.runtime, sim.runtime.room_find("rm_game"))
-        .and_then([&sim, level, seed, total_score_before_this_trial]() {
+        .and_then([&sim, level, seed, total_score_before_this_trial, chosen,
+                   trait_menu_header]() -> HandlerResult {
             auto& trial = sim.runtime.instance_create<obj_trial>(0, 0, "Instances", sim);
             sim.trial.trial = trial.id();
             trial.initialize(level, seed, false, sim.configs->game_speed,
                              total_score_before_this_trial);
+            if (!trait_menu_header || !sim.ask_personality_traits || !chosen)
+                return {};
+            return sim.ask_personality_traits(chosen, *trait_menu_header);
         })
-        .and_then([&sim, traits]() -> HandlerResult {
+        .and_then([&sim, chosen]() -> HandlerResult {
             obj_trial* trial = sim.current_trial();
             if (!trial)
                 return promise_reject(Value("The trial ended before it started."));
-            auto started = trial->start(traits);
+            auto started = trial->start(chosen ? std::optional(*chosen) : std::nullopt);
             return std::get<Promise>(started);
         });
 }

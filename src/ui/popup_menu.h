@@ -21,6 +21,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "async/promise.h"
@@ -72,12 +73,19 @@ struct PopupOptions {
     // A persistent popup survives room changes and stays open after its buttons are pressed
     // (the developer menu); others are destroyed when a button closes them.
     bool persistent = false;
+    // What kind of menu this is, so callers can find menus of a kind (popup_menus_open).
+    std::string name;
 };
 
 // Opens `definition` centred on the screen, above every other popup. The promise is fulfilled
 // with the pressed button's value when a button closes the menu; it is never rejected, and stays
 // pending when the menu is destroyed another way.
 Promise create_popup_menu(Runtime& runtime, MenuDefinition definition, PopupOptions options = {});
+
+// How many popups named `name` are open.
+std::size_t popup_menus_open(const Runtime& runtime, std::string_view name);
+// Destroys every popup named `name` (their promises stay pending).
+void close_popup_menus(Runtime& runtime, std::string_view name);
 
 class obj_popup_menu : public Instance {
     VELDRA_OBJECT(obj_popup_menu, Instance)

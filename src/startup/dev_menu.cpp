@@ -1,0 +1,222 @@
+#include "startup/dev_menu.h"
+
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+
+#include "async/dialog_promises.h"
+#include "config/game_configurations.h"
+#include "runtime/log.h"
+#include "runtime/number_format.h"
+#include "runtime/paths.h"
+#include "runtime/random_source.h"
+#include "runtime/runtime.h"
+#include "runtime/services.h"
+#include "startup/app_state.h"
+#include "startup/parameter_values.h"
+#include "startup/session_mode.h"
+#include "trials/auto_runner.h"
+#include "ui/loading_status.h"
+#include "world/level_file.h"
+#include "world/level_set_generator.h"
+
+namespace veldra {
+
+namespace {
+
+constexpr const char* DEV_MENU_NAME = "developer_menu";
+
+void message(AppState& app, const std::string& text) {
+    app.services.dialogs->show_message(text);
+}
+
+obj_loading_status* loading_status(AppState& app) {
+    return app.runtime.find_as<obj_loading_status>(app.loading_status);
+}
+
+std::string local_stamp(const AppState& app) {
+    const LocalDateTime t = app.services.clock->local_now();
+    char text[32];
+    std::snprintf(text, sizeof text, "%04d%02d%02d_%02d%02d%02d", t.year, t.month, t.day, t.hour,
+                  t.minute, t.second);
+    return text;
+}
+
+// A session takes the screen: the developer menu goes, and comes back after nothing (the
+// session ends with its own end menu).
+void start_session_from_menu(AppState& app, std::vector<std::string> levels, std::string user,
+                             bool repeat = false) {
+    Rng rng(random_seed_value());
+    if (start_local_session(app, std::move(levels), std::move(user), rng, repeat))
+        close_popup_menus(app.runtime, DEV_MENU_NAME);
+}
+
+MenuDefinition server_session_page(AppState& app, bool is_remote_defined) {
+    auto user_id = std::make_shared<MenuField>();
+    MenuDefinition page;
+    page.entries.push_back(menu_heading("START SESSION (SERVER)"));
+    page.entries.push_back(
+        menu_text("[pin_center]You're about to start a session of one or more trials. The "
+                  "results of the trials will be submitted to the server."));
+    page.entries.push_back(menu_text_field("User ID", user_id));
+    page.entries.push_back(menu_text("[pin_center]Continue?"));
+    page.entries.push_back(menu_function("Continue", [&app, user_id, is_remote_defined] {
+        if (user_id->text.empty())
+            return message(app, "Enter a user ID first.");
+        if (!is_remote_defined)
+            return message(app, "Failed to connect to the server.");
+        message(app, "Sessions against the research server are not available in this build.");
+    }));
+    return page;
+}
+
+MenuDefinition local_session_page(AppState& app) {
+    MenuDefinition page;
+    page.entries.push_back(menu_heading("START SESSION (LOCAL)"));
+    page.entries.push_back(
+        menu_text("[pin_center]You're about to start a session of one or more trials. At the end "
+                  "of the session, you will get to save the trial results as a CSV-file on your "
+                  "computer."));
+    page.entries.push_back(menu_text("[pin_center]Continue?"));
+    page.entries.push_back(menu_function(
+        "Continue", [&app] { start_session_from_menu(app, configured_levels(app), "LOCAL_USER"); }));
+    return page;
+}
+
+void generate_levels(AppState& app) {
+    auto generator = std::make_shared<std::string>();
+    message(app, "Select a generator file.");
+    dialog_get_open_filename(*app.services.dialogs, "*.json", "")
+        .and_then([&app, generator](const Value& file) -> HandlerResult {
+            if (!file.is_string() || file.as_string().empty())
+                return promise_reject(Value());
+            *generator = file.as_string();
+            return dialog_get_string(*app.services.dialogs,
+                                     "The levels will be generated under a directory.\nEnter "
+                                     "directory name:",
+                                     "levels_" + local_stamp(app));
+        })
+        .and_then([&app, generator](const Value& folder) {
+            if (!folder.is_string() || folder.as_string().empty())
+                return;
+            const std::string output = folder.as_string();
+            if (!generate_level_set(*app.services.files, app.sim.cell_types,
+                                    resolve_user_path(*generator), output, std::nullopt))
+                return message(app, "Failed to read generator configurations.");
+            message(app, "The levels were generated under \"" + output + "\".");
+        })
+        .and_catch([](const Value&) {});  // cancelled
+}
+
+void auto_run(AppState& app) {
+    struct Answers {
+        std::string config;
+        double seed = 0;
+    };
+    auto answers = std::make_shared<Answers>();
+    message(app, "Select an auto-run configuration file.");
+    dialog_get_open_filename(*app.services.dialogs, "*.json", "")
+        .and_then([&app, answers](const Value& file) -> HandlerResult {
+            if (!file.is_string() || file.as_string().empty())
+                return promise_reject(Value());
+            answers->config = file.as_string();
+            return dialog_get_string(*app.services.dialogs,
+                                     "Random seed\n(the default here is a randomized number)",
+                                     number_to_string(random_seed_value()));
+        })
+        .and_then([&app, answers](const Value& seed) -> HandlerResult {
+            if (!seed.is_string())
+                return promise_reject(Value());
+            const auto value = parse_seed_value(seed.as_string());
+            if (!value) {
+                message(app, "\"" + seed.as_string() + "\" is not a seed: " + std::string(SEED_PROBLEM));
+                return promise_reject(Value());
+            }
+            answers->seed = *value;
+            return dialog_get_save_filename(*app.services.dialogs, "*.csv", "trials.csv",
+                                            "Save results as");
+        })
+        .and_then([&app, answers](const Value& output) -> HandlerResult {
+            if (!output.is_string() || output.as_string().empty())
+                return promise_reject(Value());
+            app.auto_run.rng.emplace(answers->seed);
+            AutoRunOptions options;
+            options.on_progress = [&app](std::size_t done, std::size_t total) {
+                if (obj_loading_status* status = loading_status(app))
+                    status->set("Auto-run: " + std::to_string(done) + "/" + std::to_string(total),
+                                total ? static_cast<double>(done) / static_cast<double>(total) : 1);
+            };
+            const auto started = std::chrono::steady_clock::now();
+            return auto_run_trials(app.sim, resolve_user_path(answers->config), output.as_string(),
+                                   *app.auto_run.rng, answers->seed, std::move(options))
+                .and_then([&app, started](const Value& completed) {
+                    if (obj_loading_status* status = loading_status(app))
+                        status->clear();
+                    if (!completed.as_bool())
+                        return message(app, "The auto run stopped before its end; see the log.");
+                    const double seconds = std::chrono::duration<double>(
+                                               std::chrono::steady_clock::now() - started)
+                                               .count();
+                    message(app, "Auto-run completed in " +
+                                     number_to_string(std::round(seconds * 100) / 100) +
+                                     " seconds.");
+                });
+        })
+        .and_catch([&app](const Value& reason) {
+            if (obj_loading_status* status = loading_status(app))
+                status->clear();
+            // A cancelled question rejects with nothing: there is nothing to report then.
+            if (!reason.is_undefined())
+                message(app, to_string(reason));
+        });
+}
+
+MenuDefinition level_list_page(AppState& app) {
+    MenuDefinition page;
+    page.entries.push_back(menu_heading("Select level"));
+    for (const std::string& level : configured_levels(app))
+        page.entries.push_back(menu_function(
+            level, [&app, level] { start_session_from_menu(app, {level}, "LOCAL_USER"); }));
+    return page;
+}
+
+void play_level_from_file(AppState& app) {
+    message(app, "Select a level file");
+    dialog_get_open_filename(*app.services.dialogs, "*.txt", "")
+        .and_then([&app](const Value& file) {
+            if (!file.is_string() || file.as_string().empty())
+                return;
+            const std::string path = file.as_string();
+            if (!level_load_from_file(*app.services.files, app.sim.cell_types,
+                                      resolve_user_path(path)))
+                return message(app, "Failed to load level from file.");
+            start_session_from_menu(app, {path}, "LOCAL_USER", true);
+        });
+}
+
+}  // namespace
+
+MenuDefinition make_dev_menu(AppState& app, bool is_remote_defined) {
+    MenuDefinition menu;
+    menu.entries.push_back(menu_heading("DEVELOPER MENU"));
+    menu.entries.push_back(
+        menu_page("Start session (server)", server_session_page(app, is_remote_defined)));
+    if (!is_remote_defined)
+        menu.entries.push_back(menu_text("[pin_center][slant](not connected to a server)"));
+    menu.entries.push_back(menu_page("Start session (local)", local_session_page(app)));
+    menu.entries.push_back(menu_function("Generate levels", [&app] { generate_levels(app); }));
+    menu.entries.push_back(menu_function("Auto-run", [&app] { auto_run(app); }));
+    menu.entries.push_back(menu_page("Play one level from the list", level_list_page(app)));
+    menu.entries.push_back(menu_function("Play one level from a file repeatedly",
+                                         [&app] { play_level_from_file(app); }));
+    return menu;
+}
+
+void open_dev_menu(AppState& app, bool is_remote_defined) {
+    PopupOptions options;
+    options.persistent = true;
+    options.name = DEV_MENU_NAME;
+    create_popup_menu(app.runtime, make_dev_menu(app, is_remote_defined), options);
+}
+
+}  // namespace veldra

@@ -1,0 +1,17 @@
+#pragma once
+// The developer menu: what a researcher sees when the program starts without a run mode. It
+// starts sessions, generates level sets, runs auto runs with a progress bar in the window, and
+// plays single levels.
+
+#include "ui/popup_menu.h"
+
+namespace veldra {
+
+struct AppState;
+
+MenuDefinition make_dev_menu(AppState& app, bool is_remote_defined);
+
+// Opens it as a persistent popup.
+void open_dev_menu(AppState& app, bool is_remote_defined);
+
+}  // namespace veldra

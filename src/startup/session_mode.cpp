@@ -1,0 +1,138 @@
+#include "startup/session_mode.h"
+
+#include <cstdio>
+#include <filesystem>
+
+#include "config/game_configurations.h"
+#include "config/text_ids.h"
+#include "runtime/log.h"
+#include "runtime/paths.h"
+#include "runtime/random_source.h"
+#include "runtime/services.h"
+#include "startup/app_state.h"
+#include "startup/program.h"
+#include "trials/session.h"
+#include "veldra_version.h"
+#include "ui/popup_menu.h"
+#include "ui/session_menus.h"
+#include "world/level_file.h"
+
+namespace veldra {
+
+namespace {
+
+// A name that is safe in a file name whatever the user typed as their id.
+std::string file_name_part(const std::string& text) {
+    std::string part;
+    for (char c : text)
+        part += std::isalnum(static_cast<unsigned char>(c)) || c == '-' || c == '_' ? c : '_';
+    return part.empty() ? "user" : part.substr(0, 64);
+}
+
+void show_message(AppState& app, const std::string& text) {
+    app.services.dialogs->show_message(text);
+}
+
+// Closing the window in the middle of a session: the participant confirms first. Everything
+// finished is in the autosave already; it is written once more so the file is certainly there.
+void on_quit_during_session(AppState& app, bool can_ask) {
+    const auto& session = app.local_session;
+    const bool in_progress = session && !session->finished && !session->failed;
+    auto quit = [&app] {
+        if (app.local_session && !app.local_session->autosave_path.empty() &&
+            !app.local_session->trials->empty()) {
+            const std::string error = app.services.files->write(
+                app.local_session->autosave_path,
+                trial_results_csv_text(*app.local_session->trials));
+            if (error.empty())
+                log("The session's results so far are saved in \"" +
+                    app.local_session->autosave_path + "\".");
+            else
+                log_error("Cannot save the session's results to \"" +
+                          app.local_session->autosave_path + "\": " + error + ".");
+        }
+        end_program(app, 0);
+    };
+    if (!in_progress || !can_ask || app.services.headless)
+        return quit();
+    if (popup_menus_open(app.runtime, "quit_confirmation") > 0)
+        return;
+    MenuDefinition menu;
+    menu.entries.push_back(menu_heading(text_of(app.localization, lid::Quit_Title)));
+    menu.entries.push_back(menu_text(text_of(app.localization, lid::Quit_Text)));
+    menu.entries.push_back(menu_button(text_of(app.localization, lid::Quit_Confirm), Value(true)));
+    menu.entries.push_back(menu_button(text_of(app.localization, lid::Quit_Cancel), Value(false)));
+    PopupOptions options;
+    options.persistent = true;
+    options.name = "quit_confirmation";
+    create_popup_menu(app.runtime, std::move(menu), options).and_then([quit](const Value& yes) {
+        if (yes.is_bool() && yes.as_bool())
+            quit();
+    });
+}
+
+}  // namespace
+
+std::vector<std::string> configured_levels(const AppState& app) {
+    std::vector<std::string> levels;
+    const Value& list = app.sim.configs->levels;
+    for (std::size_t i = 0; i < list.size(); ++i)
+        if (list.at(i).is_string())
+            levels.push_back(list.at(i).as_string());
+    return levels;
+}
+
+std::string session_autosave_path(const AppState& app, const std::string& user_id) {
+    const LocalDateTime t = app.services.clock->local_now();
+    char stamp[32];
+    std::snprintf(stamp, sizeof stamp, "%04d%02d%02d-%02d%02d%02d", t.year, t.month, t.day, t.hour,
+                  t.minute, t.second);
+    const std::string name = "session-" + file_name_part(user_id) + "-" + stamp + ".csv";
+    const auto& log_file = app.params.log_output_file;
+    if (!log_file || log_file->empty())
+        return name;
+    return (std::filesystem::path(*log_file).parent_path() / name).string();
+}
+
+bool start_local_session(AppState& app, std::vector<std::string> level_filenames,
+                         std::string user_id, Rng rng, bool repeat) {
+    if (app.local_session && !app.local_session->finished && !app.local_session->failed) {
+        show_message(app, "A session is already running.");
+        return false;
+    }
+    if (level_filenames.empty()) {
+        show_message(app, "The configuration lists no levels to play (the key \"levels\").");
+        return false;
+    }
+    for (const std::string& name : level_filenames)
+        if (!level_load_from_file(*app.services.files, app.sim.cell_types,
+                                  resolve_user_path(name))) {
+            show_message(app, "Failed to load level from file.\n\"" + resolve_user_path(name) +
+                                  "\" cannot be played (the log says why); the session does "
+                                  "not start.");
+            return false;
+        }
+    SessionMenuContext menus{app.runtime, app.services, app.sim.configs, app.localization,
+                             DEBUG_BUILD};
+    if (!app.services.headless)
+        app.session_context = std::make_unique<SessionContext>(
+            SessionContext{app.sim, app.localization, window_session_screens(menus)});
+    else
+        app.session_context =
+            std::make_unique<SessionContext>(SessionContext{app.sim, app.localization, {}});
+    const std::string autosave = session_autosave_path(app, user_id);
+    app.local_session = local_session_start(*app.session_context, std::move(level_filenames),
+                                            std::move(user_id), rng, autosave);
+    app.local_session->repeat = repeat;
+    log("The results of each trial are kept in \"" + autosave + "\" as the session goes on.");
+    app.on_quit_requested = [&app](bool can_ask) { on_quit_during_session(app, can_ask); };
+    return true;
+}
+
+void start_demo_mode(AppState& app) {
+    Rng rng(random_seed_value());
+    if (!start_local_session(app, configured_levels(app), "DEMO_USER", rng))
+        end_program(app, 1);
+}
+
+}  // namespace veldra

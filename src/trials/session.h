@@ -1,0 +1,99 @@
+#pragma once
+// A local session: the levels of a list played one after another as interactive trials, a
+// running total score, a result screen after each trial and an end screen at the end, where the
+// records can be saved as CSV. The whole session is one chain of promises on the frame loop; its
+// state lives in a LocalSession shared by every step.
+//
+// Nothing a participant played may be lost: after every trial the records so far are written
+// to the session's autosave file (replaced whole, so it is always a complete CSV file).
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "async/promise.h"
+#include "config/personality_traits.h"
+#include "trials/trial_data.h"
+#include "util/rng.h"
+
+namespace veldra {
+
+class Dialogs;
+class Files;
+struct Localization;
+struct SimulationState;
+
+// What the result screen's promise is fulfilled with when a developer asks to play the same level
+// again; anything else moves on to the next level.
+inline constexpr const char* SESSION_RERUN_LEVEL = "rerun_level";
+
+// What a session shows between trials. The window's are popup menus (ui/session_menus.h);
+// tests give their own. Each returns a promise fulfilled when the participant moves on.
+struct SessionScreens {
+    // Unset: no result screen (as with show_trial_result_menu false).
+    std::function<Promise(const TrialData& trial, std::size_t number_of_levels)> show_trial_result;
+    // `trials` is null in a session whose records are not kept here (a server session).
+    std::function<void(const std::string& user_id, double total_score,
+                       std::shared_ptr<const std::vector<TrialData>> trials)>
+        show_end;
+    // Fulfilled once no traits menu is open any more (one may stay open during play).
+    std::function<Promise()> wait_traits_menus_closed;
+    // A problem the participant must see (a level that cannot be loaded).
+    std::function<void(const std::string& text)> show_problem;
+};
+
+struct LocalSession {
+    std::string user_id;
+    std::vector<std::string> level_filenames;  // in play order
+    Rng rng;                                   // draws each trial's seed
+    double total_score = 0;
+    std::shared_ptr<std::vector<TrialData>> trials = std::make_shared<std::vector<TrialData>>();
+    std::string autosave_path;  // empty: not kept on disk between trials
+    bool repeat = false;        // start again with the first level after the last, for ever
+    bool finished = false;      // the end screen has been shown
+    bool failed = false;        // the chain stopped on a rejection
+};
+
+struct SessionContext {
+    SimulationState& sim;
+    const Localization& localization;
+    SessionScreens screens;
+};
+
+// Starts a local session of `level_filenames` (backslashes already or not yet replaced) for
+// `user_id`. The first trial begins in a later frame. The returned state lets the caller watch
+// it (and save it when the program is closed in the middle).
+std::shared_ptr<LocalSession> local_session_start(SessionContext& context,
+                                                  std::vector<std::string> level_filenames,
+                                                  std::string user_id, Rng rng,
+                                                  std::string autosave_path = {});
+
+// One trial of a session: loads the level, draws the seed, lets the player choose traits under
+// the numbered heading, plays it, and fulfils with the record (trial_data_to_value). Rejected
+// with a message naming the file when the level cannot be loaded.
+Promise _session_run_trial(SessionContext& context, const std::string& user_id,
+                           const std::string& level_filename, std::size_t play_order,
+                           std::size_t number_of_levels,
+                           std::optional<PersonalityTraits> preset_traits, double total_score,
+                           Rng& rng);
+
+// The traits menu's heading for trial `trial_number` (1-based) of `number_of_levels`.
+std::string session_traits_heading(const Localization& localization, std::size_t trial_number,
+                                   std::size_t number_of_levels);
+
+// The header line and one line per record, as the auto runner writes them.
+std::string trial_results_csv_text(const std::vector<TrialData>& trials);
+
+// Asks for a file name (filter "*.csv", proposing "trials.csv") and writes the records there.
+// Fulfilled with the path written, or undefined when the user cancelled or the file could not
+// be written (then a message says why and nothing else is touched).
+Promise save_trial_results_as_csv(Dialogs& dialogs, Files& files,
+                                  std::shared_ptr<const std::vector<TrialData>> trials);
+
+// "a\b\c.txt" -> "a/b/c.txt": level names compare the same however they were spelled.
+std::string _string_replace_backslashes_with_forward_slashes(std::string name);
+
+}  // namespace veldra

@@ -1,0 +1,123 @@
+#include "ui/session_menus.h"
+
+#include <cmath>
+
+#include "config/game_configurations.h"
+#include "config/localization.h"
+#include "config/text_ids.h"
+#include "runtime/number_format.h"
+#include "runtime/random_source.h"
+#include "runtime/runtime.h"
+#include "runtime/services.h"
+#include "ui/traits_menu.h"
+
+namespace veldra {
+
+MenuDefinition _make_session_trial_result_menu(const SessionMenuContext& context,
+                                               const TrialData& trial,
+                                               std::size_t total_num_levels) {
+    const Localization& language = context.localization;
+    MenuDefinition menu;
+    menu.entries.push_back(menu_heading(
+        text_replace(text_of(language, lid::TrialEndMenu_Title), "TRIAL_NUMBER",
+                     std::to_string(trial.level_info.play_order + 1) + "/" +
+                         std::to_string(total_num_levels))));
+    const std::string outcome = text_of(language, trial.result.outcome == TrialOutcome::survived
+                                                      ? lid::TrialEndMenu_ResultSurvived
+                                                      : lid::TrialEndMenu_ResultPerished);
+    const std::string score =
+        std::isnan(trial.result.trial_score)
+            ? text_of(language, lid::TrialEndMenu_NoScore)
+            : text_replace(text_of(language, lid::TrialEndMenu_Score), "TRIAL_SCORE",
+                           number_to_string(trial.result.trial_score));
+    menu.entries.push_back(menu_text("[pin_center]" + outcome + "\n" + score + "[/]"));
+    menu.entries.push_back(menu_button(text_of(language, lid::TrialEndMenu_Submit), Value(true)));
+    if (context.debug)
+        menu.entries.push_back(menu_button("DEBUG: Rerun level", Value(SESSION_RERUN_LEVEL)));
+    return menu;
+}
+
+Promise session_show_trial_result_menu(const SessionMenuContext& context, const TrialData& trial,
+                                       std::size_t total_num_levels) {
+    context.services.audio->play(Sound::trial_end);
+    return create_popup_menu(context.runtime,
+                             _make_session_trial_result_menu(context, trial, total_num_levels));
+}
+
+std::string session_completion_url(const std::string& next_url, const std::string& user_id,
+                                   double total_score, double randomization, Rng& rng) {
+    double score = total_score;
+    if (randomization > 0 && std::isfinite(randomization))
+        score = std::round(total_score + rng.rng_random_range(-randomization, randomization));
+    return text_replace(text_replace(next_url, "{USER_ID}", user_id), "{TOTAL_SCORE}",
+                        number_to_string(score));
+}
+
+MenuDefinition _make_session_end_menu(const SessionMenuContext& context, const std::string& user_id,
+                                      double total_score,
+                                      std::shared_ptr<const std::vector<TrialData>> trials,
+                                      Rng& rng) {
+    const Localization& language = context.localization;
+    MenuDefinition menu;
+    menu.entries.push_back(menu_heading(text_of(language, lid::FinishedMenu_Title)));
+    menu.entries.push_back(menu_text(
+        "[pin_center]" +
+        text_replace(text_of(language, lid::FinishedMenu_ScoreText), "TOTAL_SCORE",
+                     number_to_string(total_score)) +
+        "[/]"));
+    if (trials) {
+        Services& services = context.services;
+        menu.entries.push_back(
+            menu_function(text_of(language, lid::FinishedMenu_SaveResults), [&services, trials] {
+                save_trial_results_as_csv(*services.dialogs, *services.files, trials)
+                    .and_then([&services](const Value& path) {
+                        if (path.is_string())
+                            services.dialogs->show_message("Saved to \"" + path.as_string() +
+                                                           "\".");
+                    });
+            }));
+    }
+    const std::string& next_url = context.configs->next_url;
+    if (!next_url.empty())
+        menu.entries.push_back(menu_link(
+            text_of(language, lid::FinishedMenu_UrlLinkButtonText),
+            session_completion_url(next_url, user_id, total_score,
+                                   context.configs->url_score_randomization, rng)));
+    else
+        menu.entries.push_back(
+            menu_text("[pin_center]" + text_of(language, lid::FinishedMenu_NoLinkText) + "[/]"));
+    return menu;
+}
+
+void session_show_end_menu(const SessionMenuContext& context, const std::string& user_id,
+                           double total_score,
+                           std::shared_ptr<const std::vector<TrialData>> trials) {
+    Rng rng(static_cast<double>(random_seed_value()));
+    PopupOptions options;
+    options.persistent = true;
+    options.name = "session_end";
+    create_popup_menu(context.runtime,
+                      _make_session_end_menu(context, user_id, total_score, std::move(trials), rng),
+                      options);
+}
+
+SessionScreens window_session_screens(const SessionMenuContext& context) {
+    SessionScreens screens;
+    screens.show_trial_result = [context](const TrialData& trial, std::size_t count) {
+        return session_show_trial_result_menu(context, trial, count);
+    };
+    screens.show_end = [context](const std::string& user_id, double total,
+                                 std::shared_ptr<const std::vector<TrialData>> trials) {
+        session_show_end_menu(context, user_id, total, std::move(trials));
+    };
+    screens.wait_traits_menus_closed = [&runtime = context.runtime] {
+        close_personality_traits_menus(runtime);
+        return wait_close_all_personality_traits_menus(runtime);
+    };
+    screens.show_problem = [&services = context.services](const std::string& text) {
+        services.dialogs->show_message(text);
+    };
+    return screens;
+}
+
+}  // namespace veldra
