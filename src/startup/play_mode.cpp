@@ -6,6 +6,7 @@
 
 #include "async/room_goer.h"
 #include "config/game_configurations.h"
+#include "config/text_ids.h"
 #include "runtime/file_io.h"
 #include "runtime/log.h"
 #include "runtime/number_format.h"
@@ -80,15 +81,8 @@ bool save_record(AppState& app, PlaySession& session) {
     return true;
 }
 
-std::string text(const AppState& app, std::string_view lid) {
-    const Language* language = app.localization.active_language();
-    return language ? language->get(lid).value_or("") : std::string();
-}
-
-std::string replace_all(std::string text, std::string_view from, const std::string& to) {
-    for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
-        text.replace(at, from.size(), to);
-    return text;
+std::string text(const AppState& app, std::string_view id) {
+    return text_of(app.localization, id);
 }
 
 // What the window shows over the last frame while it stays open.
@@ -96,14 +90,14 @@ void show_end_banner(AppState& app, const PlaySession& session, const TrialResul
                      bool replay_matched) {
     std::vector<std::string> lines;
     lines.push_back(text(app, result.outcome == TrialOutcome::perished
-                                  ? "TrialEndMenu_ResultPerished"
-                                  : "TrialEndMenu_ResultSurvived"));
-    lines.push_back(replace_all(text(app, "TrialEndMenu_Score"), "TRIAL_SCORE",
+                                  ? lid::TrialEndMenu_ResultPerished
+                                  : lid::TrialEndMenu_ResultSurvived));
+    lines.push_back(text_replace(text(app, lid::TrialEndMenu_Score), "TRIAL_SCORE",
                                 number_to_string(result.trial_score)));
     if (session.replaying)
         lines.push_back(
-            text(app, replay_matched ? "TrialEnd_ReplayMatched" : "TrialEnd_ReplayDiffered"));
-    lines.push_back(text(app, "TrialEnd_CloseHint"));
+            text(app, replay_matched ? lid::TrialEnd_ReplayMatched : lid::TrialEnd_ReplayDiffered));
+    lines.push_back(text(app, lid::TrialEnd_CloseHint));
     std::erase_if(lines, [](const std::string& line) { return line.empty(); });
     app.runtime.instance_create<obj_trial_end_banner>(0, 0, "", std::move(lines));
 }

@@ -68,12 +68,12 @@ MenuDefinition _make_session_end_menu(const SessionMenuContext& context, const s
     if (trials) {
         Services& services = context.services;
         menu.entries.push_back(
-            menu_function(text_of(language, lid::FinishedMenu_SaveResults), [&services, trials] {
+            menu_function(text_of(language, lid::FinishedMenu_SaveResults), [&services, &language, trials] {
                 save_trial_results_as_csv(*services.dialogs, *services.files, trials)
-                    .and_then([&services](const Value& path) {
+                    .and_then([&services, &language](const Value& path) {
                         if (path.is_string())
-                            services.dialogs->show_message("Saved to \"" + path.as_string() +
-                                                           "\".");
+                            services.dialogs->show_message(
+                                text_of(language, lid::FinishedMenu_Saved, {path.as_string()}));
                     });
             }));
     }

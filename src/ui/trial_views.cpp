@@ -1,5 +1,7 @@
 #include "ui/trial_views.h"
 
+#include "config/text_ids.h"
+
 #include "config/game_configurations.h"
 #include "config/localization.h"
 #include "creatures/human_player.h"
@@ -24,11 +26,6 @@ ScreenPoint camera_focus(Runtime& runtime, const Terrain& terrain) {
     if (const auto* player = runtime.instance_find<obj_human_player>(0))
         return {player->x, player->y};
     return {terrain.width * 32.0, terrain.height * 32.0};
-}
-
-std::string label(const Localization& localization, std::string_view lid) {
-    const Language* language = localization.active_language();
-    return language ? language->get(lid).value_or("") : std::string();
 }
 
 }  // namespace
@@ -134,8 +131,9 @@ InstanceId create_trial_views(SimulationState& sim, obj_trial& trial,
                               const TrialViewOptions& options) {
     auto& views =
         sim.runtime.instance_create<obj_trial_views>(0, 0, "", sim, trial, sprites, options);
-    TrialHudLabels labels{label(localization, "Hud_TotalScore"), label(localization, "Hud_Energy"),
-                          label(localization, "Hud_Time")};
+    TrialHudLabels labels{text_of(localization, lid::Hud_TotalScore),
+                          text_of(localization, lid::Hud_Energy),
+                          text_of(localization, lid::Hud_Time)};
     views.hud = sim.runtime.instance_create<obj_trial_hud>(0, 0, "", trial.id(), std::move(labels)).id();
     return views.id();
 }
