@@ -47,7 +47,8 @@ namespace veldra {
       "the window's starting zoom: a number from 0.25 to 2, or \"fit\" for the whole level")      \
     X(developer_keys, "1 lets P pause and +/- change the game speed in a played trial")           \
     X(window_size,                                                                                \
-      "WIDTHxHEIGHT of the window in pixels (default 1600x900); the picture scales to it")
+      "WIDTHxHEIGHT of the window in pixels (default 1600x900); the picture scales to it")      \
+    X(ui_script, "file of clicks, keys and waits played into the window (demos, windowed tests)")
 
 struct ProgramParameters {
 #define VELDRA_DECLARE_PARAMETER(name, help) std::optional<std::string> name;

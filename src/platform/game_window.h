@@ -29,6 +29,14 @@ public:
     // The SDL window id, for code that injects events into the window's queue.
     std::uint32_t window_id() const;
 
+    // Events as a person's hand makes them, pushed into the window's own queue, so they pass
+    // through the same input and menu code (automation, windowed tests). Positions are in
+    // logical pixels.
+    void inject_mouse_move(float x, float y);
+    void inject_mouse_button(bool down, float x, float y);
+    void inject_key(Key key, bool down);
+    void inject_text(const std::string& utf8);
+
 private:
     Services& services_;
     std::shared_ptr<WindowSession> session_;

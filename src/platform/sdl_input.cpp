@@ -59,6 +59,18 @@ std::optional<Key> key_for_sdl_keycode(SDL_Keycode code) {
     }
 }
 
+SDL_Keycode sdl_keycode_for_key(Key key) {
+    // The table is the reverse of key_for_sdl_keycode, so the two cannot drift apart.
+    static const SDL_Keycode candidates[] = {
+        SDLK_UP, SDLK_DOWN,   SDLK_LEFT,   SDLK_RIGHT,     SDLK_w,      SDLK_a,     SDLK_s,
+        SDLK_d,  SDLK_SPACE,  SDLK_RETURN, SDLK_ESCAPE,    SDLK_TAB,    SDLK_BACKSPACE,
+        SDLK_F11, SDLK_F12,   SDLK_PLUS,   SDLK_MINUS,     SDLK_p};
+    for (SDL_Keycode code : candidates)
+        if (key_for_sdl_keycode(code) == key)
+            return code;
+    return SDLK_UNKNOWN;
+}
+
 SdlInput::SdlInput(std::shared_ptr<WindowSession> session) : session_(std::move(session)) {
     frame_.mouse_x = LOGICAL_WIDTH / 2.0;
     frame_.mouse_y = LOGICAL_HEIGHT / 2.0;

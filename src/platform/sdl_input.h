@@ -16,6 +16,8 @@ namespace veldra::platform {
 
 // The game's key for an SDL key code; none for keys the game does not use.
 std::optional<Key> key_for_sdl_keycode(SDL_Keycode code);
+// The first SDL key that means `key` (its main key, not a keypad twin).
+SDL_Keycode sdl_keycode_for_key(Key key);
 
 class SdlInput final : public Input {
 public:

@@ -1,0 +1,66 @@
+#pragma once
+// UI scripts: a text file of waits, clicks, keys and typing that the program plays into its own
+// window as real input events, so a whole session can be driven without a person (windowed
+// tests, a demonstration on a screen). One command a line; "#" starts a comment:
+//
+//   wait TEXT        until the top menu shows an entry whose text holds TEXT (markup removed)
+//   click LABEL      moves to the top menu's entry LABEL, presses and releases the mouse there
+//   key NAME         presses and releases a key (enter, escape, tab, space, backspace, up,
+//                    down, left, right, w, a, s, d, p, plus, minus, f11, f12)
+//   hold NAME N      holds a key down for N frames
+//   type TEXT        types TEXT into whatever has the keyboard
+//   frames N         waits N frames
+//   quit             closes the window as its close button does
+//
+// A wait or a click that does not find its text within a minute stops the program with an error
+// naming the line.
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "runtime/input.h"
+#include "runtime/instance.h"
+#include "runtime/object_type.h"
+
+namespace veldra {
+
+struct AppState;
+namespace platform {
+class GameWindow;
+}
+
+struct UiCommand {
+    enum class Kind { wait, click, key, hold, type, frames, quit };
+    Kind kind = Kind::frames;
+    std::string text;  // wait, click, type
+    Key key = Key::enter;
+    long count = 0;  // hold, frames
+    int line = 0;    // in the file, for messages
+};
+
+// The commands of a script's text; nullopt with `error` naming the line of the first bad one.
+std::optional<std::vector<UiCommand>> parse_ui_script(const std::string& text, std::string& error);
+
+class obj_ui_script : public Instance {
+    VELDRA_OBJECT(obj_ui_script, Instance)
+public:
+    obj_ui_script(AppState& app, platform::GameWindow& window, std::vector<UiCommand> commands)
+        : app_(app), window_(window), commands_(std::move(commands)) {}
+    void on_create() override { persistent = true; }
+    void on_step_begin() override;
+
+private:
+    bool run(const UiCommand& command);  // true once the command is done
+    void fail(const UiCommand& command, const std::string& why);
+
+    AppState& app_;
+    platform::GameWindow& window_;
+    std::vector<UiCommand> commands_;
+    std::size_t next_ = 0;
+    long frames_in_command_ = 0;
+    int phase_ = 0;
+};
+
+}  // namespace veldra
