@@ -111,6 +111,8 @@ std::shared_ptr<WindowSession> open_window_session(const WindowOptions& options,
     io.IniFilename = nullptr;  // window layout is not remembered between runs
     // Otherwise the platform backend shows the system cursor again every frame.
     io.ConfigFlags |= ImGuiConfigFlags_NoMouseCursorChange;
+    // Menus work from the keyboard alone: arrows move, Space and Enter press, Escape goes back.
+    io.ConfigFlags |= ImGuiConfigFlags_NavEnableKeyboard;
     io.BackendFlags |= ImGuiBackendFlags_RendererHasVtxOffset;
     ImGui::StyleColorsDark();
     session->imgui_platform_ready = ImGui_ImplSDL2_InitForSDLRenderer(session->window);

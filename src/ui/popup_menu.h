@@ -9,7 +9,8 @@
 //   text          a paragraph
 //   button        closes the menu and fulfils its promise with the entry's `value`
 //   function      runs `action`; the menu stays open
-//   page          opens `page` as a sub-page of the same popup, with a back button on it
+//   page          opens `page` as a sub-page of the same popup, with a back button on it;
+//                 Escape goes back too
 //   text_field    a one-line text input bound to `field->text`
 //   number_field  a number input bound to `field->number`, kept within [minimum, maximum]
 //   slider        a slider bound to `field->number` over [minimum, maximum]
@@ -17,9 +18,15 @@
 //
 // Fields are shared cells: the code that built the menu keeps the same MenuField and reads what
 // the user typed or slid once the promise is fulfilled.
+//
+// Several popups may be open at once: the newest is drawn on top and is the only one that takes
+// clicks and keys; the ones below are dimmed. A run without Dear ImGui (headless) draws nothing,
+// but activate() works there as in a window.
 
+#include <cstddef>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,7 +40,17 @@ namespace veldra {
 
 class Runtime;
 
-enum class MenuEntryKind { heading, text, button, function, page, text_field, number_field, slider, link };
+enum class MenuEntryKind {
+    heading,
+    text,
+    button,
+    function,
+    page,
+    text_field,
+    number_field,
+    slider,
+    link
+};
 
 struct MenuField {
     std::string text;
@@ -46,9 +63,9 @@ struct MenuDefinition;
 
 struct MenuEntry {
     MenuEntryKind kind = MenuEntryKind::text;
-    std::string label;             // what is shown; markup allowed
-    Value value;                   // button: what the menu's promise is fulfilled with
-    std::function<void()> action;  // function: what a click runs
+    std::string label;                     // what is shown; markup allowed
+    Value value;                           // button: what the menu's promise is fulfilled with
+    std::function<void()> action;          // function: what a click runs
     std::shared_ptr<MenuDefinition> page;  // page: the sub-page it opens
     std::shared_ptr<MenuField> field;      // the fields' and the slider's value
     std::string url;                       // link
@@ -57,6 +74,8 @@ struct MenuEntry {
 struct MenuDefinition {
     std::vector<MenuEntry> entries;
     float width = 640;  // logical pixels; the height follows the entries
+    // The label of the back button a sub-page gets (markup allowed), for menus in other languages.
+    std::string back_label = "Back";
 };
 
 MenuEntry menu_heading(std::string text);
@@ -70,16 +89,18 @@ MenuEntry menu_slider(std::string label, std::shared_ptr<MenuField> field);
 MenuEntry menu_link(std::string label, std::string url);
 
 struct PopupOptions {
-    // A persistent popup survives room changes and stays open after its buttons are pressed
-    // (the developer menu); others are destroyed when a button closes them.
+    // A persistent popup survives room changes and cannot be closed with Escape on its top page
+    // (the developer menu); others are destroyed with their room. A button closes either kind.
     bool persistent = false;
     // What kind of menu this is, so callers can find menus of a kind (popup_menus_open).
     std::string name;
 };
 
 // Opens `definition` centred on the screen, above every other popup. The promise is fulfilled
-// with the pressed button's value when a button closes the menu; it is never rejected, and stays
-// pending when the menu is destroyed another way.
+// with the pressed button's value when a button closes the menu, and with undefined when Escape
+// closes a non-persistent menu from its top page (a dismissal, not a choice: give buttons values
+// when the difference matters). It is never rejected, and stays pending when the menu is
+// destroyed another way (its room ends, or code destroys it).
 Promise create_popup_menu(Runtime& runtime, MenuDefinition definition, PopupOptions options = {});
 
 // How many popups named `name` are open.
@@ -107,7 +128,27 @@ public:
     };
     Rect entry_rect(const std::string& label) const;
 
-    // ... implementation state is the implementer's
+private:
+    // The current page's entries are indexed in order; a sub-page's back button comes last.
+    const MenuDefinition& page() const { return *pages_.back(); }
+    bool on_sub_page() const { return pages_.size() > 1; }
+    std::size_t entry_count() const;
+    const std::string& label_at(std::size_t index) const;
+    std::optional<std::size_t> find_entry(const std::string& label) const;
+    void activate_at(std::size_t index);
+    void show_page(std::shared_ptr<const MenuDefinition> page);
+    void go_back();
+    void escape();
+    void close(const Value& result);
+    bool on_top() const;
+
+    // The top page first, the one shown last; never empty.
+    std::vector<std::shared_ptr<const MenuDefinition>> pages_;
+    PopupOptions options_;
+    Resolve resolve_;
+    std::vector<Rect> rects_;  // per entry of the current page, as last drawn; empty until then
+    bool was_on_top_ = false;
+    bool want_focus_ = true;
 };
 
 }  // namespace veldra

@@ -1,0 +1,225 @@
+#include "ui/popup_menu_window.h"
+
+#include <imgui.h>
+#include <imgui_internal.h>
+
+#include <algorithm>
+#include <cfloat>
+
+#include "runtime/number_format.h"
+#include "ui/menu_text.h"
+
+namespace veldra::detail {
+
+namespace {
+
+const ImVec4 BACKGROUND{0.06f, 0.07f, 0.09f, 0.95f};
+const ImVec4 EDGE{0.93f, 0.75f, 0.31f, 0.55f};
+const ImVec4 LINK_TEXT{0.55f, 0.78f, 1.0f, 1.0f};
+const ImVec2 WINDOW_PADDING{32, 28};
+const ImVec2 FRAME_PADDING{14, 9};
+const ImVec2 ITEM_SPACING{12, 12};
+constexpr float ROUNDING = 10;
+constexpr float SCREEN_MARGIN = 24;  // the nearest a menu comes to the screen's edge
+// "›" and "‹": a page button leads somewhere, its back button returns.
+constexpr const char* PAGE_MARK = " \xE2\x80\xBA";
+constexpr const char* BACK_MARK = "\xE2\x80\xB9 ";
+
+// The window session loads the body font first and the title font second.
+ImFont* title_font() {
+    const ImFontAtlas& atlas = *ImGui::GetIO().Fonts;
+    return atlas.Fonts.Size > 1 ? atlas.Fonts[1] : atlas.Fonts[0];
+}
+
+bool key_pressed(ImGuiKey key) {
+    return ImGui::IsKeyPressed(ImGui::GetKeyIndex(key), false);
+}
+
+// ImGui shows which entry has the keyboard only once a key has moved it, and hides it again at
+// a mouse click; Space presses the highlighted entry only while it shows.
+bool keyboard_highlight_shown() {
+    return !ImGui::GetCurrentContext()->NavDisableHighlight;
+}
+
+// Clicks and Space press an ImGui button; Enter on the highlighted one counts as well, since that
+// is the key a player tries first.
+bool menu_button(const std::string& text) {
+    const bool clicked = ImGui::Button(text.c_str(), ImVec2(-FLT_MIN, 0));
+    return clicked || (ImGui::IsItemFocused() && keyboard_highlight_shown() &&
+                       (key_pressed(ImGuiKey_Enter) || key_pressed(ImGuiKey_KeyPadEnter)));
+}
+
+int resize_string(ImGuiInputTextCallbackData* data) {
+    if (data->EventFlag == ImGuiInputTextFlags_CallbackResize) {
+        auto& text = *static_cast<std::string*>(data->UserData);
+        text.resize(static_cast<std::size_t>(data->BufTextLen));
+        data->Buf = text.data();
+    }
+    return 0;
+}
+
+void text_input(std::string& text) {
+    ImGui::SetNextItemWidth(-FLT_MIN);
+    ImGui::InputText("##text", text.data(), text.capacity() + 1, ImGuiInputTextFlags_CallbackResize,
+                     resize_string, &text);
+}
+
+void number_input(MenuField& field) {
+    // Whole steps for a wide range, tenths for a narrow one.
+    const double step = field.maximum - field.minimum >= 10 ? 1 : 0.1;
+    ImGui::SetNextItemWidth(-FLT_MIN);
+    ImGui::InputDouble("##number", &field.number, step, step * 10, "%g");
+    field.number = std::clamp(field.number, field.minimum, field.maximum);
+}
+
+void slider(MenuField& field) {
+    field.number = std::clamp(field.number, field.minimum, field.maximum);
+    // The value is written the way the game writes numbers everywhere else; the text has no
+    // conversion in it, so ImGui shows it as it is.
+    const std::string shown = number_to_string(field.number);
+    ImGui::SetNextItemWidth(-FLT_MIN);
+    ImGui::SliderScalar("##slider", ImGuiDataType_Double, &field.number, &field.minimum,
+                        &field.maximum, shown.c_str(),
+                        ImGuiSliderFlags_AlwaysClamp | ImGuiSliderFlags_NoInput);
+}
+
+// Draws one entry; true when the player chose it.
+bool draw_entry(const MenuEntry& entry, float width) {
+    const std::string plain = menu_plain_text(entry.label);
+    switch (entry.kind) {
+        case MenuEntryKind::heading:
+            ImGui::PushFont(title_font());
+            draw_menu_text(entry.label, width);
+            ImGui::PopFont();
+            return false;
+        case MenuEntryKind::text:
+            draw_menu_text(entry.label, width);
+            return false;
+        case MenuEntryKind::button:
+        case MenuEntryKind::function:
+            return menu_button(plain);
+        case MenuEntryKind::page:
+            return menu_button(plain + PAGE_MARK);
+        case MenuEntryKind::link: {
+            ImGui::PushStyleColor(ImGuiCol_Text, LINK_TEXT);
+            const bool chosen = menu_button(plain);
+            ImGui::PopStyleColor();
+            return chosen;
+        }
+        case MenuEntryKind::text_field:
+            draw_menu_text(entry.label, width);
+            text_input(entry.field->text);
+            return false;
+        case MenuEntryKind::number_field:
+            draw_menu_text(entry.label, width);
+            number_input(*entry.field);
+            return false;
+        case MenuEntryKind::slider:
+            draw_menu_text(entry.label, width);
+            slider(*entry.field);
+            return false;
+    }
+    return false;
+}
+
+obj_popup_menu::Rect last_group_rect() {
+    const ImVec2 min = ImGui::GetItemRectMin();
+    const ImVec2 max = ImGui::GetItemRectMax();
+    return {min.x, min.y, max.x - min.x, max.y - min.y};
+}
+
+void draw_entries(const MenuDefinition& page, const std::string* back_label,
+                  MenuWindowResult& result) {
+    const float width = ImGui::GetContentRegionAvail().x;
+    const std::size_t count = page.entries.size() + (back_label ? 1 : 0);
+    for (std::size_t i = 0; i < count; ++i) {
+        // Labels may repeat; the index keeps every widget's id apart.
+        ImGui::PushID(static_cast<int>(i));
+        ImGui::BeginGroup();
+        const bool chosen = i < page.entries.size()
+                                ? draw_entry(page.entries[i], width)
+                                : menu_button(BACK_MARK + menu_plain_text(*back_label));
+        ImGui::EndGroup();
+        ImGui::PopID();
+        result.rects.push_back(last_group_rect());
+        if (chosen && !result.chosen)
+            result.chosen = i;
+        if (i < page.entries.size() && page.entries[i].kind == MenuEntryKind::heading)
+            ImGui::Spacing();
+    }
+}
+
+void push_menu_style() {
+    ImGui::PushStyleColor(ImGuiCol_WindowBg, BACKGROUND);
+    ImGui::PushStyleColor(ImGuiCol_Border, EDGE);
+    ImGui::PushStyleVar(ImGuiStyleVar_WindowPadding, WINDOW_PADDING);
+    ImGui::PushStyleVar(ImGuiStyleVar_WindowRounding, ROUNDING);
+    ImGui::PushStyleVar(ImGuiStyleVar_WindowBorderSize, 1.5f);
+    ImGui::PushStyleVar(ImGuiStyleVar_FramePadding, FRAME_PADDING);
+    ImGui::PushStyleVar(ImGuiStyleVar_FrameRounding, 6.0f);
+    ImGui::PushStyleVar(ImGuiStyleVar_ItemSpacing, ITEM_SPACING);
+    ImGui::PushStyleVar(ImGuiStyleVar_GrabMinSize, 18.0f);
+    ImGui::PushStyleVar(ImGuiStyleVar_GrabRounding, 4.0f);
+    // Popups below the top one recede, so that the one to answer stands out.
+    ImGui::PushStyleVar(ImGuiStyleVar_DisabledAlpha, 0.4f);
+}
+
+void pop_menu_style() {
+    ImGui::PopStyleVar(9);
+    ImGui::PopStyleColor(2);
+}
+
+}  // namespace
+
+bool menu_frame_open() {
+    const ImGuiContext* context = ImGui::GetCurrentContext();
+    return context && context->WithinFrameScope;
+}
+
+MenuWindowResult draw_menu_window(const MenuDefinition& page, const std::string* back_label,
+                                  const MenuWindowRequest& request) {
+    MenuWindowResult result;
+    // Escape that leaves a text field is the field's; it only goes back once nothing is edited.
+    result.escape =
+        request.interactive && !ImGui::IsAnyItemActive() && key_pressed(ImGuiKey_Escape);
+
+    const ImVec2 screen = ImGui::GetIO().DisplaySize;
+    const float width = std::min(page.width, screen.x - 2 * SCREEN_MARGIN);
+    ImGui::SetNextWindowPos(ImVec2(screen.x / 2, screen.y / 2), ImGuiCond_Always,
+                            ImVec2(0.5f, 0.5f));
+    ImGui::SetNextWindowSizeConstraints(ImVec2(width, 0),
+                                        ImVec2(width, screen.y - 2 * SCREEN_MARGIN));
+    if (request.take_focus) {
+        ImGui::SetNextWindowFocus();
+        // The first entry shows the keyboard highlight at once, so a player who reaches for
+        // the keys sees where they are and Enter or Space works without moving first.
+        ImGui::GetCurrentContext()->NavDisableHighlight = false;
+    }
+    ImGuiWindowFlags flags = ImGuiWindowFlags_NoTitleBar | ImGuiWindowFlags_NoMove |
+                             ImGuiWindowFlags_NoResize | ImGuiWindowFlags_NoCollapse |
+                             ImGuiWindowFlags_NoSavedSettings | ImGuiWindowFlags_AlwaysAutoResize;
+    if (!request.interactive)
+        flags |= ImGuiWindowFlags_NoInputs | ImGuiWindowFlags_NoBringToFrontOnFocus |
+                 ImGuiWindowFlags_NoFocusOnAppearing;
+
+    push_menu_style();
+    if (ImGui::Begin(request.name.c_str(), nullptr, flags)) {
+        if (!request.interactive)
+            ImGui::BeginDisabled();
+        draw_entries(page, back_label, result);
+        // A new window is measured in a first frame it does not show: its places are not
+        // where it will be drawn.
+        if (ImGui::GetCurrentWindowRead()->Hidden)
+            result.rects.clear();
+        if (!request.interactive)
+            ImGui::EndDisabled();
+    }
+    result.any_window_focused = ImGui::IsWindowFocused(ImGuiFocusedFlags_AnyWindow);
+    ImGui::End();
+    pop_menu_style();
+    if (!request.interactive)
+        result.chosen.reset();
+    return result;
+}
+
+}  // namespace veldra::detail

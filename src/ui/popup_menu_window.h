@@ -1,0 +1,36 @@
+#pragma once
+// How a popup menu looks: one page drawn as a centred Dear ImGui window with one widget per entry.
+// Only the popup menu entity uses it; the entity decides what a choice does.
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "ui/popup_menu.h"
+
+namespace veldra::detail {
+
+// True while Dear ImGui is between NewFrame and Render: only then may widgets be built. A
+// headless run has no ImGui context at all.
+bool menu_frame_open();
+
+struct MenuWindowRequest {
+    std::string name;         // the ImGui window's name; a new name makes a new window
+    bool interactive = true;  // false below the top popup: dimmed, and no clicks or keys
+    bool take_focus = false;  // give it the keyboard (new on top, or the focus went nowhere)
+};
+
+struct MenuWindowResult {
+    std::optional<std::size_t> chosen;        // the entry clicked, or activated with Enter or Space
+    bool escape = false;                      // Escape pressed, and not to leave a text field
+    bool any_window_focused = false;          // some ImGui window has the keyboard
+    std::vector<obj_popup_menu::Rect> rects;  // per entry, screen coordinates
+};
+
+// Draws `page` in this frame; with `back_label` a back button follows the entries, as the entry
+// after the last.
+MenuWindowResult draw_menu_window(const MenuDefinition& page, const std::string* back_label,
+                                  const MenuWindowRequest& request);
+
+}  // namespace veldra::detail
