@@ -106,8 +106,10 @@ void SdlInput::handle(const SDL_Event& e) {
             if (frame_.keys_down[index(*key)])
                 frame_.keys_released.set(index(*key));
             frame_.keys_down.reset(index(*key));
-        } else if (!e.key.repeat && !io.WantTextInput) {
-            // Typing into a menu's text field must not also move the camera.
+        } else if (!e.key.repeat &&
+                   (!io.WantCaptureKeyboard || *key == Key::f11 || *key == Key::f12)) {
+            // Keys that move through a menu or type into it must not also steer the player;
+            // fullscreen and screenshots work everywhere.
             frame_.keys_pressed.set(index(*key));
             frame_.keys_down.set(index(*key));
         }

@@ -20,6 +20,7 @@
 #include "startup/obj_init.h"
 #include "startup/frame_times.h"
 #include "startup/rooms.h"
+#include "startup/ui_script.h"
 #include "startup/window_setup.h"
 #include "platform/game_window.h"
 #include "veldra_version.h"
@@ -62,6 +63,29 @@ bool write_screenshot(AppState& app, const std::string& path) {
         return true;
     std::fprintf(stderr, "Cannot write the screenshot \"%s\": %s.\n", path.c_str(), error.c_str());
     return false;
+}
+
+bool start_ui_script(AppState& app, platform::GameWindow* window, const std::string& path) {
+    if (!window) {
+        std::fprintf(stderr, "ui_script=%s plays into the window; it cannot run with headless=1.\n",
+                     path.c_str());
+        return false;
+    }
+    const std::string resolved = resolve_user_path(path);
+    const FileText text = app.services.files->read(resolved, 1 << 20);
+    if (!text) {
+        std::fprintf(stderr, "Cannot read ui_script=%s: %s.\n", resolved.c_str(),
+                     text.error.c_str());
+        return false;
+    }
+    std::string error;
+    auto commands = parse_ui_script(*text.text, error);
+    if (!commands) {
+        std::fprintf(stderr, "ui_script=%s: %s.\n", resolved.c_str(), error.c_str());
+        return false;
+    }
+    app.runtime.instance_create<obj_ui_script>(0, 0, "", app, *window, std::move(*commands));
+    return true;
 }
 
 }  // namespace
@@ -118,6 +142,10 @@ int run_program(int argc, char** argv) {
     Runtime& runtime = app.runtime;
     start_promise_event_loop(runtime);
     runtime.start(add_rooms(app));
+    if (early.ui_script && !start_ui_script(app, window.get(), *early.ui_script)) {
+        runtime.shutdown();
+        return 2;
+    }
     while (!runtime.end_requested() && (!frames || runtime.frame_count() < *frames)) {
         frame_times.frame_started();
         frame_times.frame_finished(run_program_frame(runtime, app.services) > 0);

@@ -236,4 +236,20 @@ bool obj_popup_menu::on_top() const {
     return count > 0 && runtime().instance_find<obj_popup_menu>(count - 1) == this;
 }
 
+std::size_t popup_menus_open(const Runtime& runtime, std::string_view name) {
+    std::size_t open = 0;
+    const std::size_t count = runtime.instance_number<obj_popup_menu>();
+    for (std::size_t i = 0; i < count; ++i)
+        if (runtime.instance_find<obj_popup_menu>(i)->name() == name)
+            ++open;
+    return open;
+}
+
+void close_popup_menus(Runtime& runtime, std::string_view name) {
+    runtime.for_each<obj_popup_menu>([&runtime, name](obj_popup_menu& menu) {
+        if (menu.name() == name)
+            runtime.instance_destroy(menu.id());
+    });
+}
+
 }  // namespace veldra

@@ -127,6 +127,7 @@ public:
         float x = 0, y = 0, w = 0, h = 0;
     };
     Rect entry_rect(const std::string& label) const;
+    const std::string& name() const { return options_.name; }
 
 private:
     // The current page's entries are indexed in order; a sub-page's back button comes last.

@@ -21,6 +21,8 @@ const ImVec2 FRAME_PADDING{14, 9};
 const ImVec2 ITEM_SPACING{12, 12};
 constexpr float ROUNDING = 10;
 constexpr float SCREEN_MARGIN = 24;  // the nearest a menu comes to the screen's edge
+constexpr float FIELD_LABEL_COLUMN = 0.3f;     // where a field starts, as a part of the width
+constexpr float SLIDER_NUMBER_BOX_WIDTH = 110;  // the typed value beside a slider
 // "›" and "‹": a page button leads somewhere, its back button returns.
 constexpr const char* PAGE_MARK = " \xE2\x80\xBA";
 constexpr const char* BACK_MARK = "\xE2\x80\xB9 ";
@@ -64,23 +66,37 @@ void text_input(std::string& text) {
                      resize_string, &text);
 }
 
-void number_input(MenuField& field) {
+void number_input(MenuField& field, bool with_buttons = true) {
     // Whole steps for a wide range, tenths for a narrow one.
     const double step = field.maximum - field.minimum >= 10 ? 1 : 0.1;
     ImGui::SetNextItemWidth(-FLT_MIN);
-    ImGui::InputDouble("##number", &field.number, step, step * 10, "%g");
+    ImGui::InputDouble("##number", &field.number, with_buttons ? step : 0, step * 10, "%g");
     field.number = std::clamp(field.number, field.minimum, field.maximum);
 }
 
+// A slider to drag and, beside it, a box to type the exact value: both edit the same number.
 void slider(MenuField& field) {
     field.number = std::clamp(field.number, field.minimum, field.maximum);
     // The value is written the way the game writes numbers everywhere else; the text has no
     // conversion in it, so ImGui shows it as it is.
     const std::string shown = number_to_string(field.number);
-    ImGui::SetNextItemWidth(-FLT_MIN);
+    const float box = SLIDER_NUMBER_BOX_WIDTH;
+    ImGui::SetNextItemWidth(ImGui::GetContentRegionAvail().x - box - ITEM_SPACING.x);
     ImGui::SliderScalar("##slider", ImGuiDataType_Double, &field.number, &field.minimum,
                         &field.maximum, shown.c_str(),
                         ImGuiSliderFlags_AlwaysClamp | ImGuiSliderFlags_NoInput);
+    ImGui::SameLine();
+    number_input(field, false);
+}
+
+// A field's label in the left column, its widget to the right on the same line, so a menu of
+// several fields stays short enough for the screen.
+void field_label(const std::string& plain, float width) {
+    if (plain.empty())
+        return;
+    ImGui::AlignTextToFramePadding();
+    ImGui::TextUnformatted(plain.c_str());
+    ImGui::SameLine(width * FIELD_LABEL_COLUMN);
 }
 
 // Draws one entry; true when the player chose it.
@@ -107,15 +123,15 @@ bool draw_entry(const MenuEntry& entry, float width) {
             return chosen;
         }
         case MenuEntryKind::text_field:
-            draw_menu_text(entry.label, width);
+            field_label(plain, width);
             text_input(entry.field->text);
             return false;
         case MenuEntryKind::number_field:
-            draw_menu_text(entry.label, width);
+            field_label(plain, width);
             number_input(*entry.field);
             return false;
         case MenuEntryKind::slider:
-            draw_menu_text(entry.label, width);
+            field_label(plain, width);
             slider(*entry.field);
             return false;
     }

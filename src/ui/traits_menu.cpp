@@ -64,7 +64,7 @@ TraitFields make_trait_fields(const PersonalityTraits& traits, const ConfigsStat
 MenuDefinition make_personality_traits_menu(const TraitFields& fields, const std::string& heading,
                                             const Localization& localization) {
     MenuDefinition menu;
-    menu.width = 760;
+    menu.width = 1100;
     menu.entries.push_back(menu_heading(heading));
     menu.entries.push_back(menu_text(text_of(localization, lid::TraitMenu_Intro)));
     const TraitRow rows[] = {
@@ -76,10 +76,9 @@ MenuDefinition make_personality_traits_menu(const TraitFields& fields, const std
         {lid::TraitMenu_Neuroticism, lid::TraitMenu_NeuroticismHelp, fields.neuroticism}};
     for (const TraitRow& row : rows) {
         const std::string name = text_of(localization, row.name);
-        menu.entries.push_back(menu_text("[b]" + name + "[/b]: " + text_of(localization, row.help)));
-        // Both edit the same value: drag for a feel, type for an exact number.
+        menu.entries.push_back(menu_text(text_of(localization, row.help)));
+        // Drag for a feel, or type the exact number in the box beside the slider.
         menu.entries.push_back(menu_slider(name, row.field));
-        menu.entries.push_back(menu_number_field(name + " ", row.field));
     }
     menu.entries.push_back(menu_button(text_of(localization, lid::TraitMenu_Start), Value(true)));
     return menu;

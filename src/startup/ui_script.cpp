@@ -1,0 +1,193 @@
+#include "startup/ui_script.h"
+
+#include <charconv>
+#include <sstream>
+
+#include "platform/game_window.h"
+#include "runtime/log.h"
+#include "runtime/runtime.h"
+#include "startup/app_state.h"
+#include "startup/program.h"
+#include "ui/popup_menu.h"
+
+namespace veldra {
+
+namespace {
+
+// A minute of frames: long enough for a trial to end, short enough for a stuck test to fail.
+constexpr long WAIT_LIMIT_FRAMES = 60 * 60;
+
+std::optional<Key> key_named(std::string_view name) {
+    static const std::pair<std::string_view, Key> names[] = {
+        {"up", Key::up},       {"down", Key::down},   {"left", Key::left},
+        {"right", Key::right}, {"w", Key::w},         {"a", Key::a},
+        {"s", Key::s},         {"d", Key::d},         {"space", Key::space},
+        {"enter", Key::enter}, {"escape", Key::escape}, {"tab", Key::tab},
+        {"backspace", Key::backspace}, {"f11", Key::f11}, {"f12", Key::f12},
+        {"plus", Key::plus},   {"minus", Key::minus}, {"p", Key::p}};
+    for (const auto& [key_name, key] : names)
+        if (key_name == name)
+            return key;
+    return std::nullopt;
+}
+
+std::optional<long> count_of(std::string_view text) {
+    long value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size() || value < 0)
+        return std::nullopt;
+    return value;
+}
+
+// The menu that takes input: the newest.
+obj_popup_menu* top_menu(Runtime& runtime) {
+    const std::size_t count = runtime.instance_number<obj_popup_menu>();
+    return count ? runtime.instance_find<obj_popup_menu>(count - 1) : nullptr;
+}
+
+}  // namespace
+
+std::optional<std::vector<UiCommand>> parse_ui_script(const std::string& text,
+                                                      std::string& error) {
+    std::vector<UiCommand> commands;
+    std::istringstream lines(text);
+    std::string line;
+    int number = 0;
+    while (std::getline(lines, line)) {
+        ++number;
+        if (!line.empty() && line.back() == '\r')
+            line.pop_back();
+        const std::size_t start = line.find_first_not_of(" \t");
+        if (start == std::string::npos || line[start] == '#')
+            continue;
+        const std::size_t space = line.find(' ', start);
+        const std::string word = line.substr(start, space == std::string::npos ? space : space - start);
+        const std::string rest = space == std::string::npos ? "" : line.substr(space + 1);
+        UiCommand command;
+        command.line = number;
+        auto bad = [&](const std::string& why) {
+            error = "line " + std::to_string(number) + ": " + why;
+            return std::nullopt;
+        };
+        if (word == "wait" || word == "click" || word == "type") {
+            if (rest.empty())
+                return bad("\"" + word + "\" needs a text after it");
+            command.kind = word == "wait"    ? UiCommand::Kind::wait
+                           : word == "click" ? UiCommand::Kind::click
+                                             : UiCommand::Kind::type;
+            command.text = rest;
+        } else if (word == "key" || word == "hold") {
+            std::istringstream args(rest);
+            std::string name, frames;
+            args >> name >> frames;
+            const auto key = key_named(name);
+            if (!key)
+                return bad("\"" + name + "\" is not a key this game knows");
+            command.kind = word == "key" ? UiCommand::Kind::key : UiCommand::Kind::hold;
+            command.key = *key;
+            if (word == "hold") {
+                const auto count = count_of(frames);
+                if (!count)
+                    return bad("\"hold\" needs a key and a number of frames");
+                command.count = *count;
+            }
+        } else if (word == "frames") {
+            const auto count = count_of(rest);
+            if (!count)
+                return bad("\"frames\" needs a whole number");
+            command.kind = UiCommand::Kind::frames;
+            command.count = *count;
+        } else if (word == "quit") {
+            command.kind = UiCommand::Kind::quit;
+        } else {
+            return bad("unknown command \"" + word + "\"");
+        }
+        commands.push_back(std::move(command));
+    }
+    return commands;
+}
+
+void obj_ui_script::fail(const UiCommand& command, const std::string& why) {
+    log_error("UI script, line " + std::to_string(command.line) + ": " + why);
+    next_ = commands_.size();
+    end_program(app_, 1);
+}
+
+// Runs before the frame's other steps, so what it pushes is read by the next frame's poll.
+void obj_ui_script::on_step_begin() {
+    if (next_ >= commands_.size())
+        return;
+    const UiCommand& command = commands_[next_];
+    if (run(command)) {
+        ++next_;
+        frames_in_command_ = 0;
+        phase_ = 0;
+        return;
+    }
+    if (++frames_in_command_ > WAIT_LIMIT_FRAMES && command.kind != UiCommand::Kind::frames &&
+        command.kind != UiCommand::Kind::hold)
+        fail(command, "\"" + command.text + "\" did not appear within a minute.");
+}
+
+bool obj_ui_script::run(const UiCommand& command) {
+    using Kind = UiCommand::Kind;
+    switch (command.kind) {
+    case Kind::wait: {
+        const obj_popup_menu* menu = top_menu(runtime());
+        if (!menu)
+            return false;
+        for (const std::string& label : menu->current_labels())
+            if (remove_text_tags(label).find(command.text) != std::string::npos)
+                return true;
+        return false;
+    }
+    case Kind::click: {
+        obj_popup_menu* menu = top_menu(runtime());
+        if (!menu)
+            return false;
+        std::string label;
+        for (const std::string& candidate : menu->current_labels())
+            if (remove_text_tags(candidate) == command.text)
+                label = candidate;
+        const obj_popup_menu::Rect r = label.empty() ? obj_popup_menu::Rect{} : menu->entry_rect(label);
+        if (r.w <= 0 || r.h <= 0)
+            return false;  // not drawn yet
+        const float x = r.x + r.w / 2;
+        const float y = r.y + r.h / 2;
+        // Hover first, then press, then release: what a hand does, frame by frame.
+        if (phase_ == 0)
+            window_.inject_mouse_move(x, y);
+        else if (phase_ == 1)
+            window_.inject_mouse_button(true, x, y);
+        else
+            window_.inject_mouse_button(false, x, y);
+        return ++phase_ > 2;
+    }
+    case Kind::key:
+        window_.inject_key(command.key, phase_ == 0);
+        return ++phase_ > 1;
+    case Kind::hold:
+        if (phase_ == 0)
+            window_.inject_key(command.key, true);
+        if (phase_ >= command.count) {
+            window_.inject_key(command.key, false);
+            return true;
+        }
+        ++phase_;
+        return false;
+    case Kind::type:
+        window_.inject_text(command.text);
+        return true;
+    case Kind::frames:
+        return frames_in_command_ >= command.count;
+    case Kind::quit:
+        if (app_.on_quit_requested)
+            app_.on_quit_requested(true);
+        else
+            end_program(app_, 0);
+        return true;
+    }
+    return true;
+}
+
+}  // namespace veldra
