@@ -19,6 +19,11 @@ namespace {
 
 using Labels = std::vector<std::string>;
 
+// Where a field's widget starts in its row, and the typed value's box beside a slider (with the
+// gap before it).
+constexpr float FIELD_COLUMN = 0.3f;
+constexpr float NUMBER_BOX = 110 + 12;
+
 // A runtime with the promise event loop and default services, framed the way the window frames
 // it: ImGui's frame opens before the events and closes after them.
 class PopupMenuTest : public ::testing::Test {
@@ -197,24 +202,27 @@ TEST_F(PopupMenuTest, ANumberFieldAndASliderStayWithinTheirRange) {
     frames(2);
     EXPECT_EQ(level->number, 20);  // out of range from the start
 
-    click_field(popup(), "Count", 20);
+    click_field(popup(), "Count", popup().entry_rect("Count").w * FIELD_COLUMN + 20);
     imgui.type("250");
     frames();
     key(ImGuiKey_Enter);
     EXPECT_EQ(count->number, 100);
 
-    const obj_popup_menu::Rect slider = popup().entry_rect("Level");
-    const float bar_y = slider.y + slider.h - 6;
-    imgui.press(slider.x + 2, bar_y);
+    // The slider runs from the field column to the typed value's box at the right.
+    const obj_popup_menu::Rect row = popup().entry_rect("Level");
+    const float bar_y = row.y + row.h / 2;
+    const float bar_left = row.x + row.w * FIELD_COLUMN;
+    const float bar_right = row.x + row.w - NUMBER_BOX;
+    imgui.press(bar_left + 2, bar_y);
     frames();
     EXPECT_EQ(level->number, 10);
-    imgui.move(slider.x + slider.w / 2, bar_y);
+    imgui.move((bar_left + bar_right) / 2, bar_y);
     frames();
     EXPECT_GT(level->number, 13);
     EXPECT_LT(level->number, 17);
-    imgui.move(slider.x + slider.w + 300, bar_y);  // dragged far past the end
+    imgui.move(row.x + row.w + 300, bar_y);  // dragged far past the end
     frames();
-    imgui.release(slider.x + slider.w + 300, bar_y);
+    imgui.release(row.x + row.w + 300, bar_y);
     frames();
     EXPECT_EQ(level->number, 20);
 }
@@ -265,7 +273,7 @@ TEST_F(PopupMenuTest, APersistentPopupOutlivesItsRoomAndIgnoresEscapeOnItsTopPag
     MenuDefinition tools;
     tools.entries = {menu_page("More", MenuDefinition{{menu_text("Deeper")}}),
                      menu_button("Close", "closed")};
-    Promise developer = create_popup_menu(runtime, tools, {.persistent = true});
+    Promise developer = create_popup_menu(runtime, tools, {.persistent = true, .name = "tools"});
     Promise level_menu = create_popup_menu(runtime, MenuDefinition{{menu_button("Go")}});
     runtime.room_goto(second);
     frames(2);
