@@ -10,6 +10,7 @@
 #include "ui/traits_menu.h"
 #include "startup/parameter_values.h"
 #include "trials/trial.h"
+#include "ui/dialog_host.h"
 #include "ui/sprites.h"
 #include "ui/trial_views.h"
 
@@ -107,6 +108,9 @@ std::unique_ptr<platform::GameWindow> open_window(AppState& app, const WindowReq
     if (!window)
         return nullptr;
     app.services.audio->set_volume(request.volume);
+    // Questions are asked in the window from now on; the host is persistent, so it is in place
+    // before the first room starts and stays through every room change.
+    install_window_dialogs(app.runtime);
     app.sprites = std::make_unique<Sprites>(make_sprites(*app.services.renderer));
     app.sim.create_trial_views = [&app, request](obj_trial& trial) {
         const bool replaying = request.replaying;

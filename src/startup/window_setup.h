@@ -1,7 +1,8 @@
 #pragma once
 // Whether this run shows a window, and opening it: the modes a person watches (play_level,
 // replay) open one unless headless=1; every other mode runs headless. Interactive trials then
-// get their views (world, HUD, controls) through the simulation's create_trial_views.
+// get their views (world, HUD, controls) through the simulation's create_trial_views, and the
+// game's questions and messages become in-game dialogs (ui/dialog_host.h).
 
 #include <memory>
 #include <optional>

@@ -27,7 +27,8 @@ result=$(python3 -c 'import json; r=json.load(open("first.json")); print("result
 sed -i "s/^result .*/$result/" steered.inputs
 
 "$veldra" headless=1 config=short.json replay=steered.inputs > headless.json
-"$veldra" config=short.json replay=steered.inputs log_output_file=window.log > window.json
+# lang= too: without it the window would first ask for the language.
+"$veldra" config=short.json lang=en replay=steered.inputs log_output_file=window.log > window.json
 grep -q "The replay reached the recorded result." window.log
 cmp headless.json window.json
 cmp first.json window.json

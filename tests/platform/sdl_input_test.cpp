@@ -31,23 +31,7 @@ protected:
         WindowTest::SetUp();
         VELDRA_NEED_DISPLAY();
         ASSERT_TRUE(open(1920, 1080));
-        SDL_PumpEvents();
-        SDL_FlushEvents(SDL_FIRSTEVENT, SDL_LASTEVENT);  // the window's own opening events
-        // Tests run in parallel on one virtual display: another test's window takes the focus
-        // at any moment, and the focus loss rightly releases every key. Only the focus changes
-        // a test pushes itself may reach the input.
-        SDL_SetEventFilter(only_pushed_focus_changes, nullptr);
-    }
-    void TearDown() override {
-        SDL_SetEventFilter(nullptr, nullptr);
-        WindowTest::TearDown();
-    }
-    static constexpr Sint32 PUSHED_BY_TEST = 0x7e57;
-    static int only_pushed_focus_changes(void*, SDL_Event* e) {
-        const bool focus = e->type == SDL_WINDOWEVENT &&
-                           (e->window.event == SDL_WINDOWEVENT_FOCUS_LOST ||
-                            e->window.event == SDL_WINDOWEVENT_FOCUS_GAINED);
-        return !focus || e->window.data1 == PUSHED_BY_TEST;
+        keep_foreign_focus_changes_out();
     }
     void push_focus_lost() {
         SDL_Event e{};
@@ -55,15 +39,6 @@ protected:
         e.window.windowID = window->window_id();
         e.window.event = SDL_WINDOWEVENT_FOCUS_LOST;
         e.window.data1 = PUSHED_BY_TEST;
-        SDL_PushEvent(&e);
-    }
-    void push_key(Uint32 type, SDL_Keycode code) {
-        SDL_Event e{};
-        e.type = type;
-        e.key.windowID = window->window_id();
-        e.key.state = type == SDL_KEYDOWN ? SDL_PRESSED : SDL_RELEASED;
-        e.key.keysym.sym = code;
-        e.key.keysym.scancode = SDL_GetScancodeFromKey(code);
         SDL_PushEvent(&e);
     }
     void push_button(Uint32 type, Uint8 button, int x, int y) {

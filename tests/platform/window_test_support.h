@@ -67,6 +67,7 @@ protected:
         std::filesystem::create_directories(folder);
     }
     void TearDown() override {
+        SDL_SetEventFilter(nullptr, nullptr);
         window.reset();
         std::error_code ec;
         std::filesystem::remove_all(folder, ec);
@@ -84,6 +85,31 @@ protected:
         window = open_game_window(services, options, error);
         EXPECT_NE(window, nullptr) << error;
         return window != nullptr;
+    }
+
+    // Tests run in parallel on one virtual display: another test's window takes the focus at
+    // any moment, and the focus loss rightly releases every key. From here on only the focus
+    // changes a test pushes itself (marked PUSHED_BY_TEST) reach the input.
+    void keep_foreign_focus_changes_out() {
+        SDL_PumpEvents();
+        SDL_FlushEvents(SDL_FIRSTEVENT, SDL_LASTEVENT);  // the window's own opening events
+        SDL_SetEventFilter(only_pushed_focus_changes, nullptr);
+    }
+    static constexpr Sint32 PUSHED_BY_TEST = 0x7e57;
+    static int only_pushed_focus_changes(void*, SDL_Event* e) {
+        const bool focus =
+            e->type == SDL_WINDOWEVENT && (e->window.event == SDL_WINDOWEVENT_FOCUS_LOST ||
+                                           e->window.event == SDL_WINDOWEVENT_FOCUS_GAINED);
+        return !focus || e->window.data1 == PUSHED_BY_TEST;
+    }
+    void push_key(Uint32 type, SDL_Keycode code) {
+        SDL_Event e{};
+        e.type = type;
+        e.key.windowID = window->window_id();
+        e.key.state = type == SDL_KEYDOWN ? SDL_PRESSED : SDL_RELEASED;
+        e.key.keysym.sym = code;
+        e.key.keysym.scancode = SDL_GetScancodeFromKey(code);
+        SDL_PushEvent(&e);
     }
 
     // Presents the frame drawn so far and reads it back as the player would see it.

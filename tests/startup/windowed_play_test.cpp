@@ -46,13 +46,15 @@ protected:
     }
 
     // Plays the walled-in level in a window of `size` for `frames` frames; the screenshot and
-    // the recording (abandoned when the frames run out) land in the scratch folder.
-    int play(const std::string& size, int frames) {
-        const std::string command = "cd '" + folder.string() + "' && SDL_AUDIODRIVER=dummy '" +
-                                    fs::absolute("veldra").string() +
-                                    "' play_level=walled.txt seed=5 camera_zoom=fit frames=" +
-                                    std::to_string(frames) + " window_size=" + size +
-                                    " screenshot=shot.png record_inputs=play.inputs 2>err.txt";
+    // the recording (abandoned when the frames run out) land in the scratch folder. The
+    // language and the configuration are given, so start-up asks nothing in the window.
+    int play(const std::string& size, int frames, const std::string& settings = "lang=en config=") {
+        const std::string command =
+            "cd '" + folder.string() + "' && SDL_AUDIODRIVER=dummy '" +
+            fs::absolute("veldra").string() +
+            "' play_level=walled.txt seed=5 camera_zoom=fit frames=" + std::to_string(frames) +
+            " window_size=" + size + " " + settings +
+            " screenshot=shot.png record_inputs=play.inputs 2>err.txt";
         return std::system(command.c_str());
     }
 
@@ -113,6 +115,19 @@ TEST_F(WindowedPlayTest, AWiderWindowGetsBlackBarsBesideThePicture) {
     expect_colour(shot, 1840, 850, black, "right bar");
     expect_colour(shot, 165, 850, background, "the picture's left edge");
     expect_colour(shot, 1754, 850, background, "the picture's right edge");
+}
+
+TEST_F(WindowedPlayTest, WithoutALanguageTheWindowAsksForOneBeforeTheTrialStarts) {
+    ASSERT_EQ(play("1600x900", 20, "config="), 0) << std::ifstream(folder / "err.txt").rdbuf();
+    // The question waits for an answer: no trial has started, so nothing was recorded.
+    EXPECT_FALSE(fs::exists(folder / "play.inputs"));
+    const Image shot = read_png((folder / "shot.png").string());
+    ASSERT_EQ(shot.width, 1600);
+    // The dialog's panel (680 pixels wide, centred: its padding at x 474) over a screen dimmed
+    // to nearly black.
+    const Rgba panel{15, 15, 15, 255}, dimmed{3, 4, 6, 255};
+    expect_colour(shot, 474, 450, panel, "the dialog's edge");
+    expect_colour(shot, 40, 40, dimmed, "the screen around it");
 }
 
 }  // namespace

@@ -29,7 +29,10 @@ public:
         io.Fonts->GetTexDataAsRGBA32(&pixels, &width, &height);
         ImGui::StyleColorsDark();
     }
-    ~HeadlessImGui() { ImGui::DestroyContext(context_); }
+    ~HeadlessImGui() {
+        ImGui::SetCurrentContext(context_);
+        ImGui::DestroyContext(context_);
+    }
     HeadlessImGui(const HeadlessImGui&) = delete;
     HeadlessImGui& operator=(const HeadlessImGui&) = delete;
 

@@ -1,0 +1,139 @@
+#include "ui/dialog_frame.h"
+
+#include <imgui_internal.h>
+
+#include <algorithm>
+
+#include "runtime/log.h"
+
+namespace veldra {
+
+namespace {
+
+constexpr float BUTTON_MIN_WIDTH = 120;
+const ImVec4 BACKDROP{0.02f, 0.03f, 0.05f, 0.55f};
+const ImVec4 WARNING_TEXT{0.96f, 0.55f, 0.45f, 1};
+
+// The one place a dialog's text meets the screen. The game's styled text can replace this body
+// (colours, centring) without touching the dialogs; until then the markup is dropped.
+void draw_markup_text(std::string_view markup) {
+    const std::string plain = remove_text_tags(markup);
+    ImGui::TextWrapped("%s", plain.c_str());
+}
+
+// Over everything but the dialog: it dims the screen and takes the clicks beside the dialog, so
+// neither the game nor a menu below reacts to them.
+void draw_backdrop() {
+    const ImGuiIO& io = ImGui::GetIO();
+    ImGui::SetNextWindowPos(ImVec2(0, 0));
+    ImGui::SetNextWindowSize(io.DisplaySize);
+    ImGui::PushStyleColor(ImGuiCol_WindowBg, BACKDROP);
+    ImGui::PushStyleVar(ImGuiStyleVar_WindowBorderSize, 0);
+    ImGui::Begin("##dialog_backdrop", nullptr,
+                 ImGuiWindowFlags_NoDecoration | ImGuiWindowFlags_NoMove |
+                     ImGuiWindowFlags_NoSavedSettings | ImGuiWindowFlags_NoNav |
+                     ImGuiWindowFlags_NoBringToFrontOnFocus | ImGuiWindowFlags_NoFocusOnAppearing);
+    ImGui::BringWindowToDisplayFront(ImGui::GetCurrentWindow());
+    ImGui::End();
+    ImGui::PopStyleVar();
+    ImGui::PopStyleColor();
+}
+
+}  // namespace
+
+bool DialogFrame::shows(std::string_view fragment) const {
+    return std::any_of(texts.begin(), texts.end(), [&](const std::string& text) {
+        return text.find(fragment) != std::string::npos;
+    });
+}
+
+std::optional<DialogRect> DialogFrame::item(std::string_view label) const {
+    for (const auto& [name, rect] : items)
+        if (name == label)
+            return rect;
+    return std::nullopt;
+}
+
+void begin_dialog_window(const DialogFrame& frame, float width, float height) {
+    draw_backdrop();
+    const ImGuiIO& io = ImGui::GetIO();
+    ImGui::PushStyleVar(ImGuiStyleVar_WindowPadding, ImVec2(28, 24));
+    ImGui::PushStyleVar(ImGuiStyleVar_FramePadding, ImVec2(12, 8));
+    ImGui::PushStyleVar(ImGuiStyleVar_ItemSpacing, ImVec2(12, 12));
+    ImGui::PushStyleVar(ImGuiStyleVar_WindowRounding, 6);
+    ImGui::SetNextWindowPos(ImVec2(io.DisplaySize.x / 2, io.DisplaySize.y / 2), ImGuiCond_Always,
+                            ImVec2(0.5f, 0.5f));
+    ImGuiWindowFlags flags = ImGuiWindowFlags_NoTitleBar | ImGuiWindowFlags_NoResize |
+                             ImGuiWindowFlags_NoMove | ImGuiWindowFlags_NoCollapse |
+                             ImGuiWindowFlags_NoSavedSettings;
+    if (height > 0) {
+        ImGui::SetNextWindowSize(ImVec2(width, height));
+    } else {
+        ImGui::SetNextWindowSizeConstraints(ImVec2(width, 0),
+                                            ImVec2(width, io.DisplaySize.y * 0.9f));
+        flags |= ImGuiWindowFlags_AlwaysAutoResize;
+    }
+    ImGui::Begin(frame.window_id.c_str(), nullptr, flags);
+    // Menus bring themselves forward too; the dialog is drawn last in the frame, so it wins.
+    ImGui::BringWindowToDisplayFront(ImGui::GetCurrentWindow());
+    if (!ImGui::IsWindowFocused(ImGuiFocusedFlags_RootAndChildWindows))
+        ImGui::SetWindowFocus();
+    ImGui::CaptureKeyboardFromApp(true);
+}
+
+void end_dialog_window() {
+    ImGui::End();
+    ImGui::PopStyleVar(4);
+}
+
+void dialog_text(DialogFrame& frame, std::string_view markup) {
+    frame.texts.push_back(remove_text_tags(markup));
+    draw_markup_text(markup);
+}
+
+void dialog_warning(DialogFrame& frame, std::string_view markup) {
+    ImGui::PushStyleColor(ImGuiCol_Text, WARNING_TEXT);
+    dialog_text(frame, markup);
+    ImGui::PopStyleColor();
+}
+
+void remember_item(DialogFrame& frame, std::string label) {
+    const ImVec2 min = ImGui::GetItemRectMin();
+    const ImVec2 max = ImGui::GetItemRectMax();
+    frame.items.emplace_back(std::move(label),
+                             DialogRect{min.x, min.y, max.x - min.x, max.y - min.y});
+}
+
+int dialog_buttons(DialogFrame& frame, const std::vector<std::string>& labels) {
+    const ImGuiStyle& style = ImGui::GetStyle();
+    const auto width_of = [&](const std::string& label) {
+        return std::max(BUTTON_MIN_WIDTH,
+                        ImGui::CalcTextSize(label.c_str()).x + 2 * style.FramePadding.x);
+    };
+    float total = 0;
+    for (const auto& label : labels)
+        total += width_of(label) + style.ItemSpacing.x;
+    total -= style.ItemSpacing.x;
+    const float right = ImGui::GetWindowContentRegionMax().x;
+    ImGui::SetCursorPosX(std::max(ImGui::GetCursorPosX(), right - total));
+    int pressed = -1;
+    for (std::size_t i = 0; i < labels.size(); ++i) {
+        if (i > 0)
+            ImGui::SameLine();
+        if (ImGui::Button(labels[i].c_str(), ImVec2(width_of(labels[i]), 0)))
+            pressed = static_cast<int>(i);
+        remember_item(frame, labels[i]);
+    }
+    return pressed;
+}
+
+bool dialog_key_pressed(const DialogFrame& frame, ImGuiKey key) {
+    if (!frame.keys_live)
+        return false;
+    if (ImGui::IsKeyPressed(ImGui::GetKeyIndex(key), false))
+        return true;
+    return key == ImGuiKey_Enter &&
+           ImGui::IsKeyPressed(ImGui::GetKeyIndex(ImGuiKey_KeyPadEnter), false);
+}
+
+}  // namespace veldra

@@ -1,0 +1,124 @@
+#include "ui/file_browser.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "support/scratch_directory.h"
+
+namespace veldra {
+namespace {
+
+namespace fs = std::filesystem;
+
+class FileBrowserTest : public ::testing::Test {
+protected:
+    FileBrowserTest() {
+        fs::create_directories(root() / "levels" / "old");
+        std::ofstream(root() / "levels" / "level_01.txt") << "x";
+        std::ofstream(root() / "notes.txt") << "x";
+    }
+    const fs::path& root() const { return dir.path(); }
+    static std::string selected_name(const FileBrowser& browser) {
+        return browser.selected() ? browser.listing().entries[*browser.selected()].name : "";
+    }
+
+    testing::ScratchDirectory dir{"file_browser"};
+};
+
+TEST_F(FileBrowserTest, StartsWhereTheInitialPathPoints) {
+    const FileBrowser at_file(FileBrowserMode::open, "*.txt",
+                              (root() / "levels" / "level_01.txt").string());
+    EXPECT_EQ(at_file.folder(), root() / "levels");
+    EXPECT_EQ(selected_name(at_file), "level_01.txt");
+    const FileBrowser at_folder(FileBrowserMode::open, "*.txt", (root() / "levels/").string());
+    EXPECT_EQ(at_folder.folder(), root() / "levels");
+    const FileBrowser new_file(FileBrowserMode::save, "*.csv", (root() / "trials.csv").string());
+    EXPECT_EQ(new_file.folder(), root());
+    EXPECT_EQ(new_file.name, "trials.csv");
+    const FileBrowser nowhere(FileBrowserMode::open, "*.txt", "");
+    EXPECT_EQ(nowhere.folder(), fs::current_path());
+}
+
+TEST_F(FileBrowserTest, TypedPathsAreTakenFromTheCurrentFolder) {
+    FileBrowser browser(FileBrowserMode::open, "*.txt", root().string());
+    browser.go_to("levels/old/");
+    EXPECT_EQ(browser.folder(), root() / "levels" / "old");
+    browser.go_to("../..");
+    EXPECT_EQ(browser.folder(), root());
+    browser.go_to("no_such_thing");
+    EXPECT_EQ(browser.folder(), root());
+    EXPECT_NE(browser.notice().find("There is no file or folder"), std::string::npos);
+    EXPECT_FALSE(browser.chosen());
+    browser.go_to("levels/./level_01.txt");
+    EXPECT_EQ(browser.chosen(), (root() / "levels" / "level_01.txt").string());
+}
+
+TEST_F(FileBrowserTest, SavingToATypedPathOnlyFillsInTheNameUntilAccepted) {
+    FileBrowser browser(FileBrowserMode::save, "*.csv", (root() / "trials.csv").string());
+    browser.go_to((root() / "levels" / "run.csv").string());
+    EXPECT_EQ(browser.folder(), root() / "levels");
+    EXPECT_EQ(browser.name, "run.csv");
+    EXPECT_FALSE(browser.chosen());
+    browser.go_to("missing/run.csv");
+    EXPECT_NE(browser.notice().find("There is no folder"), std::string::npos);
+    EXPECT_EQ(browser.folder(), root() / "levels");
+    // A name may carry a folder of its own.
+    browser.name = " old/run.csv ";
+    browser.accept();
+    EXPECT_EQ(browser.chosen(), (root() / "levels" / "old" / "run.csv").string());
+}
+
+TEST_F(FileBrowserTest, SavingRefusesAnEmptyNameAndAFolderName) {
+    FileBrowser browser(FileBrowserMode::save, "*.csv", root().string());
+    browser.name = "  ";
+    browser.accept();
+    EXPECT_EQ(browser.notice(), "Type a name for the file.");
+    browser.name = "levels/";
+    browser.accept();
+    EXPECT_NE(browser.notice().find("\"levels\" is a folder"), std::string::npos);
+    EXPECT_FALSE(browser.chosen());
+    EXPECT_FALSE(browser.replace_question());
+}
+
+TEST_F(FileBrowserTest, OkOnAFolderEntersItAndOkOnNothingAsksForAFile) {
+    FileBrowser browser(FileBrowserMode::open, "*.txt", root().string());
+    browser.accept();
+    EXPECT_FALSE(browser.chosen());
+    EXPECT_FALSE(browser.notice().empty());
+    browser.select(0);  // "levels", the only folder
+    browser.accept();
+    EXPECT_EQ(browser.folder(), root() / "levels");
+    EXPECT_TRUE(browser.notice().empty());
+}
+
+TEST_F(FileBrowserTest, ShowingAllFilesKeepsTheSelectedEntry) {
+    std::ofstream(root() / "a.bin") << "x";
+    FileBrowser browser(FileBrowserMode::open, "*.txt", (root() / "notes.txt").string());
+    ASSERT_EQ(selected_name(browser), "notes.txt");
+    browser.set_show_all(true);
+    EXPECT_EQ(selected_name(browser), "notes.txt");
+    EXPECT_EQ(browser.listing().entries.size(), 3u);  // levels, a.bin, notes.txt
+}
+
+TEST_F(FileBrowserTest, AFolderThatVanishedIsEnteredWithItsReasonAndLeftByGoingUp) {
+    FileBrowser browser(FileBrowserMode::open, "*.txt", root().string());
+    fs::remove_all(root() / "levels");
+    browser.open_entry(0);  // still listed as "levels"
+    EXPECT_EQ(browser.folder(), root() / "levels");
+    EXPECT_TRUE(browser.listing().entries.empty());
+    EXPECT_NE(browser.notice().find("Cannot read the folder"), std::string::npos);
+    browser.go_up();
+    EXPECT_EQ(browser.folder(), root());
+    EXPECT_TRUE(browser.notice().empty());
+    EXPECT_EQ(browser.listing().entries.size(), 1u);  // notes.txt
+}
+
+TEST_F(FileBrowserTest, GoingUpStopsAtTheRoot) {
+    FileBrowser browser(FileBrowserMode::open, "", "/");
+    browser.go_up();
+    EXPECT_EQ(browser.folder(), fs::path("/"));
+}
+
+}  // namespace
+}  // namespace veldra
