@@ -45,12 +45,19 @@ void log_start_up_lines() {
     log("os_browser: " + os_browser_to_string());
 }
 
+// The start-up questions are the developer's: a release build in a window, where a participant
+// may sit, never stops to ask. Headless, scripted dialogs answer at once either way.
+bool developer_asked(const AppState& app) {
+    return DEBUG_BUILD || app.services.headless;
+}
+
 // Fulfilled once a language is active: the `lang` parameter, else (debug) asked for, else en.
 Promise choose_language(AppState& app) {
     initialize_localization(app.localization);
-    Promise code = app.params.lang ? promise_resolve(*app.params.lang)
-                                   : _debug_ask_localization(app.debugs, *app.services.dialogs,
-                                                             *app.services.files);
+    Promise code = app.params.lang       ? promise_resolve(*app.params.lang)
+                   : developer_asked(app) ? _debug_ask_localization(app.debugs, *app.services.dialogs,
+                                                                    *app.services.files)
+                                          : promise_resolve();
     return code.and_then([&app](const Value& language) {
         load_and_set_localization(*app.services.files, app.localization,
                                   language.is_string() ? language.as_string() : "en");
@@ -86,6 +93,8 @@ void obj_init::on_create() {
     choose_language(app)
         .and_then([&app] {
             initialize_game_systems(app.sim);
+            if (!app.params.config && !developer_asked(app))
+                return promise_resolve(Value(std::string()));
             return ask_custom_configuration_name(app.params, app.debugs, *app.services.dialogs,
                                                  *app.services.files);
         })

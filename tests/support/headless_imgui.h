@@ -17,6 +17,7 @@ public:
         ImGui::SetCurrentContext(context_);
         ImGuiIO& io = ImGui::GetIO();
         io.IniFilename = nullptr;
+        io.LogFilename = nullptr;
         io.DisplaySize = ImVec2(1600, 900);
         io.ConfigFlags |= ImGuiConfigFlags_NavEnableKeyboard;
         // A backend maps ImGui's named keys to its own key codes; here they are their own.
