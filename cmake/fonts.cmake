@@ -1,15 +1,24 @@
-# The window's text font comes from the system's DejaVu package and is copied into the build's
-# data folder, so the program finds it beside itself like the rest of its data.
-find_file(VELDRA_FONT_REGULAR DejaVuSans.ttf PATHS /usr/share/fonts/truetype/dejavu NO_DEFAULT_PATH)
-if(NOT VELDRA_FONT_REGULAR)
-  message(FATAL_ERROR "DejaVuSans.ttf was not found in /usr/share/fonts/truetype/dejavu: "
-                      "install the package fonts-dejavu-core (scripts/setup.sh does).")
-endif()
-find_file(VELDRA_FONT_BOLD DejaVuSans-Bold.ttf PATHS /usr/share/fonts/truetype/dejavu NO_DEFAULT_PATH)
-set(veldra_fonts ${VELDRA_FONT_REGULAR})
-if(VELDRA_FONT_BOLD)
-  list(APPEND veldra_fonts ${VELDRA_FONT_BOLD})
-endif()
+# The window's text faces come from the system's DejaVu packages and are copied into the build's
+# data folder, so the program finds them beside itself like the rest of its data. The regular
+# and bold faces are in fonts-dejavu-core, the oblique ones in fonts-dejavu-extra.
+set(veldra_font_dir /usr/share/fonts/truetype/dejavu)
+set(veldra_fonts "")
+foreach(face_and_package
+    "DejaVuSans.ttf|fonts-dejavu-core"
+    "DejaVuSans-Bold.ttf|fonts-dejavu-core"
+    "DejaVuSans-Oblique.ttf|fonts-dejavu-extra"
+    "DejaVuSans-BoldOblique.ttf|fonts-dejavu-extra")
+  string(REPLACE "|" ";" face_and_package "${face_and_package}")
+  list(GET face_and_package 0 face)
+  list(GET face_and_package 1 package)
+  string(MAKE_C_IDENTIFIER "VELDRA_FONT_${face}" variable)
+  find_file(${variable} ${face} PATHS ${veldra_font_dir} NO_DEFAULT_PATH)
+  if(NOT ${variable})
+    message(FATAL_ERROR "${face} was not found in ${veldra_font_dir}: "
+                        "install the package ${package} (scripts/setup.sh does).")
+  endif()
+  list(APPEND veldra_fonts ${${variable}})
+endforeach()
 add_custom_target(veldra_fonts ALL
   COMMAND ${CMAKE_COMMAND} -E make_directory ${CMAKE_BINARY_DIR}/datafiles/fonts
   COMMAND ${CMAKE_COMMAND} -E copy_if_different ${veldra_fonts} ${CMAKE_BINARY_DIR}/datafiles/fonts/

@@ -3,55 +3,21 @@
 #include <SDL.h>
 #include <imgui.h>
 
-#include <array>
-#include <cstdio>
-#include <cstring>
-#include <memory>
+#include "ui/text_fonts.h"
 
 namespace veldra::platform {
 
-namespace {
-
-// Dear ImGui stops the program on a file it cannot parse, so the file is checked first: it must
-// open and start like a TrueType or OpenType font.
-bool looks_like_font(const std::string& path, std::string& error) {
-    std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"),
-                                                         std::fclose);
-    if (!file) {
-        error = "cannot open the font \"" + path + "\": " + std::strerror(errno) +
-                " (install the package fonts-dejavu-core, or rebuild so that the build copies it)";
+bool load_font_atlas(WindowSession& session, const std::string& folder, std::string& error) {
+    // The small regular face goes in first: it is Dear ImGui's default font for the menus.
+    session.font_small = add_text_font_family(folder, SMALL_FONT_PIXELS, error);
+    if (!session.font_small)
         return false;
-    }
-    std::array<unsigned char, 4> magic{};
-    if (std::fread(magic.data(), 1, magic.size(), file.get()) != magic.size()) {
-        error = "the font \"" + path + "\" is empty or truncated";
-        return false;
-    }
-    constexpr std::array<unsigned char, 4> KNOWN[] = {
-        {0, 1, 0, 0}, {'t', 'r', 'u', 'e'}, {'O', 'T', 'T', 'O'}, {'t', 't', 'c', 'f'}};
-    for (const auto& known : KNOWN)
-        if (magic == known)
-            return true;
-    error = "\"" + path + "\" is not a TrueType or OpenType font";
-    return false;
-}
-
-// Latin with its accents (the game's languages), and the punctuation block for dashes, quotes and
-// the ellipsis.
-constexpr ImWchar GLYPH_RANGES[] = {0x0020, 0x017F, 0x2010, 0x205E, 0};
-
-}  // namespace
-
-bool load_font_atlas(WindowSession& session, const std::string& path, std::string& error) {
-    if (!looks_like_font(path, error))
+    session.font_large = add_text_font_family(folder, LARGE_FONT_PIXELS, error);
+    if (!session.font_large)
         return false;
     ImFontAtlas& atlas = *ImGui::GetIO().Fonts;
-    session.font_small = atlas.AddFontFromFileTTF(path.c_str(), SMALL_FONT_PIXELS, nullptr,
-                                                  GLYPH_RANGES);
-    session.font_large = atlas.AddFontFromFileTTF(path.c_str(), LARGE_FONT_PIXELS, nullptr,
-                                                  GLYPH_RANGES);
-    if (!session.font_small || !session.font_large || !atlas.Build()) {
-        error = "cannot read the glyphs of the font \"" + path + "\"";
+    if (!atlas.Build()) {
+        error = "cannot read the glyphs of the fonts in \"" + folder + "\"";
         return false;
     }
     unsigned char* pixels = nullptr;

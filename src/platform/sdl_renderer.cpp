@@ -116,11 +116,19 @@ void SdlRenderer::draw_circle(const DrawCommand& c) {
                        static_cast<int>(circle_indices_.size()));
 }
 
+void SdlRenderer::lay_out_text(TextLayout& layout, std::string_view text,
+                               const TextBox& box) const {
+    // The faces' families are registered in the session's context.
+    ImGui::SetCurrentContext(session_->imgui);
+    layout.lay_out(font_for_size(*session_->font_small, *session_->font_large, box.size), text,
+                   box);
+}
+
 void SdlRenderer::draw_text(const DrawCommand& c) {
     if (c.text.empty() || c.h <= 0)
         return;
-    const ImFont& font = font_for_size(*session_->font_small, *session_->font_large, c.h);
-    text_mesh_.build(font, c.text, c.x, c.y, c.h, c.color);
+    lay_out_text(text_layout_, c.text, {c.h, c.w, c.color, c.align});
+    text_mesh_.build(text_layout_, c.x, c.y);
     if (text_mesh_.indices().empty())
         return;
     SDL_RenderGeometry(sdl_, session_->font_texture, text_mesh_.vertices().data(),
@@ -192,11 +200,11 @@ void SdlRenderer::save_requested_screenshot() {
         log_warning("The screenshot was not saved: " + error);
 }
 
-TextSize SdlRenderer::measure_text(std::string_view text, float size) const {
+TextSize SdlRenderer::measure_text_box(std::string_view text, float size, float width) const {
     if (size <= 0)
         return {};
-    return measure_markup_text(font_for_size(*session_->font_small, *session_->font_large, size),
-                               text, size);
+    lay_out_text(measure_layout_, text, {size, width, {}, TextAlign::left});
+    return measure_layout_.size();
 }
 
 bool SdlRenderer::save_screenshot(const std::string& path, std::string& error) {

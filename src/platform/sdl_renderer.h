@@ -11,6 +11,7 @@
 #include "platform/text_mesh.h"
 #include "platform/window_session.h"
 #include "runtime/renderer.h"
+#include "ui/text_layout.h"
 
 namespace veldra::platform {
 
@@ -23,7 +24,7 @@ public:
 
     TextureId create_texture(int width, int height, std::span<const std::uint32_t> pixels) override;
     void present() override;
-    TextSize measure_text(std::string_view text, float size) const override;
+    TextSize measure_text_box(std::string_view text, float size, float width) const override;
     // Draws the last frame again at the window's resolution and saves that, so keeping a copy
     // of every frame costs nothing while nobody asks for one.
     bool save_screenshot(const std::string& path, std::string& error) override;
@@ -34,6 +35,8 @@ private:
     void draw_circle(const DrawCommand& command);
     void draw_text(const DrawCommand& command);
     void set_colour(Rgba colour);
+    // Lays `text` out in the atlas face for `size`, as drawn and as measured.
+    void lay_out_text(TextLayout& layout, std::string_view text, const TextBox& box) const;
     void save_requested_screenshot();
 
     std::shared_ptr<WindowSession> session_;
@@ -46,6 +49,9 @@ private:
     std::vector<DrawCommand> last_frame_;
     bool has_frame_ = false;
     bool last_frame_had_menus_ = false;
+    TextLayout text_layout_;
+    // Measuring is const for the views that ask; its scratch layout is not part of the state.
+    mutable TextLayout measure_layout_;
     TextMesh text_mesh_;
     std::vector<SDL_Vertex> circle_vertices_;
     std::vector<int> circle_indices_;

@@ -4,28 +4,24 @@
 
 #include <SDL.h>
 
-#include <string_view>
 #include <vector>
 
-#include "runtime/renderer.h"
-
 struct ImFont;
+
+namespace veldra {
+class TextLayout;
+}
 
 namespace veldra::platform {
 
 // The atlas font nearest to `size` (the line height in pixels): the larger is sharper for titles.
 const ImFont& font_for_size(const ImFont& small, const ImFont& large, float size);
 
-// Width and height of `text` at line height `size`, markup not counted; lines break at '\n'.
-TextSize measure_markup_text(const ImFont& font, std::string_view text, float size);
-
 // Reused from command to command, so text costs no allocation once the buffers have grown.
 class TextMesh {
 public:
-    // Replaces the mesh with `text`'s glyphs, top-left at (x, y), in `colour` until a tag
-    // changes it.
-    void build(const ImFont& font, std::string_view text, float x, float y, float size,
-               Rgba colour);
+    // Replaces the mesh with the laid-out glyphs, the text box's top-left at (x, y).
+    void build(const TextLayout& layout, float x, float y);
     const std::vector<SDL_Vertex>& vertices() const { return vertices_; }
     const std::vector<int>& indices() const { return indices_; }
 

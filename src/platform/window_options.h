@@ -12,8 +12,9 @@ struct WindowOptions {
     bool vsync = true;
     // Sleep to hold 60 frames per second when vsync does not (no vsync, or a virtual display).
     bool pace_frames = true;
-    // A TrueType font; empty: the data folder's fonts/DejaVuSans.ttf.
-    std::string font_path;
+    // The folder of the DejaVu Sans faces (regular, bold, oblique, bold oblique); empty: the data
+    // folder's fonts/, where the build copies them.
+    std::string font_folder;
     // Where F12 writes screenshots; created on the first one.
     std::string screenshot_dir = "screenshots";
 };

@@ -17,8 +17,8 @@ namespace {
 // SDL and Dear ImGui keep process-wide state; a second window would share and then tear it down.
 bool g_window_open = false;
 
-std::string default_font_path() {
-    return make_included_file_filename("fonts/DejaVuSans.ttf");
+std::string default_font_folder() {
+    return make_included_file_filename("fonts");
 }
 
 }  // namespace
@@ -120,8 +120,9 @@ std::shared_ptr<WindowSession> open_window_session(const WindowOptions& options,
         error = "cannot connect the menus to the window";
         return nullptr;
     }
-    const std::string font = options.font_path.empty() ? default_font_path() : options.font_path;
-    if (!load_font_atlas(*session, font, error))
+    const std::string fonts =
+        options.font_folder.empty() ? default_font_folder() : options.font_folder;
+    if (!load_font_atlas(*session, fonts, error))
         return nullptr;
 
     SDL_RendererInfo info{};

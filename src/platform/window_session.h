@@ -30,6 +30,7 @@ struct WindowSession {
     ImGuiContext* imgui = nullptr;
     bool imgui_platform_ready = false;
     SDL_Texture* font_texture = nullptr;
+    // The regular faces; their bold and oblique siblings are in their families (ui/text_fonts.h).
     ImFont* font_small = nullptr;  // body text, about 20 px
     ImFont* font_large = nullptr;  // titles, about 40 px
     // Set between the input's poll (ImGui::NewFrame) and the renderer's present (ImGui::Render).

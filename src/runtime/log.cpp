@@ -1,9 +1,9 @@
 #include "runtime/log.h"
 
-#include <cctype>
 #include <cstdio>
 
 #include "runtime/process_state.h"
+#include "runtime/text_tags.h"
 
 namespace veldra {
 
@@ -39,41 +39,13 @@ LogSink* set_log_sink(LogSink* sink) {
     return previous;
 }
 
-namespace {
-
-// The markup the game writes: colours by "#" and hex digits or by name, layout, and the ends
-// "[/c]" and "[/]". Only these are tags, so a bracketed word in a message (a file's
-// "[localization]" section, a formula's "a[i]") is left as written.
-bool is_text_tag(std::string_view inner) {
-    static constexpr std::string_view NAMES[] = {
-        "/",     "/c",   "pin_left", "pin_center", "pin_right", "slant", "bold",  "italic", "red",
-        "green", "blue", "yellow",   "orange",     "purple",    "white", "black", "gray",   "grey",
-        "lime",  "aqua", "fuchsia",  "silver",     "maroon",    "navy",  "olive", "teal",
-    };
-    if (inner.size() > 1 && inner[0] == '#') {
-        for (char c : inner.substr(1))
-            if (!std::isxdigit(static_cast<unsigned char>(c)))
-                return false;
-        return inner.size() == 4 || inner.size() == 7 || inner.size() == 9;
-    }
-    for (std::string_view name : NAMES)
-        if (inner == name)
-            return true;
-    return false;
-}
-
-}  // namespace
-
 std::string remove_text_tags(std::string_view text) {
     std::string out;
     out.reserve(text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '[') {
-            const std::size_t end = text.find(']', i + 1);
-            if (end != std::string_view::npos && is_text_tag(text.substr(i + 1, end - i - 1))) {
-                i = end;
-                continue;
-            }
+        if (const std::optional<TextTag> tag = read_text_tag(text.substr(i))) {
+            i += tag->length - 1;
+            continue;
         }
         out.push_back(text[i]);
     }

@@ -24,8 +24,8 @@ void log_error(std::string_view message);
 // Replaces the process's log sink; returns the previous one (nullptr: stderr).
 LogSink* set_log_sink(LogSink* sink);
 
-// Removes colour and layout markup such as "[#dd5555]", "[red]", "[/c]" or "[pin_center]";
-// other bracketed text stays.
+// Removes the text markup's tags (runtime/text_tags.h) such as "[#dd5555]", "[b]", "[/c]" or
+// "[pin_center]"; other bracketed text stays.
 std::string remove_text_tags(std::string_view text);
 
 // Collects every line logged while it lives; for tests.

@@ -1,5 +1,6 @@
 #include "runtime/renderer.h"
 
+#include <cmath>
 #include <utility>
 
 namespace veldra {
@@ -46,9 +47,15 @@ void DrawList::texture(TextureId texture, float x, float y, float w, float h, Rg
 }
 
 void DrawList::text(float x, float y, std::string text, Rgba color, float size) {
+    text_box(x, y, 0, std::move(text), color, size);
+}
+
+void DrawList::text_box(float x, float y, float width, std::string text, Rgba color, float size,
+                        TextAlign align) {
     DrawCommand& c =
-        commands_.emplace_back(command(DrawCommand::Kind::text, x, y, 0, size, color));
+        commands_.emplace_back(command(DrawCommand::Kind::text, x, y, width, size, color));
     c.text = std::move(text);
+    c.align = align;
 }
 
 TextureId NullRenderer::create_texture(int, int, std::span<const std::uint32_t>) {
@@ -61,8 +68,11 @@ void NullRenderer::present() {
     ++frames_presented;
 }
 
-TextSize NullRenderer::measure_text(std::string_view text, float size) const {
-    return {static_cast<float>(text.size()) * size * 0.5f, size};
+TextSize NullRenderer::measure_text_box(std::string_view text, float size, float width) const {
+    const float wide = static_cast<float>(text.size()) * size * 0.5f;
+    if (width <= 0 || wide <= width)
+        return {wide, size};
+    return {width, size * std::ceil(wide / width)};
 }
 
 bool NullRenderer::save_screenshot(const std::string&, std::string& error) {

@@ -21,6 +21,9 @@ struct Rgba {
     bool operator==(const Rgba&) const = default;
 };
 
+// How the lines of a text sit in its box; the markup's "[pin_center]" and kin switch it.
+enum class TextAlign : std::uint8_t { left, center, right };
+
 // Textures are made once, at start-up, from pixels drawn by code; 0 means none.
 using TextureId = std::uint32_t;
 
@@ -29,13 +32,15 @@ struct DrawCommand {
     Kind kind = Kind::rect;
     // Logical pixels (1600 x 900 on screen, world pixels under a camera): the rectangle's or the
     // texture's top-left corner and size, the line's end points (x2, y2), the circle's centre
-    // and radius (w and h), or the text's top-left corner and line height in pixels (h).
+    // and radius (w and h), or the text's top-left corner, line height in pixels (h) and the
+    // width its lines wrap and align in (w; 0: no wrapping, aligned within the widest line).
     float x = 0, y = 0, w = 0, h = 0, x2 = 0, y2 = 0;
     Rgba color;
     TextureId texture = 0;
     float angle = 0;  // degrees, counter-clockwise, about the texture's centre
     bool flip_x = false;
-    std::string text;  // for Kind::text, with the game's colour tags
+    std::string text;  // for Kind::text, with the game's markup (runtime/text_tags.h)
+    TextAlign align = TextAlign::left;  // for Kind::text, until a tag changes it
 };
 
 class DrawList {
@@ -47,6 +52,10 @@ public:
     void texture(TextureId texture, float x, float y, float w, float h, Rgba tint = {255, 255, 255},
                  float angle = 0, bool flip_x = false);
     void text(float x, float y, std::string text, Rgba color, float size = 20);
+    // Text wrapped between words to `width` and aligned in it; "[pin_...]" tags override
+    // `align` from where they stand.
+    void text_box(float x, float y, float width, std::string text, Rgba color, float size = 20,
+                  TextAlign align = TextAlign::left);
 
     const std::vector<DrawCommand>& commands() const { return commands_; }
     void clear() { commands_.clear(); }
@@ -72,7 +81,12 @@ public:
     virtual void present() = 0;
     // Width and height in logical pixels that `text` takes at line height `size`, so views can
     // centre and right-align it.
-    virtual TextSize measure_text(std::string_view text, float size) const = 0;
+    TextSize measure_text(std::string_view text, float size) const {
+        return measure_text_box(text, size, 0);
+    }
+    // The same for text drawn by text_box with `width`: the widest line as wrapped, and the
+    // height of all lines.
+    virtual TextSize measure_text_box(std::string_view text, float size, float width) const = 0;
     // Writes the last presented frame as a PNG at the window's resolution. False, with the
     // reason in `error`, when there is no frame or the file cannot be written.
     virtual bool save_screenshot(const std::string& path, std::string& error) = 0;
@@ -88,7 +102,7 @@ public:
     TextureId create_texture(int width, int height, std::span<const std::uint32_t> pixels) override;
     void present() override;
     // A fixed-width estimate: good enough for layout that nobody sees.
-    TextSize measure_text(std::string_view text, float size) const override;
+    TextSize measure_text_box(std::string_view text, float size, float width) const override;
     // There is no picture without a window.
     bool save_screenshot(const std::string& path, std::string& error) override;
 

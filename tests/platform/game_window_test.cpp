@@ -1,6 +1,7 @@
 #include "platform/game_window.h"
 
 #include "platform/window_test_support.h"
+#include "runtime/paths.h"
 
 namespace veldra::platform::test {
 namespace {
@@ -65,20 +66,29 @@ TEST_F(GameWindowTest, FailuresLeaveTheServicesUntouched) {
     options.pace_frames = false;
     std::string error;
 
-    options.font_path = (folder / "no-such-font.ttf").string();
+    options.font_folder = (folder / "no-fonts-here").string();
     EXPECT_EQ(open_game_window(services, options, error), nullptr);
-    EXPECT_NE(error.find("no-such-font.ttf"), std::string::npos) << error;
+    EXPECT_NE(error.find("no-fonts-here/DejaVuSans.ttf"), std::string::npos) << error;
     EXPECT_NE(error.find("fonts-dejavu-core"), std::string::npos) << error;
 
-    const std::string not_a_font = (folder / "notes.ttf").string();
-    std::FILE* f = std::fopen(not_a_font.c_str(), "w");
+    // A folder with the regular face only: the oblique faces' package is named.
+    const std::filesystem::path partial = folder / "regular-only";
+    std::filesystem::create_directories(partial);
+    const std::filesystem::path fonts = std::filesystem::path(make_included_file_filename("fonts"));
+    std::filesystem::copy_file(fonts / "DejaVuSans.ttf", partial / "DejaVuSans.ttf");
+    std::filesystem::copy_file(fonts / "DejaVuSans-Bold.ttf", partial / "DejaVuSans-Bold.ttf");
+    options.font_folder = partial.string();
+    EXPECT_EQ(open_game_window(services, options, error), nullptr);
+    EXPECT_NE(error.find("DejaVuSans-Oblique.ttf"), std::string::npos) << error;
+    EXPECT_NE(error.find("fonts-dejavu-extra"), std::string::npos) << error;
+
+    std::FILE* f = std::fopen((partial / "DejaVuSans-Oblique.ttf").c_str(), "w");
     std::fputs("these are not glyphs", f);
     std::fclose(f);
-    options.font_path = not_a_font;
     EXPECT_EQ(open_game_window(services, options, error), nullptr);
     EXPECT_NE(error.find("not a TrueType"), std::string::npos) << error;
 
-    options.font_path.clear();
+    options.font_folder.clear();
     options.width = 0;
     EXPECT_EQ(open_game_window(services, options, error), nullptr);
     EXPECT_NE(error.find("not positive"), std::string::npos) << error;

@@ -1,5 +1,7 @@
 #include "platform/sdl_renderer.h"
 
+#include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "platform/window_test_support.h"
@@ -80,6 +82,43 @@ TEST_F(SdlRendererTest, ColourTagsChangeTheColourAndAreNotDrawn) {
     for (int y = 0; y < 22; ++y)
         for (int x = 0; x < 2 * w + 4; ++x)
             ASSERT_EQ(image.at(100 + x, 100 + y), image.at(100 + x, 200 + y)) << x << "," << y;
+}
+
+// The lit columns of the rows [y0, y1): first and one past the last.
+std::pair<int, int> lit_columns(const Image& image, int y0, int y1) {
+    int first = image.width;
+    int last = -1;
+    for (int y = y0; y < y1; ++y)
+        for (int x = 0; x < image.width; ++x)
+            if (lit(image.at(x, y))) {
+                first = std::min(first, x);
+                last = std::max(last, x);
+            }
+    return {first, last + 1};
+}
+
+TEST_F(SdlRendererTest, PinnedTextIsDrawnCentredInItsBoxAndMeasuredAsDrawn) {
+    renderer().draw_list().text_box(200, 300, 1000, "[pin_center]Harvest [b]moon", {255, 255, 255});
+    const std::string wrapped = "[pin_right]one two three four five six";
+    const TextSize measured = renderer().measure_text_box(wrapped, 20, 150);
+    renderer().draw_list().text_box(200, 500, 150, wrapped, {255, 255, 255});
+    const Image image = present_and_capture();
+    const auto [left, right] = lit_columns(image, 298, 324);
+    ASSERT_LT(left, right);
+    EXPECT_NEAR((left + right) / 2.0, 700, 3);
+    EXPECT_NEAR(right - left, renderer().measure_text("Harvest [b]moon", 20).width, 4);
+    // Wrapped lines end at the box's right edge, and take the height measured for them.
+    const int lines = static_cast<int>(measured.height / 20);
+    EXPECT_FLOAT_EQ(measured.height, 20.0f * lines);
+    ASSERT_GE(lines, 2);
+    EXPECT_LE(measured.width, 150);
+    for (int line = 0; line < lines; ++line) {
+        const auto [line_left, line_right] = lit_columns(image, 500 + 20 * line, 520 + 20 * line);
+        EXPECT_NEAR(line_right, 350, 3) << line;
+        EXPECT_GT(line_left, 200) << line;
+    }
+    const int bottom = 500 + 20 * lines;
+    EXPECT_EQ(count_pixels(image, 190, bottom + 2, 360, bottom + 40, lit), 0);
 }
 
 TEST_F(SdlRendererTest, LaterCommandsCoverEarlierText) {

@@ -72,15 +72,5 @@ TEST(Callstack, MarkersPushAFrameAndPopOnExit) {
     EXPECT_EQ(callstack_depth(), outer);
 }
 
-TEST(RemoveTextTags, StripsColourAndLayoutTagsOnly) {
-    EXPECT_EQ(remove_text_tags("[#dd5555]Error:[/c] x"), "Error: x");
-    EXPECT_EQ(remove_text_tags("[pin_center][slant](not connected)"), "(not connected)");
-    EXPECT_EQ(remove_text_tags("array [1, 2] and [Caps]"), "array [1, 2] and [Caps]");
-    EXPECT_EQ(remove_text_tags("unclosed [#abc"), "unclosed [#abc");
-    EXPECT_EQ(remove_text_tags("[red]x[/] has no [localization] section, a[i]"),
-              "x has no [localization] section, a[i]");
-    EXPECT_EQ(remove_text_tags("[#12345g]"), "[#12345g]");
-}
-
 }  // namespace
 }  // namespace veldra

@@ -5,8 +5,8 @@
 
 #include <cmath>
 
+#include "runtime/hex_color.h"
 #include "runtime/renderer.h"
-#include "ui/hex_color.h"
 #include "ui/sprite_painting.h"
 #include "ui/sprites.h"
 #include "ui/terrain_image.h"

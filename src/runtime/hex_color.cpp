@@ -1,4 +1,4 @@
-#include "ui/hex_color.h"
+#include "runtime/hex_color.h"
 
 namespace veldra {
 

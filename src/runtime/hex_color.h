@@ -1,5 +1,5 @@
 #pragma once
-// Colours the configuration gives as text.
+// Colours written as text: in the configuration and in the text markup.
 
 #include <cstdint>
 #include <optional>

@@ -1,0 +1,48 @@
+#include "ui/styled_text.h"
+
+#include <imgui.h>
+#include <imgui_internal.h>
+
+#include <algorithm>
+#include <cstdint>
+
+#include "ui/text_layout.h"
+
+namespace veldra {
+
+namespace {
+
+std::uint8_t channel(float value) {
+    return static_cast<std::uint8_t>(std::clamp(value, 0.0f, 1.0f) * 255.0f + 0.5f);
+}
+
+}  // namespace
+
+void styled_text(std::string_view markup, float wrap_width, std::size_t visible_characters) {
+    if (ImGui::GetCurrentWindow()->SkipItems)
+        return;
+    const float width = wrap_width > 0 ? wrap_width : ImGui::GetContentRegionAvail().x;
+    const ImVec4 own = ImGui::GetStyleColorVec4(ImGuiCol_Text);
+    const float window_alpha = ImGui::GetStyle().Alpha;
+    TextBox box;
+    box.size = ImGui::GetFontSize();
+    box.width = std::max(width, 0.0f);
+    box.colour = {channel(own.x), channel(own.y), channel(own.z), channel(own.w)};
+    const ImFont& font = *ImGui::GetFont();
+    TextLayout layout;
+    layout.lay_out(font, markup, box);
+
+    const ImVec2 origin = ImGui::GetCursorScreenPos();
+    ImDrawList& draw = *ImGui::GetWindowDrawList();
+    draw.PushTextureID(font.ContainerAtlas->TexID);
+    layout.for_each_quad(origin.x, origin.y, visible_characters, [&](const GlyphQuad& q) {
+        const auto alpha = static_cast<std::uint8_t>(q.colour.a * window_alpha + 0.5f);
+        draw.PrimReserve(6, 4);
+        draw.PrimRectUV({q.x0, q.y0}, {q.x1, q.y1}, {q.u0, q.v0}, {q.u1, q.v1},
+                        IM_COL32(q.colour.r, q.colour.g, q.colour.b, alpha));
+    });
+    draw.PopTextureID();
+    ImGui::Dummy({std::max(box.width, layout.size().width), layout.size().height});
+}
+
+}  // namespace veldra
