@@ -1,5 +1,7 @@
 #include "ui/dialog_frame.h"
 
+#include "ui/styled_text.h"
+
 #include <imgui_internal.h>
 
 #include <algorithm>
@@ -17,8 +19,7 @@ const ImVec4 WARNING_TEXT{0.96f, 0.55f, 0.45f, 1};
 // The one place a dialog's text meets the screen. The game's styled text can replace this body
 // (colours, centring) without touching the dialogs; until then the markup is dropped.
 void draw_markup_text(std::string_view markup) {
-    const std::string plain = remove_text_tags(markup);
-    ImGui::TextWrapped("%s", plain.c_str());
+    styled_text(markup, 0);
 }
 
 // Over everything but the dialog: it dims the screen and takes the clicks beside the dialog, so

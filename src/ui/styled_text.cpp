@@ -35,6 +35,12 @@ void styled_text(std::string_view markup, float wrap_width, std::size_t visible_
     const ImVec2 origin = ImGui::GetCursorScreenPos();
     ImDrawList& draw = *ImGui::GetWindowDrawList();
     draw.PushTextureID(font.ContainerAtlas->TexID);
+    // The text takes the room its glyphs cover, not the whole box: a widget on the same line
+    // (SameLine) goes right after it.
+    float right = origin.x + layout.size().width;
+    layout.for_each_quad(origin.x, origin.y, std::string::npos, [&](const GlyphQuad& q) {
+        right = std::max(right, q.x1);
+    });
     layout.for_each_quad(origin.x, origin.y, visible_characters, [&](const GlyphQuad& q) {
         const auto alpha = static_cast<std::uint8_t>(q.colour.a * window_alpha + 0.5f);
         draw.PrimReserve(6, 4);
@@ -42,7 +48,7 @@ void styled_text(std::string_view markup, float wrap_width, std::size_t visible_
                         IM_COL32(q.colour.r, q.colour.g, q.colour.b, alpha));
     });
     draw.PopTextureID();
-    ImGui::Dummy({std::max(box.width, layout.size().width), layout.size().height});
+    ImGui::Dummy({right - origin.x, layout.size().height});
 }
 
 }  // namespace veldra
