@@ -27,10 +27,15 @@ constexpr float SLIDER_NUMBER_BOX_WIDTH = 110;  // the typed value beside a slid
 constexpr const char* PAGE_MARK = " \xE2\x80\xBA";
 constexpr const char* BACK_MARK = "\xE2\x80\xB9 ";
 
-// The window session loads the body font first and the title font second.
+// Titles take the largest font of the atlas (the first face of that size is the regular one);
+// with one font loaded, that one.
 ImFont* title_font() {
     const ImFontAtlas& atlas = *ImGui::GetIO().Fonts;
-    return atlas.Fonts.Size > 1 ? atlas.Fonts[1] : atlas.Fonts[0];
+    ImFont* title = atlas.Fonts[0];
+    for (ImFont* font : atlas.Fonts)
+        if (font->FontSize > title->FontSize)
+            title = font;
+    return title;
 }
 
 bool key_pressed(ImGuiKey key) {

@@ -1,0 +1,151 @@
+// A whole local session in a real window, driven by a UI script as a participant would play it:
+// the developer menu, the traits menus, two trials, the result menus, the end menu and its save
+// dialog. The saved CSV is then checked line by line against trials run on their own.
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "platform/window_test_support.h"
+#include "serial/json.h"
+#include "trials/trial_data.h"
+
+namespace veldra {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::vector<std::string> split(const std::string& line, char separator) {
+    std::vector<std::string> cells;
+    std::stringstream stream(line);
+    std::string cell;
+    while (std::getline(stream, cell, separator))
+        cells.push_back(cell);
+    return cells;
+}
+
+std::vector<std::string> lines_of(const fs::path& path) {
+    std::ifstream file(path);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(file, line);)
+        lines.push_back(line);
+    return lines;
+}
+
+class WindowedSessionTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        VELDRA_NEED_DISPLAY();
+        folder = fs::temp_directory_path() / ("veldra-windowed-session-" + std::to_string(::getpid()));
+        fs::create_directories(folder);
+        // Two small levels with a monster, food and another human, so the results say something.
+        std::ofstream(folder / "one.txt") << "xxxxxxx\nx p  hx\nx  f  x\nxm    x\nxxxxxxx\n";
+        std::ofstream(folder / "two.txt") << "xxxxxxxx\nxh    px\nx ff   x\nx   m  x\nxxxxxxxx\n";
+        std::ofstream(folder / "study.json")
+            << R"({ "trial_time": 3, "game_speed": 4, "levels": ["one.txt", "two.txt"] })";
+    }
+    void TearDown() override {
+        std::error_code ec;
+        fs::remove_all(folder, ec);
+    }
+
+    int veldra(const std::string& arguments, const std::string& output = "out.txt") {
+        const std::string command = "cd '" + folder.string() + "' && SDL_AUDIODRIVER=dummy '" +
+                                    fs::absolute("veldra").string() + "' " + arguments + " >" +
+                                    output + " 2>>err.txt";
+        return std::system(command.c_str());
+    }
+    std::string errors() const {
+        std::ifstream file(folder / "err.txt");
+        std::stringstream text;
+        text << file.rdbuf();
+        return text.str();
+    }
+
+    fs::path folder;
+};
+
+TEST_F(WindowedSessionTest, ALocalSessionOfTwoLevelsEndsInASavedCsvOfItsTrials) {
+    const fs::path saved = folder / "results.csv";
+    std::ofstream(folder / "session.ui") << "wait DEVELOPER MENU\n"
+                                            "click Start session (local)\n"
+                                            "wait START SESSION (LOCAL)\n"
+                                            "click Continue\n"
+                                            "wait Level 1/2: choose your personality\n"
+                                            "click Start\n"
+                                            "wait Level 1/2 done\n"
+                                            "click Continue\n"
+                                            "wait Level 2/2: choose your personality\n"
+                                            "click Start\n"
+                                            "wait Level 2/2 done\n"
+                                            "click Continue\n"
+                                            "wait All levels done\n"
+                                            "click Save results\n"
+                                            "frames 10\n"
+                                            "type " + saved.string() + "\n"
+                                            "frames 5\n"
+                                            "key enter\n"
+                                            "frames 20\n"
+                                            "quit\n";
+    ASSERT_EQ(veldra("lang=en config=study.json ui_script=session.ui frames=3000 "
+                     "log_output_file=run.log"),
+              0)
+        << errors();
+
+    const std::vector<std::string> lines = lines_of(saved);
+    ASSERT_EQ(lines.size(), 3u) << errors();
+    EXPECT_EQ(lines[0] + "\n", trial_data_as_csv_headers());
+    const std::vector<std::string> names = split(lines[0], ';');
+    const char* levels[] = {"one.txt", "two.txt"};
+    for (std::size_t i = 1; i < lines.size(); ++i) {
+        std::map<std::string, std::string> cell;
+        const std::vector<std::string> cells = split(lines[i], ';');
+        ASSERT_EQ(cells.size(), names.size()) << lines[i];
+        for (std::size_t c = 0; c < names.size(); ++c)
+            cell[names[c]] = cells[c];
+        EXPECT_EQ(cell["user_id"], "LOCAL_USER");
+        EXPECT_EQ(cell["level_info.filename"], levels[i - 1]);
+        EXPECT_EQ(cell["level_info.play_order"], std::to_string(i - 1));
+        EXPECT_EQ(cell["level_info.num_monsters"], "1");
+        // Nobody steered, so the trial is the automatic one of the same seed and traits.
+        const std::string traits = cell["traits.openness"] + "," +
+                                   cell["traits.conscientiousness"] + "," +
+                                   cell["traits.extraversion"] + "," +
+                                   cell["traits.agreeableness"] + "," + cell["traits.neuroticism"];
+        ASSERT_EQ(veldra("headless=1 config=study.json trial_level=" + cell["level_info.filename"] +
+                             " seed=" + cell["seed"] + " traits=" + traits,
+                         "alone.json"),
+                  0)
+            << errors();
+        std::ifstream alone(folder / "alone.json");
+        std::stringstream json;
+        json << alone.rdbuf();
+        const std::string one_line = json.str().substr(0, json.str().find('\n'));
+        const auto parsed = json_parse(one_line);
+        ASSERT_TRUE(parsed) << one_line;
+        const Value& result = *parsed;
+        EXPECT_EQ(cell["result.type"], result.get("type").as_string());
+        for (const char* field : {"time_left", "num_monsters_remaining", "num_food_remaining",
+                                  "num_humans_remaining", "energy_remaining", "trial_score"})
+            EXPECT_DOUBLE_EQ(std::stod(cell[std::string("result.") + field]),
+                             result.get(field).as_number())
+                << field << " of " << levels[i - 1];
+    }
+    // The autosave beside the log holds the same lines.
+    std::vector<fs::path> autosaves;
+    for (const auto& entry : fs::directory_iterator(folder))
+        if (entry.path().filename().string().rfind("session-LOCAL_USER-", 0) == 0)
+            autosaves.push_back(entry.path());
+    ASSERT_EQ(autosaves.size(), 1u);
+    EXPECT_EQ(lines_of(autosaves[0]), lines);
+}
+
+}  // namespace
+}  // namespace veldra
