@@ -26,10 +26,10 @@ Promise dialog_get_string(Dialogs& dialogs, std::string_view prompt, std::string
 }
 
 Promise dialog_get_open_filename(Dialogs& dialogs, std::string_view filter,
-                                 std::string_view initial) {
-    return Promise([&dialogs, filter = std::string(filter), initial = std::string(initial)](
-                       const Resolve& resolve, const Reject&) {
-        dialogs.get_open_filename(filter, initial, settle_with(resolve));
+                                 std::string_view initial, std::string_view title) {
+    return Promise([&dialogs, filter = std::string(filter), initial = std::string(initial),
+                    title = std::string(title)](const Resolve& resolve, const Reject&) {
+        dialogs.get_open_filename(filter, initial, title, settle_with(resolve));
     });
 }
 

@@ -12,7 +12,7 @@ namespace veldra {
 
 Promise dialog_get_string(Dialogs& dialogs, std::string_view prompt, std::string_view initial);
 Promise dialog_get_open_filename(Dialogs& dialogs, std::string_view filter,
-                                 std::string_view initial);
+                                 std::string_view initial, std::string_view title = {});
 Promise dialog_get_save_filename(Dialogs& dialogs, std::string_view filter,
                                  std::string_view initial, std::string_view title);
 

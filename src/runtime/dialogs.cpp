@@ -22,7 +22,7 @@ void ScriptedDialogs::get_string(std::string_view prompt, std::string_view, Dial
 }
 
 void ScriptedDialogs::get_open_filename(std::string_view filter, std::string_view,
-                                        DialogAnswer answer) {
+                                        std::string_view, DialogAnswer answer) {
     answer_next(filter, answer);
 }
 

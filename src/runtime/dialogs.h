@@ -19,7 +19,7 @@ public:
     virtual void get_string(std::string_view prompt, std::string_view initial,
                             DialogAnswer answer) = 0;
     virtual void get_open_filename(std::string_view filter, std::string_view initial,
-                                   DialogAnswer answer) = 0;
+                                   std::string_view title, DialogAnswer answer) = 0;
     virtual void get_save_filename(std::string_view filter, std::string_view initial,
                                    std::string_view title, DialogAnswer answer) = 0;
     virtual void show_message(std::string_view text) = 0;
@@ -33,7 +33,7 @@ public:
     void get_string(std::string_view prompt, std::string_view initial,
                     DialogAnswer answer) override;
     void get_open_filename(std::string_view filter, std::string_view initial,
-                           DialogAnswer answer) override;
+                           std::string_view title, DialogAnswer answer) override;
     void get_save_filename(std::string_view filter, std::string_view initial,
                            std::string_view title, DialogAnswer answer) override;
     void show_message(std::string_view text) override;

@@ -85,8 +85,7 @@ MenuDefinition local_session_page(AppState& app) {
 
 void generate_levels(AppState& app) {
     auto generator = std::make_shared<std::string>();
-    message(app, "Select a generator file.");
-    dialog_get_open_filename(*app.services.dialogs, "*.json", "")
+    dialog_get_open_filename(*app.services.dialogs, "*.json", "", "Select a generator file.")
         .and_then([&app, generator](const Value& file) -> HandlerResult {
             if (!file.is_string() || file.as_string().empty())
                 return promise_reject(Value());
@@ -114,8 +113,8 @@ void auto_run(AppState& app) {
         double seed = 0;
     };
     auto answers = std::make_shared<Answers>();
-    message(app, "Select an auto-run configuration file.");
-    dialog_get_open_filename(*app.services.dialogs, "*.json", "")
+    dialog_get_open_filename(*app.services.dialogs, "*.json", "",
+                             "Select an auto-run configuration file.")
         .and_then([&app, answers](const Value& file) -> HandlerResult {
             if (!file.is_string() || file.as_string().empty())
                 return promise_reject(Value());
@@ -181,8 +180,7 @@ MenuDefinition level_list_page(AppState& app) {
 }
 
 void play_level_from_file(AppState& app) {
-    message(app, "Select a level file");
-    dialog_get_open_filename(*app.services.dialogs, "*.txt", "")
+    dialog_get_open_filename(*app.services.dialogs, "*.txt", "", "Select a level file")
         .and_then([&app](const Value& file) {
             if (!file.is_string() || file.as_string().empty())
                 return;

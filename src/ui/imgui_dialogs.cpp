@@ -23,8 +23,9 @@ void ImGuiDialogs::get_string(std::string_view prompt, std::string_view initial,
 }
 
 void ImGuiDialogs::get_open_filename(std::string_view filter, std::string_view initial,
-                                     DialogAnswer answer) {
-    push(make_file_dialog(FileBrowserMode::open, filter, initial, ""), std::move(answer));
+                                     std::string_view title, DialogAnswer answer) {
+    push(make_file_dialog(FileBrowserMode::open, filter, initial, std::string(title)),
+         std::move(answer));
 }
 
 void ImGuiDialogs::get_save_filename(std::string_view filter, std::string_view initial,

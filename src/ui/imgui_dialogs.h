@@ -32,7 +32,7 @@ public:
     void get_string(std::string_view prompt, std::string_view initial,
                     DialogAnswer answer) override;
     void get_open_filename(std::string_view filter, std::string_view initial,
-                           DialogAnswer answer) override;
+                           std::string_view title, DialogAnswer answer) override;
     void get_save_filename(std::string_view filter, std::string_view initial,
                            std::string_view title, DialogAnswer answer) override;
     // Also logged, so the message is in the log file whether or not anyone was watching.

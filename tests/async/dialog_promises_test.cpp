@@ -16,7 +16,8 @@ public:
     void get_string(std::string_view, std::string_view, DialogAnswer answer) override {
         pending = std::move(answer);
     }
-    void get_open_filename(std::string_view, std::string_view, DialogAnswer answer) override {
+    void get_open_filename(std::string_view, std::string_view, std::string_view,
+                           DialogAnswer answer) override {
         pending = std::move(answer);
     }
     void get_save_filename(std::string_view, std::string_view, std::string_view,

@@ -148,8 +148,10 @@ protected:
 
 TEST_F(FileDialogTest, ListsFoldersFirstThenFilteredFilesAndAllFilesOnRequest) {
     Answer answer;
-    dialogs().get_open_filename("*.json", (root() / "nothing_here").string(), to(answer));
+    dialogs().get_open_filename("*.json", (root() / "nothing_here").string(), "Pick one",
+                                to(answer));
     frames(3);
+    EXPECT_TRUE(shown().shows("Pick one"));
     EXPECT_EQ(folder(), root());
     EXPECT_EQ(entries_shown(), (std::vector<std::string>{"sub/", "a.json", "b.json"}));
     EXPECT_LT(shown().item("sub/")->y, shown().item("a.json")->y);
@@ -161,7 +163,7 @@ TEST_F(FileDialogTest, ListsFoldersFirstThenFilteredFilesAndAllFilesOnRequest) {
 
 TEST_F(FileDialogTest, DoubleClicksEnterAFolderGoUpAndPickAFile) {
     Answer answer;
-    dialogs().get_open_filename("*.json", root().string(), to(answer));
+    dialogs().get_open_filename("*.json", root().string(), "", to(answer));
     frames(3);
     double_click("sub/");
     EXPECT_EQ(folder(), root() / "sub");
@@ -176,7 +178,7 @@ TEST_F(FileDialogTest, DoubleClicksEnterAFolderGoUpAndPickAFile) {
 
 TEST_F(FileDialogTest, AClickedFileIsPickedWithOk) {
     Answer answer;
-    dialogs().get_open_filename("*.json", root().string(), to(answer));
+    dialogs().get_open_filename("*.json", root().string(), "", to(answer));
     frames(3);
     click("a.json");
     EXPECT_EQ(answer.calls, 0);
@@ -187,7 +189,7 @@ TEST_F(FileDialogTest, AClickedFileIsPickedWithOk) {
 
 TEST_F(FileDialogTest, AFolderThatCannotBeReadSaysWhyAndTheDialogStaysUsable) {
     Answer answer;
-    dialogs().get_open_filename("*.json", root().string(), to(answer));
+    dialogs().get_open_filename("*.json", root().string(), "", to(answer));
     frames(3);
     fs::remove_all(root() / "sub");  // gone between listing and double-click
     double_click("sub/");
