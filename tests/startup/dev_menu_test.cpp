@@ -1,0 +1,99 @@
+#include "startup/dev_menu.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "config/game_configurations.h"
+#include "runtime/dialogs.h"
+#include "runtime/gc.h"
+#include "startup/app_state.h"
+
+namespace veldra {
+namespace {
+
+using Labels = std::vector<std::string>;
+
+Labels labels_of(const MenuDefinition& menu) {
+    Labels labels;
+    for (const MenuEntry& entry : menu.entries)
+        labels.push_back(entry.label);
+    return labels;
+}
+
+const MenuDefinition& page_of(const MenuDefinition& menu, const std::string& label) {
+    for (const MenuEntry& entry : menu.entries)
+        if (entry.label == label && entry.page)
+            return *entry.page;
+    throw std::runtime_error("no page " + label);
+}
+
+class DevMenuTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        setenv("VeldraProjectDir", VELDRA_SOURCE_DIR, 1);
+        ASSERT_TRUE(reload_game_configurations(app.sim.configs, *app.services.files, ""));
+        dialogs().echo_messages_to_stderr = false;
+    }
+    ScriptedDialogs& dialogs() { return static_cast<ScriptedDialogs&>(*app.services.dialogs); }
+
+    GcScope collector;
+    AppState app{{"veldra"}};
+};
+
+TEST_F(DevMenuTest, OffersEveryEntryInItsOrderAndSaysWhenNoServerIsThere) {
+    const Labels offline = {"DEVELOPER MENU",
+                            "Start session (server)",
+                            "[pin_center][slant](not connected to a server)",
+                            "Start session (local)",
+                            "Generate levels",
+                            "Auto-run",
+                            "Play one level from the list",
+                            "Play one level from a file repeatedly"};
+    EXPECT_EQ(labels_of(make_dev_menu(app, false)), offline);
+    Labels online = offline;
+    online.erase(online.begin() + 2);
+    EXPECT_EQ(labels_of(make_dev_menu(app, true)), online);
+
+    const MenuDefinition menu = make_dev_menu(app, false);
+    EXPECT_EQ(labels_of(page_of(menu, "Start session (server)")),
+              (Labels{"START SESSION (SERVER)",
+                      "[pin_center]You're about to start a session of one or more trials. The "
+                      "results of the trials will be submitted to the server.",
+                      "User ID", "[pin_center]Continue?", "Continue"}));
+    EXPECT_EQ(labels_of(page_of(menu, "Start session (local)")),
+              (Labels{"START SESSION (LOCAL)",
+                      "[pin_center]You're about to start a session of one or more trials. At "
+                      "the end of the session, you will get to save the trial results as a "
+                      "CSV-file on your computer.",
+                      "[pin_center]Continue?", "Continue"}));
+    // One entry per level of the configuration, after the heading.
+    const Labels levels = labels_of(page_of(menu, "Play one level from the list"));
+    ASSERT_EQ(levels.size(), app.sim.configs->levels.size() + 1);
+    EXPECT_EQ(levels[0], "Select level");
+    EXPECT_EQ(levels[1], app.sim.configs->levels.at(0).as_string());
+}
+
+TEST_F(DevMenuTest, AServerSessionNeedsAUserIdAndAServer) {
+    const MenuDefinition menu = make_dev_menu(app, false);
+    const MenuDefinition& page = page_of(menu, "Start session (server)");
+    page.entries.back().action();
+    ASSERT_EQ(dialogs().messages_shown.size(), 1u);
+    EXPECT_EQ(dialogs().messages_shown[0], "Enter a user ID first.");
+    page.entries[2].field->text = "P17";
+    page.entries.back().action();
+    EXPECT_EQ(dialogs().messages_shown.back(), "Failed to connect to the server.");
+}
+
+TEST_F(DevMenuTest, CancelledQuestionsStartNothing) {
+    const MenuDefinition menu = make_dev_menu(app, false);
+    for (const MenuEntry& entry : menu.entries)
+        if (entry.kind == MenuEntryKind::function)
+            entry.action();  // every question is cancelled: no answers are scripted
+    EXPECT_EQ(dialogs().questions_asked, (std::deque<std::string>{"*.json", "*.json", "*.txt"}));
+    EXPECT_TRUE(dialogs().messages_shown.empty());
+    EXPECT_FALSE(app.local_session);
+}
+
+}  // namespace
+}  // namespace veldra

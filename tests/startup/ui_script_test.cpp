@@ -1,0 +1,48 @@
+#include "startup/ui_script.h"
+
+#include <gtest/gtest.h>
+
+namespace veldra {
+namespace {
+
+TEST(UiScript, ReadsEveryCommandAndSkipsCommentsAndBlankLines) {
+    std::string error;
+    const auto commands = parse_ui_script(
+        "# a session\n\nwait Level 1/2 done\r\nclick Start session (local)\n  key enter\n"
+        "hold d 30\ntype C:\\data\\trials.csv\nframes 12\nquit\n",
+        error);
+    ASSERT_TRUE(commands) << error;
+    ASSERT_EQ(commands->size(), 7u);
+    using Kind = UiCommand::Kind;
+    EXPECT_EQ((*commands)[0].kind, Kind::wait);
+    EXPECT_EQ((*commands)[0].text, "Level 1/2 done");
+    EXPECT_EQ((*commands)[0].line, 3);
+    EXPECT_EQ((*commands)[1].text, "Start session (local)");
+    EXPECT_EQ((*commands)[2].kind, Kind::key);
+    EXPECT_EQ((*commands)[2].key, Key::enter);
+    EXPECT_EQ((*commands)[3].kind, Kind::hold);
+    EXPECT_EQ((*commands)[3].key, Key::d);
+    EXPECT_EQ((*commands)[3].count, 30);
+    EXPECT_EQ((*commands)[4].text, "C:\\data\\trials.csv");
+    EXPECT_EQ((*commands)[5].count, 12);
+    EXPECT_EQ((*commands)[6].kind, Kind::quit);
+}
+
+TEST(UiScript, NamesTheLineOfTheFirstMistake) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"frames 2\njump high\n", "line 2: unknown command \"jump\""},
+        {"click\n", "line 1: \"click\" needs a text after it"},
+        {"key q\n", "line 1: \"q\" is not a key this game knows"},
+        {"hold d\n", "line 1: \"hold\" needs a key and a number of frames"},
+        {"frames -3\n", "line 1: \"frames\" needs a whole number"},
+        {"frames 1e9\n", "line 1: \"frames\" needs a whole number"},
+    };
+    for (const auto& [text, message] : cases) {
+        std::string error;
+        EXPECT_FALSE(parse_ui_script(text, error)) << text;
+        EXPECT_EQ(error, message) << text;
+    }
+}
+
+}  // namespace
+}  // namespace veldra
