@@ -147,5 +147,34 @@ TEST_F(WindowedSessionTest, ALocalSessionOfTwoLevelsEndsInASavedCsvOfItsTrials) 
     EXPECT_EQ(lines_of(autosaves[0]), lines);
 }
 
+TEST_F(WindowedSessionTest, ClosingTheWindowMidSessionAsksFirstAndKeepsTheFinishedTrials) {
+    std::ofstream(folder / "leave.ui") << "wait Level 1/2: choose your personality\n"
+                                          "click Start\n"
+                                          "wait Level 1/2 done\n"
+                                          "quit\n"
+                                          "wait Leave the session?\n"
+                                          "click Keep playing\n"
+                                          "wait Level 1/2 done\n"
+                                          "click Continue\n"
+                                          "wait Level 2/2: choose your personality\n"
+                                          "quit\n"
+                                          "wait Leave the session?\n"
+                                          "click Quit\n"
+                                          "frames 600\n";
+    ASSERT_EQ(veldra("lang=en config=study.json demo=1 ui_script=leave.ui frames=3000 "
+                     "log_output_file=run.log"),
+              0)
+        << errors();
+    std::vector<fs::path> autosaves;
+    for (const auto& entry : fs::directory_iterator(folder))
+        if (entry.path().filename().string().rfind("session-DEMO_USER-", 0) == 0)
+            autosaves.push_back(entry.path());
+    ASSERT_EQ(autosaves.size(), 1u) << errors();
+    const std::vector<std::string> lines = lines_of(autosaves[0]);
+    ASSERT_EQ(lines.size(), 2u);  // the header and the one trial finished
+    EXPECT_NE(lines[1].find(";one.txt;"), std::string::npos) << lines[1];
+    EXPECT_NE(lines[1].find(";DEMO_USER"), std::string::npos) << lines[1];
+}
+
 }  // namespace
 }  // namespace veldra
