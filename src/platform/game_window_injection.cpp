@@ -57,6 +57,10 @@ void GameWindow::inject_key(Key key, bool down) {
     SDL_PushEvent(&e);
 }
 
+void GameWindow::request_screenshot(const std::string& path) {
+    session_->pending_screenshot = path;
+}
+
 void GameWindow::inject_text(const std::string& utf8) {
     // One event carries at most 31 bytes; longer text goes in pieces, never inside a character.
     std::size_t at = 0;

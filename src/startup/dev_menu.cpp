@@ -128,7 +128,7 @@ void auto_run(AppState& app) {
                 return promise_reject(Value());
             const auto value = parse_seed_value(seed.as_string());
             if (!value) {
-                message(app, "\"" + seed.as_string() + "\" is not a seed: " + std::string(SEED_PROBLEM));
+                message(app, "\"" + seed.as_string() + "\" " + std::string(SEED_PROBLEM));
                 return promise_reject(Value());
             }
             answers->seed = *value;

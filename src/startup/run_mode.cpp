@@ -75,12 +75,16 @@ void choose_run_mode(AppState& app) {
         return start_replay_mode(app, params);
     if (params.play_level)
         return start_play_mode(app, params);
-    if (params.demo && params.demo != "0") {
-        if (!app.sim.configs.loaded()) {
+    if (params.demo) {
+        const auto demo = parse_switch_value(*params.demo);
+        if (!demo)
+            return bad_parameter(app, "demo", *params.demo, "must be 0 or 1.");
+        if (*demo && !app.sim.configs.loaded()) {
             log_error("Cannot run without a configuration: see the errors above.");
             return end_program(app, 1);
         }
-        return start_demo_mode(app);
+        if (*demo)
+            return start_demo_mode(app);
     }
     // The developer menu needs a window; a headless start with nothing to run has nothing to
     // wait for, unless the caller asked for a number of frames.

@@ -6,6 +6,7 @@
 #include "config/game_configurations.h"
 #include "config/text_ids.h"
 #include "runtime/log.h"
+#include "runtime/number_format.h"
 #include "runtime/paths.h"
 #include "runtime/random_source.h"
 #include "runtime/services.h"
@@ -71,6 +72,20 @@ void on_quit_during_session(AppState& app, bool can_ask) {
     });
 }
 
+// Nobody watches a headless session: its trials play themselves, and the program ends with it,
+// its records in the autosave.
+SessionScreens headless_session_screens(AppState& app) {
+    SessionScreens screens;
+    screens.show_end = [&app](const std::string&, double total,
+                              std::shared_ptr<const std::vector<TrialData>>) {
+        log("The session's results are in \"" + app.local_session->autosave_path + "\"; total " +
+            number_to_string(total) + ".");
+        end_program(app, 0);
+    };
+    screens.show_problem = [&app](const std::string&) { end_program(app, 1); };
+    return screens;
+}
+
 }  // namespace
 
 std::vector<std::string> configured_levels(const AppState& app) {
@@ -118,8 +133,8 @@ bool start_local_session(AppState& app, std::vector<std::string> level_filenames
         app.session_context = std::make_unique<SessionContext>(
             SessionContext{app.sim, app.localization, window_session_screens(menus)});
     else
-        app.session_context =
-            std::make_unique<SessionContext>(SessionContext{app.sim, app.localization, {}});
+        app.session_context = std::make_unique<SessionContext>(
+            SessionContext{app.sim, app.localization, headless_session_screens(app)});
     const std::string autosave = session_autosave_path(app, user_id);
     app.local_session = local_session_start(*app.session_context, std::move(level_filenames),
                                             std::move(user_id), rng, autosave);

@@ -6,6 +6,7 @@
 #include "platform/game_window.h"
 #include "runtime/log.h"
 #include "runtime/runtime.h"
+#include "runtime/services.h"
 #include "startup/app_state.h"
 #include "startup/program.h"
 #include "ui/popup_menu.h"
@@ -69,12 +70,13 @@ std::optional<std::vector<UiCommand>> parse_ui_script(const std::string& text,
             error = "line " + std::to_string(number) + ": " + why;
             return std::nullopt;
         };
-        if (word == "wait" || word == "click" || word == "type") {
+        if (word == "wait" || word == "click" || word == "type" || word == "screenshot") {
             if (rest.empty())
                 return bad("\"" + word + "\" needs a text after it");
-            command.kind = word == "wait"    ? UiCommand::Kind::wait
-                           : word == "click" ? UiCommand::Kind::click
-                                             : UiCommand::Kind::type;
+            command.kind = word == "wait"         ? UiCommand::Kind::wait
+                           : word == "click"      ? UiCommand::Kind::click
+                           : word == "screenshot" ? UiCommand::Kind::screenshot
+                                                  : UiCommand::Kind::type;
             command.text = rest;
         } else if (word == "key" || word == "hold") {
             std::istringstream args(rest);
@@ -180,6 +182,10 @@ bool obj_ui_script::run(const UiCommand& command) {
         return true;
     case Kind::frames:
         return frames_in_command_ >= command.count;
+    case Kind::screenshot:
+        // Mid-frame the menus of the last frame are gone; the frame about to be shown has them.
+        window_.request_screenshot(command.text);
+        return true;
     case Kind::quit:
         if (app_.on_quit_requested)
             app_.on_quit_requested(true);

@@ -10,6 +10,7 @@
 //   hold NAME N      holds a key down for N frames
 //   type TEXT        types TEXT into whatever has the keyboard
 //   frames N         waits N frames
+//   screenshot FILE  writes the frame about to be shown as a PNG
 //   quit             closes the window as its close button does
 //
 // A wait or a click that does not find its text within a minute stops the program with an error
@@ -32,9 +33,9 @@ class GameWindow;
 }
 
 struct UiCommand {
-    enum class Kind { wait, click, key, hold, type, frames, quit };
+    enum class Kind { wait, click, key, hold, type, frames, screenshot, quit };
     Kind kind = Kind::frames;
-    std::string text;  // wait, click, type
+    std::string text;  // wait, click, type, screenshot
     Key key = Key::enter;
     long count = 0;  // hold, frames
     int line = 0;    // in the file, for messages

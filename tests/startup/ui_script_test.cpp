@@ -9,10 +9,10 @@ TEST(UiScript, ReadsEveryCommandAndSkipsCommentsAndBlankLines) {
     std::string error;
     const auto commands = parse_ui_script(
         "# a session\n\nwait Level 1/2 done\r\nclick Start session (local)\n  key enter\n"
-        "hold d 30\ntype C:\\data\\trials.csv\nframes 12\nquit\n",
+        "hold d 30\ntype C:\\data\\trials.csv\nframes 12\nscreenshot a b.png\nquit\n",
         error);
     ASSERT_TRUE(commands) << error;
-    ASSERT_EQ(commands->size(), 7u);
+    ASSERT_EQ(commands->size(), 8u);
     using Kind = UiCommand::Kind;
     EXPECT_EQ((*commands)[0].kind, Kind::wait);
     EXPECT_EQ((*commands)[0].text, "Level 1/2 done");
@@ -25,7 +25,9 @@ TEST(UiScript, ReadsEveryCommandAndSkipsCommentsAndBlankLines) {
     EXPECT_EQ((*commands)[3].count, 30);
     EXPECT_EQ((*commands)[4].text, "C:\\data\\trials.csv");
     EXPECT_EQ((*commands)[5].count, 12);
-    EXPECT_EQ((*commands)[6].kind, Kind::quit);
+    EXPECT_EQ((*commands)[6].kind, Kind::screenshot);
+    EXPECT_EQ((*commands)[6].text, "a b.png");
+    EXPECT_EQ((*commands)[7].kind, Kind::quit);
 }
 
 TEST(UiScript, NamesTheLineOfTheFirstMistake) {
