@@ -12,7 +12,7 @@ namespace veldra {
 // One row per parameter: name, one-line meaning for --help. Adding a parameter is one line.
 #define VELDRA_PROGRAM_PARAMETERS(X)                                                              \
     X(user_id, "user ID for a session against the research server")                               \
-    X(demo, "1 starts a local session of the configuration's levels at once (a kiosk)")            \
+    X(demo, "1 starts a local session of the configuration's levels at once (a kiosk)")           \
     X(config,                                                                                     \
       "custom configuration file laid over configurations.json (\".json\" may be left out)")      \
     X(lang, "language code of the texts, e.g. en or de (file localization/<code>.ini)")           \
@@ -47,7 +47,7 @@ namespace veldra {
       "the window's starting zoom: a number from 0.25 to 2, or \"fit\" for the whole level")      \
     X(developer_keys, "1 lets P pause and +/- change the game speed in a played trial")           \
     X(window_size,                                                                                \
-      "WIDTHxHEIGHT of the window in pixels (default 1600x900); the picture scales to it")      \
+      "WIDTHxHEIGHT of the window in pixels (default 1600x900); the picture scales to it")        \
     X(ui_script, "file of clicks, keys and waits played into the window (demos, windowed tests)")
 
 struct ProgramParameters {

@@ -51,8 +51,8 @@ TextureId SdlRenderer::create_texture(int width, int height,
         return 0;
     }
     // 0xRRGGBBAA as a 32-bit value is SDL's packed RGBA8888.
-    SDL_Texture* texture = SDL_CreateTexture(sdl_, SDL_PIXELFORMAT_RGBA8888,
-                                             SDL_TEXTUREACCESS_STATIC, width, height);
+    SDL_Texture* texture =
+        SDL_CreateTexture(sdl_, SDL_PIXELFORMAT_RGBA8888, SDL_TEXTUREACCESS_STATIC, width, height);
     if (!texture || SDL_UpdateTexture(texture, nullptr, pixels.data(), width * 4) != 0) {
         log_warning("Cannot make a texture of " + std::to_string(width) + " x " +
                     std::to_string(height) + " pixels: " + SDL_GetError());
@@ -82,7 +82,8 @@ void SdlRenderer::draw_texture(const DrawCommand& c) {
     SDL_SetTextureColorMod(texture, c.color.r, c.color.g, c.color.b);
     SDL_SetTextureAlphaMod(texture, c.color.a);
     if (t.opaque)
-        SDL_SetTextureBlendMode(texture, c.color.a == 255 ? SDL_BLENDMODE_NONE : SDL_BLENDMODE_BLEND);
+        SDL_SetTextureBlendMode(texture,
+                                c.color.a == 255 ? SDL_BLENDMODE_NONE : SDL_BLENDMODE_BLEND);
     const SDL_FRect target{c.x, c.y, c.w, c.h};
     // The plain copy is the software renderer's fast path; rotation and flipping are not.
     if (c.angle == 0 && !c.flip_x)
@@ -132,8 +133,8 @@ void SdlRenderer::draw_text(const DrawCommand& c) {
     if (text_mesh_.indices().empty())
         return;
     SDL_RenderGeometry(sdl_, session_->font_texture, text_mesh_.vertices().data(),
-                       static_cast<int>(text_mesh_.vertices().size()),
-                       text_mesh_.indices().data(), static_cast<int>(text_mesh_.indices().size()));
+                       static_cast<int>(text_mesh_.vertices().size()), text_mesh_.indices().data(),
+                       static_cast<int>(text_mesh_.indices().size()));
 }
 
 void SdlRenderer::draw_frame(const std::vector<DrawCommand>& commands, bool with_menus) {
@@ -141,31 +142,31 @@ void SdlRenderer::draw_frame(const std::vector<DrawCommand>& commands, bool with
     SDL_RenderClear(sdl_);
     for (const DrawCommand& c : commands) {
         switch (c.kind) {
-        case DrawCommand::Kind::rect: {
-            set_colour(c.color);
-            const SDL_FRect r{c.x, c.y, c.w, c.h};
-            SDL_RenderFillRectF(sdl_, &r);
-            break;
-        }
-        case DrawCommand::Kind::rect_outline: {
-            set_colour(c.color);
-            const SDL_FRect r{c.x, c.y, c.w, c.h};
-            SDL_RenderDrawRectF(sdl_, &r);
-            break;
-        }
-        case DrawCommand::Kind::line:
-            set_colour(c.color);
-            SDL_RenderDrawLineF(sdl_, c.x, c.y, c.x2, c.y2);
-            break;
-        case DrawCommand::Kind::circle:
-            draw_circle(c);
-            break;
-        case DrawCommand::Kind::texture:
-            draw_texture(c);
-            break;
-        case DrawCommand::Kind::text:
-            draw_text(c);
-            break;
+            case DrawCommand::Kind::rect: {
+                set_colour(c.color);
+                const SDL_FRect r{c.x, c.y, c.w, c.h};
+                SDL_RenderFillRectF(sdl_, &r);
+                break;
+            }
+            case DrawCommand::Kind::rect_outline: {
+                set_colour(c.color);
+                const SDL_FRect r{c.x, c.y, c.w, c.h};
+                SDL_RenderDrawRectF(sdl_, &r);
+                break;
+            }
+            case DrawCommand::Kind::line:
+                set_colour(c.color);
+                SDL_RenderDrawLineF(sdl_, c.x, c.y, c.x2, c.y2);
+                break;
+            case DrawCommand::Kind::circle:
+                draw_circle(c);
+                break;
+            case DrawCommand::Kind::texture:
+                draw_texture(c);
+                break;
+            case DrawCommand::Kind::text:
+                draw_text(c);
+                break;
         }
     }
     if (with_menus)
@@ -221,7 +222,8 @@ bool SdlRenderer::save_screenshot(const std::string& path, std::string& error) {
         error = "the window has no area to capture (minimised?)";
         return false;
     }
-    screenshot_pixels_.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4);
+    screenshot_pixels_.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) *
+                              4);
     // Reading is limited to the viewport, which is the letterboxed picture; the whole window,
     // black bars included, is what the player sees.
     SDL_RenderSetLogicalSize(sdl_, 0, 0);

@@ -21,8 +21,8 @@ void ScriptedDialogs::get_string(std::string_view prompt, std::string_view, Dial
     answer_next(prompt, answer);
 }
 
-void ScriptedDialogs::get_open_filename(std::string_view filter, std::string_view,
-                                        std::string_view, DialogAnswer answer) {
+void ScriptedDialogs::get_open_filename(std::string_view filter, std::string_view, std::string_view,
+                                        DialogAnswer answer) {
     answer_next(filter, answer);
 }
 

@@ -78,8 +78,9 @@ MenuDefinition local_session_page(AppState& app) {
                   "of the session, you will get to save the trial results as a CSV-file on your "
                   "computer."));
     page.entries.push_back(menu_text("[pin_center]Continue?"));
-    page.entries.push_back(menu_function(
-        "Continue", [&app] { start_session_from_menu(app, configured_levels(app), "LOCAL_USER"); }));
+    page.entries.push_back(menu_function("Continue", [&app] {
+        start_session_from_menu(app, configured_levels(app), "LOCAL_USER");
+    }));
     return page;
 }
 
@@ -153,9 +154,9 @@ void auto_run(AppState& app) {
                         status->clear();
                     if (!completed.as_bool())
                         return message(app, "The auto run stopped before its end; see the log.");
-                    const double seconds = std::chrono::duration<double>(
-                                               std::chrono::steady_clock::now() - started)
-                                               .count();
+                    const double seconds =
+                        std::chrono::duration<double>(std::chrono::steady_clock::now() - started)
+                            .count();
                     message(app, "Auto-run completed in " +
                                      number_to_string(std::round(seconds * 100) / 100) +
                                      " seconds.");

@@ -54,10 +54,11 @@ bool developer_asked(const AppState& app) {
 // Fulfilled once a language is active: the `lang` parameter, else (debug) asked for, else en.
 Promise choose_language(AppState& app) {
     initialize_localization(app.localization);
-    Promise code = app.params.lang       ? promise_resolve(*app.params.lang)
-                   : developer_asked(app) ? _debug_ask_localization(app.debugs, *app.services.dialogs,
-                                                                    *app.services.files)
-                                          : promise_resolve();
+    Promise code =
+        app.params.lang ? promise_resolve(*app.params.lang)
+        : developer_asked(app)
+            ? _debug_ask_localization(app.debugs, *app.services.dialogs, *app.services.files)
+            : promise_resolve();
     return code.and_then([&app](const Value& language) {
         load_and_set_localization(*app.services.files, app.localization,
                                   language.is_string() ? language.as_string() : "en");
@@ -68,8 +69,8 @@ Promise choose_language(AppState& app) {
 void create_status_displays(AppState& app) {
     if (!DEBUG_BUILD && app.sim.configs.loaded() && app.sim.configs->show_build_info_watermark)
         app.runtime.instance_create<obj_watermark>(
-            0, 0, "", std::string("Veldra ") + BUILD_VERSION + " (" + VELDRA_BUILD_CONFIGURATION +
-                          ")");
+            0, 0, "",
+            std::string("Veldra ") + BUILD_VERSION + " (" + VELDRA_BUILD_CONFIGURATION + ")");
     app.loading_status = app.runtime.instance_create<obj_loading_status>(0, 0, "").id();
 }
 

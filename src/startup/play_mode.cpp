@@ -93,7 +93,7 @@ void show_end_banner(AppState& app, const PlaySession& session, const TrialResul
                                   ? lid::TrialEndMenu_ResultPerished
                                   : lid::TrialEndMenu_ResultSurvived));
     lines.push_back(text_replace(text(app, lid::TrialEndMenu_Score), "TRIAL_SCORE",
-                                number_to_string(result.trial_score)));
+                                 number_to_string(result.trial_score)));
     if (session.replaying)
         lines.push_back(
             text(app, replay_matched ? lid::TrialEnd_ReplayMatched : lid::TrialEnd_ReplayDiffered));
@@ -255,7 +255,8 @@ void start_replay_mode(AppState& app, const ProgramParameters& params) {
     session->replaying = true;
     session->record = std::move(*record);
     std::string level_digest;
-    const std::string level_path = params.play_level ? *params.play_level : session->record.level_path;
+    const std::string level_path =
+        params.play_level ? *params.play_level : session->record.level_path;
     auto level = load_level(app, level_path, level_digest);
     const auto config_digest = configuration_digest(app);
     if (!level || !config_digest)

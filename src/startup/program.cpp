@@ -9,6 +9,7 @@
 #include "async/promise_event_loop.h"
 #include "config/program_parameters.h"
 #include "platform/executable_path.h"
+#include "platform/game_window.h"
 #include "platform/local_time.h"
 #include "runtime/frame_loop.h"
 #include "runtime/gc.h"
@@ -17,12 +18,11 @@
 #include "runtime/runtime.h"
 #include "runtime/services.h"
 #include "startup/app_state.h"
-#include "startup/obj_init.h"
 #include "startup/frame_times.h"
+#include "startup/obj_init.h"
 #include "startup/rooms.h"
 #include "startup/ui_script.h"
 #include "startup/window_setup.h"
-#include "platform/game_window.h"
 #include "veldra_version.h"
 
 namespace veldra {

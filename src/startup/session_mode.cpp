@@ -13,9 +13,9 @@
 #include "startup/app_state.h"
 #include "startup/program.h"
 #include "trials/session.h"
-#include "veldra_version.h"
 #include "ui/popup_menu.h"
 #include "ui/session_menus.h"
+#include "veldra_version.h"
 #include "world/level_file.h"
 
 namespace veldra {
@@ -42,9 +42,9 @@ void on_quit_during_session(AppState& app, bool can_ask) {
     auto quit = [&app] {
         if (app.local_session && !app.local_session->autosave_path.empty() &&
             !app.local_session->trials->empty()) {
-            const std::string error = app.services.files->write(
-                app.local_session->autosave_path,
-                trial_results_csv_text(*app.local_session->trials));
+            const std::string error =
+                app.services.files->write(app.local_session->autosave_path,
+                                          trial_results_csv_text(*app.local_session->trials));
             if (error.empty())
                 log("The session's results so far are saved in \"" +
                     app.local_session->autosave_path + "\".");

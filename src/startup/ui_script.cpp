@@ -19,13 +19,24 @@ namespace {
 constexpr long WAIT_LIMIT_FRAMES = 60 * 60;
 
 std::optional<Key> key_named(std::string_view name) {
-    static const std::pair<std::string_view, Key> names[] = {
-        {"up", Key::up},       {"down", Key::down},   {"left", Key::left},
-        {"right", Key::right}, {"w", Key::w},         {"a", Key::a},
-        {"s", Key::s},         {"d", Key::d},         {"space", Key::space},
-        {"enter", Key::enter}, {"escape", Key::escape}, {"tab", Key::tab},
-        {"backspace", Key::backspace}, {"f11", Key::f11}, {"f12", Key::f12},
-        {"plus", Key::plus},   {"minus", Key::minus}, {"p", Key::p}};
+    static const std::pair<std::string_view, Key> names[] = {{"up", Key::up},
+                                                             {"down", Key::down},
+                                                             {"left", Key::left},
+                                                             {"right", Key::right},
+                                                             {"w", Key::w},
+                                                             {"a", Key::a},
+                                                             {"s", Key::s},
+                                                             {"d", Key::d},
+                                                             {"space", Key::space},
+                                                             {"enter", Key::enter},
+                                                             {"escape", Key::escape},
+                                                             {"tab", Key::tab},
+                                                             {"backspace", Key::backspace},
+                                                             {"f11", Key::f11},
+                                                             {"f12", Key::f12},
+                                                             {"plus", Key::plus},
+                                                             {"minus", Key::minus},
+                                                             {"p", Key::p}};
     for (const auto& [key_name, key] : names)
         if (key_name == name)
             return key;
@@ -48,8 +59,7 @@ obj_popup_menu* top_menu(Runtime& runtime) {
 
 }  // namespace
 
-std::optional<std::vector<UiCommand>> parse_ui_script(const std::string& text,
-                                                      std::string& error) {
+std::optional<std::vector<UiCommand>> parse_ui_script(const std::string& text, std::string& error) {
     std::vector<UiCommand> commands;
     std::istringstream lines(text);
     std::string line;
@@ -62,7 +72,8 @@ std::optional<std::vector<UiCommand>> parse_ui_script(const std::string& text,
         if (start == std::string::npos || line[start] == '#')
             continue;
         const std::size_t space = line.find(' ', start);
-        const std::string word = line.substr(start, space == std::string::npos ? space : space - start);
+        const std::string word =
+            line.substr(start, space == std::string::npos ? space : space - start);
         const std::string rest = space == std::string::npos ? "" : line.substr(space + 1);
         UiCommand command;
         command.line = number;
@@ -134,64 +145,65 @@ void obj_ui_script::on_step_begin() {
 bool obj_ui_script::run(const UiCommand& command) {
     using Kind = UiCommand::Kind;
     switch (command.kind) {
-    case Kind::wait: {
-        const obj_popup_menu* menu = top_menu(runtime());
-        if (!menu)
+        case Kind::wait: {
+            const obj_popup_menu* menu = top_menu(runtime());
+            if (!menu)
+                return false;
+            for (const std::string& label : menu->current_labels())
+                if (remove_text_tags(label).find(command.text) != std::string::npos)
+                    return true;
             return false;
-        for (const std::string& label : menu->current_labels())
-            if (remove_text_tags(label).find(command.text) != std::string::npos)
-                return true;
-        return false;
-    }
-    case Kind::click: {
-        obj_popup_menu* menu = top_menu(runtime());
-        if (!menu)
-            return false;
-        std::string label;
-        for (const std::string& candidate : menu->current_labels())
-            if (remove_text_tags(candidate) == command.text)
-                label = candidate;
-        const obj_popup_menu::Rect r = label.empty() ? obj_popup_menu::Rect{} : menu->entry_rect(label);
-        if (r.w <= 0 || r.h <= 0)
-            return false;  // not drawn yet
-        const float x = r.x + r.w / 2;
-        const float y = r.y + r.h / 2;
-        // Hover first, then press, then release: what a hand does, frame by frame.
-        if (phase_ == 0)
-            window_.inject_mouse_move(x, y);
-        else if (phase_ == 1)
-            window_.inject_mouse_button(true, x, y);
-        else
-            window_.inject_mouse_button(false, x, y);
-        return ++phase_ > 2;
-    }
-    case Kind::key:
-        window_.inject_key(command.key, phase_ == 0);
-        return ++phase_ > 1;
-    case Kind::hold:
-        if (phase_ == 0)
-            window_.inject_key(command.key, true);
-        if (phase_ >= command.count) {
-            window_.inject_key(command.key, false);
-            return true;
         }
-        ++phase_;
-        return false;
-    case Kind::type:
-        window_.inject_text(command.text);
-        return true;
-    case Kind::frames:
-        return frames_in_command_ >= command.count;
-    case Kind::screenshot:
-        // Mid-frame the menus of the last frame are gone; the frame about to be shown has them.
-        window_.request_screenshot(command.text);
-        return true;
-    case Kind::quit:
-        if (app_.on_quit_requested)
-            app_.on_quit_requested(true);
-        else
-            end_program(app_, 0);
-        return true;
+        case Kind::click: {
+            obj_popup_menu* menu = top_menu(runtime());
+            if (!menu)
+                return false;
+            std::string label;
+            for (const std::string& candidate : menu->current_labels())
+                if (remove_text_tags(candidate) == command.text)
+                    label = candidate;
+            const obj_popup_menu::Rect r =
+                label.empty() ? obj_popup_menu::Rect{} : menu->entry_rect(label);
+            if (r.w <= 0 || r.h <= 0)
+                return false;  // not drawn yet
+            const float x = r.x + r.w / 2;
+            const float y = r.y + r.h / 2;
+            // Hover first, then press, then release: what a hand does, frame by frame.
+            if (phase_ == 0)
+                window_.inject_mouse_move(x, y);
+            else if (phase_ == 1)
+                window_.inject_mouse_button(true, x, y);
+            else
+                window_.inject_mouse_button(false, x, y);
+            return ++phase_ > 2;
+        }
+        case Kind::key:
+            window_.inject_key(command.key, phase_ == 0);
+            return ++phase_ > 1;
+        case Kind::hold:
+            if (phase_ == 0)
+                window_.inject_key(command.key, true);
+            if (phase_ >= command.count) {
+                window_.inject_key(command.key, false);
+                return true;
+            }
+            ++phase_;
+            return false;
+        case Kind::type:
+            window_.inject_text(command.text);
+            return true;
+        case Kind::frames:
+            return frames_in_command_ >= command.count;
+        case Kind::screenshot:
+            // Mid-frame the menus of the last frame are gone; the frame about to be shown has them.
+            window_.request_screenshot(command.text);
+            return true;
+        case Kind::quit:
+            if (app_.on_quit_requested)
+                app_.on_quit_requested(true);
+            else
+                end_program(app_, 0);
+            return true;
     }
     return true;
 }

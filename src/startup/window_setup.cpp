@@ -6,13 +6,13 @@
 #include "config/game_configurations.h"
 #include "platform/game_window.h"
 #include "startup/app_state.h"
-#include "veldra_version.h"
-#include "ui/traits_menu.h"
 #include "startup/parameter_values.h"
 #include "trials/trial.h"
 #include "ui/dialog_host.h"
 #include "ui/sprites.h"
+#include "ui/traits_menu.h"
 #include "ui/trial_views.h"
+#include "veldra_version.h"
 
 namespace veldra {
 
@@ -56,7 +56,7 @@ std::optional<WindowRequest> read_window_request(const ProgramParameters& params
     }
     if (params.camera_zoom) {
         const auto value = *params.camera_zoom == "fit" ? std::optional<double>(0)
-                                                         : parse_number(*params.camera_zoom);
+                                                        : parse_number(*params.camera_zoom);
         if (!value || (*value != 0 && (*value < 0.25 || *value > 2))) {
             error = "camera_zoom=" + *params.camera_zoom +
                     " must be a number from 0.25 to 2, or \"fit\".";

@@ -45,8 +45,8 @@ TrialData finished_trial_record(const SimulationState& sim, const obj_trial& tri
 void autosave(Files& files, const LocalSession& session) {
     if (session.autosave_path.empty())
         return;
-    const std::string error = files.write(session.autosave_path,
-                                          trial_results_csv_text(*session.trials));
+    const std::string error =
+        files.write(session.autosave_path, trial_results_csv_text(*session.trials));
     if (!error.empty())
         log_error("Cannot keep the session's results in \"" + session.autosave_path +
                   "\": " + error + ".");
@@ -71,8 +71,8 @@ Promise run_session_trial(SessionContext& context, const std::string& user_id,
         .and_then([&sim, user_id, level_filename, play_order, seed, record]() -> HandlerResult {
             const obj_trial* trial = sim.current_trial();
             if (!trial || !trial->result)
-                return promise_reject(Value("The trial of \"" + level_filename +
-                                            "\" ended without a result."));
+                return promise_reject(
+                    Value("The trial of \"" + level_filename + "\" ended without a result."));
             *record = finished_trial_record(sim, *trial, user_id, level_filename, play_order, seed);
             return trial_data_to_value(*record);
         });
@@ -192,8 +192,7 @@ Promise save_trial_results_as_csv(Dialogs& dialogs, Files& files,
                                      "\": " + error + ". Choose another place.");
                 return {};
             }
-            log("Saved " + std::to_string(trials->size()) + " trial results to \"" + path +
-                "\".");
+            log("Saved " + std::to_string(trials->size()) + " trial results to \"" + path + "\".");
             return Value(path);
         });
 }

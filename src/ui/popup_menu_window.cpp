@@ -20,8 +20,8 @@ const ImVec2 WINDOW_PADDING{32, 28};
 const ImVec2 FRAME_PADDING{14, 9};
 const ImVec2 ITEM_SPACING{12, 12};
 constexpr float ROUNDING = 10;
-constexpr float SCREEN_MARGIN = 24;  // the nearest a menu comes to the screen's edge
-constexpr float FIELD_LABEL_COLUMN = 0.3f;     // where a field starts, as a part of the width
+constexpr float SCREEN_MARGIN = 24;             // the nearest a menu comes to the screen's edge
+constexpr float FIELD_LABEL_COLUMN = 0.3f;      // where a field starts, as a part of the width
 constexpr float SLIDER_NUMBER_BOX_WIDTH = 110;  // the typed value beside a slider
 // "›" and "‹": a page button leads somewhere, its back button returns.
 constexpr const char* PAGE_MARK = " \xE2\x80\xBA";

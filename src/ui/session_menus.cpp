@@ -18,10 +18,9 @@ MenuDefinition _make_session_trial_result_menu(const SessionMenuContext& context
                                                std::size_t total_num_levels) {
     const Localization& language = context.localization;
     MenuDefinition menu;
-    menu.entries.push_back(menu_heading(
-        text_replace(text_of(language, lid::TrialEndMenu_Title), "TRIAL_NUMBER",
-                     std::to_string(trial.level_info.play_order + 1) + "/" +
-                         std::to_string(total_num_levels))));
+    menu.entries.push_back(menu_heading(text_replace(
+        text_of(language, lid::TrialEndMenu_Title), "TRIAL_NUMBER",
+        std::to_string(trial.level_info.play_order + 1) + "/" + std::to_string(total_num_levels))));
     const std::string outcome = text_of(language, trial.result.outcome == TrialOutcome::survived
                                                       ? lid::TrialEndMenu_ResultSurvived
                                                       : lid::TrialEndMenu_ResultPerished);
@@ -60,15 +59,14 @@ MenuDefinition _make_session_end_menu(const SessionMenuContext& context, const s
     const Localization& language = context.localization;
     MenuDefinition menu;
     menu.entries.push_back(menu_heading(text_of(language, lid::FinishedMenu_Title)));
-    menu.entries.push_back(menu_text(
-        "[pin_center]" +
-        text_replace(text_of(language, lid::FinishedMenu_ScoreText), "TOTAL_SCORE",
-                     number_to_string(total_score)) +
-        "[/]"));
+    menu.entries.push_back(menu_text("[pin_center]" +
+                                     text_replace(text_of(language, lid::FinishedMenu_ScoreText),
+                                                  "TOTAL_SCORE", number_to_string(total_score)) +
+                                     "[/]"));
     if (trials) {
         Services& services = context.services;
-        menu.entries.push_back(
-            menu_function(text_of(language, lid::FinishedMenu_SaveResults), [&services, &language, trials] {
+        menu.entries.push_back(menu_function(
+            text_of(language, lid::FinishedMenu_SaveResults), [&services, &language, trials] {
                 save_trial_results_as_csv(*services.dialogs, *services.files, trials)
                     .and_then([&services, &language](const Value& path) {
                         if (path.is_string())
@@ -79,10 +77,10 @@ MenuDefinition _make_session_end_menu(const SessionMenuContext& context, const s
     }
     const std::string& next_url = context.configs->next_url;
     if (!next_url.empty())
-        menu.entries.push_back(menu_link(
-            text_of(language, lid::FinishedMenu_UrlLinkButtonText),
-            session_completion_url(next_url, user_id, total_score,
-                                   context.configs->url_score_randomization, rng)));
+        menu.entries.push_back(
+            menu_link(text_of(language, lid::FinishedMenu_UrlLinkButtonText),
+                      session_completion_url(next_url, user_id, total_score,
+                                             context.configs->url_score_randomization, rng)));
     else
         menu.entries.push_back(
             menu_text("[pin_center]" + text_of(language, lid::FinishedMenu_NoLinkText) + "[/]"));

@@ -29,7 +29,8 @@ struct SessionMenuContext {
 };
 
 MenuDefinition _make_session_trial_result_menu(const SessionMenuContext& context,
-                                               const TrialData& trial, std::size_t total_num_levels);
+                                               const TrialData& trial,
+                                               std::size_t total_num_levels);
 // Plays the menu sound and shows the result menu; fulfilled when the participant moves on (with
 // SESSION_RERUN_LEVEL when a developer asked to play the level again).
 Promise session_show_trial_result_menu(const SessionMenuContext& context, const TrialData& trial,
@@ -44,7 +45,8 @@ std::string session_completion_url(const std::string& next_url, const std::strin
 // `trials` is null in a server session (no save button).
 MenuDefinition _make_session_end_menu(const SessionMenuContext& context, const std::string& user_id,
                                       double total_score,
-                                      std::shared_ptr<const std::vector<TrialData>> trials, Rng& rng);
+                                      std::shared_ptr<const std::vector<TrialData>> trials,
+                                      Rng& rng);
 void session_show_end_menu(const SessionMenuContext& context, const std::string& user_id,
                            double total_score,
                            std::shared_ptr<const std::vector<TrialData>> trials);

@@ -38,9 +38,8 @@ void styled_text(std::string_view markup, float wrap_width, std::size_t visible_
     // The text takes the room its glyphs cover, not the whole box: a widget on the same line
     // (SameLine) goes right after it.
     float right = origin.x + layout.size().width;
-    layout.for_each_quad(origin.x, origin.y, std::string::npos, [&](const GlyphQuad& q) {
-        right = std::max(right, q.x1);
-    });
+    layout.for_each_quad(origin.x, origin.y, std::string::npos,
+                         [&](const GlyphQuad& q) { right = std::max(right, q.x1); });
     layout.for_each_quad(origin.x, origin.y, visible_characters, [&](const GlyphQuad& q) {
         const auto alpha = static_cast<std::uint8_t>(q.colour.a * window_alpha + 0.5f);
         draw.PrimReserve(6, 4);

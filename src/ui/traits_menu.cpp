@@ -40,8 +40,8 @@ MenuDefinition chosen_traits_panel(const TraitFields& fields, const Localization
         {lid::TraitMenu_Agreeableness, &fields.agreeableness},
         {lid::TraitMenu_Neuroticism, &fields.neuroticism}};
     for (const auto& [name, field] : rows)
-        panel.entries.push_back(menu_text(text_of(localization, name) + ": " +
-                                          number_to_string((*field)->number)));
+        panel.entries.push_back(
+            menu_text(text_of(localization, name) + ": " + number_to_string((*field)->number)));
     return panel;
 }
 

@@ -36,8 +36,7 @@ MenuDefinition make_personality_traits_menu(const TraitFields& fields, const std
 // `leave_open` (the configuration's leave_traits_menu_open_when_playing) a small panel with the
 // chosen values stays on screen until close_personality_traits_menus is called.
 Promise get_personality_traits_via_menu(Runtime& runtime, std::shared_ptr<PersonalityTraits> traits,
-                                        const std::string& heading,
-                                        const ConfigsState& configs,
+                                        const std::string& heading, const ConfigsState& configs,
                                         const Localization& localization, bool leave_open);
 
 // Closes every traits menu and panel still open.

@@ -34,7 +34,8 @@ obj_trial_views::obj_trial_views(SimulationState& sim, obj_trial& trial, const S
                                  TrialViewOptions options)
     : camera(trial.terrain.width * double(TERRAIN_CELL_SIZE),
              trial.terrain.height * double(TERRAIN_CELL_SIZE),
-             camera_focus(sim.runtime, trial.terrain).x, camera_focus(sim.runtime, trial.terrain).y),
+             camera_focus(sim.runtime, trial.terrain).x,
+             camera_focus(sim.runtime, trial.terrain).y),
       options(options),
       sim_(sim),
       sprites_(sprites),
@@ -43,7 +44,9 @@ obj_trial_views::obj_trial_views(SimulationState& sim, obj_trial& trial, const S
         camera.set_zoom(*options.start_zoom > 0 ? *options.start_zoom : camera.fit_zoom());
 }
 
-obj_trial* obj_trial_views::trial() const { return runtime().find_as<obj_trial>(trial_); }
+obj_trial* obj_trial_views::trial() const {
+    return runtime().find_as<obj_trial>(trial_);
+}
 
 void obj_trial_views::on_create() {
     obj_trial& t = *trial();
@@ -55,8 +58,7 @@ void obj_trial_views::on_create() {
     view.on_creature_died = [this] { sounds.note(Sound::death); };
     world_view = view.id();
     Renderer& renderer = *runtime().services().renderer;
-    terrain_texture =
-        paint_terrain(t.terrain, view.scenery, sprites_).upload(renderer);
+    terrain_texture = paint_terrain(t.terrain, view.scenery, sprites_).upload(renderer);
     // Remember what is there now, so food eaten later sounds and energies start from here.
     sounds.watch_food(runtime());
     floating_numbers.step(runtime());
@@ -64,7 +66,8 @@ void obj_trial_views::on_create() {
 
 bool obj_trial_views::world_hidden() const {
     const obj_trial* t = trial();
-    return t && t->game_speed < 0 && static_cast<int>(t->state) >= static_cast<int>(TrialState::Running);
+    return t && t->game_speed < 0 &&
+           static_cast<int>(t->state) >= static_cast<int>(TrialState::Running);
 }
 
 void obj_trial_views::on_step_begin() {
@@ -95,9 +98,16 @@ void obj_trial_views::on_draw() {
     if (!view || !t)
         return;
     Renderer& renderer = *runtime().services().renderer;
-    const WorldScene scene{runtime(), camera, sprites_, *view, floating_numbers,
-                           terrain_texture, background, runtime().current_time(),
-                           t->ticker.spent_ticks, world_hidden()};
+    const WorldScene scene{runtime(),
+                           camera,
+                           sprites_,
+                           *view,
+                           floating_numbers,
+                           terrain_texture,
+                           background,
+                           runtime().current_time(),
+                           t->ticker.spent_ticks,
+                           world_hidden()};
     draw_world(renderer.draw_list(), scene);
     draw_world_overlays(renderer.draw_list(), scene);
     // A zoomed-in world reaches above its viewport; the HUD's band covers that part.
@@ -134,7 +144,8 @@ InstanceId create_trial_views(SimulationState& sim, obj_trial& trial,
     TrialHudLabels labels{text_of(localization, lid::Hud_TotalScore),
                           text_of(localization, lid::Hud_Energy),
                           text_of(localization, lid::Hud_Time)};
-    views.hud = sim.runtime.instance_create<obj_trial_hud>(0, 0, "", trial.id(), std::move(labels)).id();
+    views.hud =
+        sim.runtime.instance_create<obj_trial_hud>(0, 0, "", trial.id(), std::move(labels)).id();
     return views.id();
 }
 

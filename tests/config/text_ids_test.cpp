@@ -13,8 +13,8 @@ namespace veldra {
 namespace {
 
 Language shipped_language(const std::string& code) {
-    const std::string path = std::string(VELDRA_SOURCE_DIR) + "/datafiles/localization/" + code +
-                             ".ini";
+    const std::string path =
+        std::string(VELDRA_SOURCE_DIR) + "/datafiles/localization/" + code + ".ini";
     std::ifstream file(path);
     std::stringstream text;
     text << file.rdbuf();

@@ -114,7 +114,8 @@ TEST_F(GameWindowTest, ScreenshotErrorsAreExplained) {
     services.renderer->present();
     EXPECT_FALSE(services.renderer->save_screenshot(folder.string(), error));
     EXPECT_NE(error.find("is a folder"), std::string::npos) << error;
-    EXPECT_FALSE(services.renderer->save_screenshot((folder / "missing" / "a.png").string(), error));
+    EXPECT_FALSE(
+        services.renderer->save_screenshot((folder / "missing" / "a.png").string(), error));
     EXPECT_NE(error.find("does not exist"), std::string::npos) << error;
     EXPECT_FALSE(std::filesystem::exists(folder / "missing"));
 

@@ -28,14 +28,14 @@ inline bool display_available(std::string& why) {
     return true;
 }
 
-#define VELDRA_NEED_DISPLAY()                                                        \
-    do {                                                                             \
-        std::string why_;                                                            \
-        if (!::veldra::platform::test::display_available(why_)) {                    \
-            if (std::getenv("VELDRA_REQUIRE_DISPLAY"))                               \
+#define VELDRA_NEED_DISPLAY()                                                            \
+    do {                                                                                 \
+        std::string why_;                                                                \
+        if (!::veldra::platform::test::display_available(why_)) {                        \
+            if (std::getenv("VELDRA_REQUIRE_DISPLAY"))                                   \
                 FAIL() << "VELDRA_REQUIRE_DISPLAY is set but no window opens: " << why_; \
-            GTEST_SKIP() << "no display: " << why_;                                  \
-        }                                                                            \
+            GTEST_SKIP() << "no display: " << why_;                                      \
+        }                                                                                \
     } while (false)
 
 struct Image {

@@ -8,18 +8,14 @@
 #include "runtime/dialogs.h"
 #include "runtime/gc.h"
 #include "startup/app_state.h"
+#include "support/menu_labels.h"
 
 namespace veldra {
 namespace {
 
 using Labels = std::vector<std::string>;
 
-Labels labels_of(const MenuDefinition& menu) {
-    Labels labels;
-    for (const MenuEntry& entry : menu.entries)
-        labels.push_back(entry.label);
-    return labels;
-}
+using testing::labels_of;
 
 const MenuDefinition& page_of(const MenuDefinition& menu, const std::string& label) {
     for (const MenuEntry& entry : menu.entries)

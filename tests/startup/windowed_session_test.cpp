@@ -43,7 +43,8 @@ class WindowedSessionTest : public ::testing::Test {
 protected:
     void SetUp() override {
         VELDRA_NEED_DISPLAY();
-        folder = fs::temp_directory_path() / ("veldra-windowed-session-" + std::to_string(::getpid()));
+        folder =
+            fs::temp_directory_path() / ("veldra-windowed-session-" + std::to_string(::getpid()));
         fs::create_directories(folder);
         // Two small levels with a monster, food and another human, so the results say something.
         std::ofstream(folder / "one.txt") << "xxxxxxx\nx p  hx\nx  f  x\nxm    x\nxxxxxxx\n";
@@ -89,11 +90,13 @@ TEST_F(WindowedSessionTest, ALocalSessionOfTwoLevelsEndsInASavedCsvOfItsTrials) 
                                             "wait All levels done\n"
                                             "click Save results\n"
                                             "frames 10\n"
-                                            "type " + saved.string() + "\n"
-                                            "frames 5\n"
-                                            "key enter\n"
-                                            "frames 20\n"
-                                            "quit\n";
+                                            "type " +
+                                                saved.string() +
+                                                "\n"
+                                                "frames 5\n"
+                                                "key enter\n"
+                                                "frames 20\n"
+                                                "quit\n";
     ASSERT_EQ(veldra("lang=en config=study.json ui_script=session.ui frames=3000 "
                      "log_output_file=run.log"),
               0)

@@ -94,8 +94,8 @@ protected:
 TEST_F(LocalSessionTest, PlaysEveryLevelInOrderAndKeepsEachRecord) {
     context.screens = screens;
     const std::string autosave = path("autosave.csv");
-    auto session = local_session_start(context, {path("a.txt"), path("b.txt")}, "P7", Rng(42),
-                                       autosave);
+    auto session =
+        local_session_start(context, {path("a.txt"), path("b.txt")}, "P7", Rng(42), autosave);
     EXPECT_TRUE(headings.empty());  // nothing runs in the frame that starts the session
     run_until_done(*session);
     ASSERT_TRUE(session->finished);
@@ -113,8 +113,7 @@ TEST_F(LocalSessionTest, PlaysEveryLevelInOrderAndKeepsEachRecord) {
     Rng expected(42);
     EXPECT_EQ(first.seed, static_cast<double>(expected.rng_irandom(std::int64_t{1} << 32)));
     EXPECT_EQ(second.seed, static_cast<double>(expected.rng_irandom(std::int64_t{1} << 32)));
-    EXPECT_DOUBLE_EQ(session->total_score,
-                     first.result.trial_score + second.result.trial_score);
+    EXPECT_DOUBLE_EQ(session->total_score, first.result.trial_score + second.result.trial_score);
     EXPECT_EQ(end_user, "P7");
     EXPECT_DOUBLE_EQ(end_total, session->total_score);
     ASSERT_TRUE(end_trials);
@@ -156,8 +155,8 @@ TEST_F(LocalSessionTest, ARerunReplacesTheLevelsRecord) {
 TEST_F(LocalSessionTest, ALevelThatCannotBeLoadedStopsTheSessionAndKeepsWhatWasPlayed) {
     context.screens = screens;
     const std::string autosave = path("autosave.csv");
-    auto session = local_session_start(context, {path("a.txt"), path("missing.txt")}, "P",
-                                       Rng(3), autosave);
+    auto session =
+        local_session_start(context, {path("a.txt"), path("missing.txt")}, "P", Rng(3), autosave);
     run_until_done(*session);
     EXPECT_TRUE(session->failed);
     EXPECT_FALSE(session->finished);

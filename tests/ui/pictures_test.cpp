@@ -28,7 +28,8 @@ TEST(PicturesTest, ThePlayersBodyIsFlatInItsPromisedDiscAndDiffersFromEveryAiHum
     // Transparent around the body, so sprites overlap cleanly.
     EXPECT_EQ(player.at(0, 0).a, 0);
     for (Rgba ai : AI_HUMAN_BODY_COLORS) {
-        const int distance = std::abs(ai.r - PLAYER_BODY_COLOR.r) + std::abs(ai.g - PLAYER_BODY_COLOR.g) +
+        const int distance = std::abs(ai.r - PLAYER_BODY_COLOR.r) +
+                             std::abs(ai.g - PLAYER_BODY_COLOR.g) +
                              std::abs(ai.b - PLAYER_BODY_COLOR.b);
         EXPECT_GT(distance, 150);
     }
@@ -37,7 +38,8 @@ TEST(PicturesTest, ThePlayersBodyIsFlatInItsPromisedDiscAndDiffersFromEveryAiHum
 TEST(PicturesTest, EveryActionHasItsOwnIcon) {
     for (std::size_t a = 0; a < HUMAN_ACTION_TYPE_COUNT; ++a)
         for (std::size_t b = a + 1; b < HUMAN_ACTION_TYPE_COUNT; ++b)
-            EXPECT_NE(paint_action_icon(a).pixels(), paint_action_icon(b).pixels()) << a << " " << b;
+            EXPECT_NE(paint_action_icon(a).pixels(), paint_action_icon(b).pixels())
+                << a << " " << b;
 }
 
 TEST(PicturesTest, TheGroundPictureHasPitsRimsSandAndBouldersWhereTheCellsAre) {

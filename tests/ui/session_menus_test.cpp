@@ -11,18 +11,14 @@
 #include "runtime/gc.h"
 #include "runtime/runtime.h"
 #include "runtime/services.h"
+#include "support/menu_labels.h"
 
 namespace veldra {
 namespace {
 
 using Labels = std::vector<std::string>;
 
-Labels labels_of(const MenuDefinition& menu) {
-    Labels labels;
-    for (const MenuEntry& entry : menu.entries)
-        labels.push_back(entry.label);
-    return labels;
-}
+using testing::labels_of;
 
 class SessionMenusTest : public ::testing::Test {
 protected:
@@ -53,9 +49,8 @@ TEST_F(SessionMenusTest, TheResultMenuNumbersTheLevelAndSaysHowItEnded) {
     trial.result.outcome = TrialOutcome::survived;
     trial.result.trial_score = std::nan("");
     const MenuDefinition debug = _make_session_trial_result_menu(context(true), trial, 3);
-    EXPECT_EQ(labels_of(debug), (Labels{"Level 2/3 done",
-                                        "[pin_center]You survived!\nNo score[/]", "Continue",
-                                        "DEBUG: Rerun level"}));
+    EXPECT_EQ(labels_of(debug), (Labels{"Level 2/3 done", "[pin_center]You survived!\nNo score[/]",
+                                        "Continue", "DEBUG: Rerun level"}));
     EXPECT_EQ(debug.entries.back().value.as_string(), SESSION_RERUN_LEVEL);
 }
 
@@ -63,8 +58,7 @@ TEST_F(SessionMenusTest, TheEndMenuSavesOnlyKeptRecordsAndLinksOnlyWhenAnAddress
     Rng rng(1);
     auto trials = std::make_shared<std::vector<TrialData>>(1, trial);
     EXPECT_EQ(labels_of(_make_session_end_menu(context(), "P1", 40, trials, rng)),
-              (Labels{"All levels done", "[pin_center]Your total score is 40.[/]",
-                      "Save results",
+              (Labels{"All levels done", "[pin_center]Your total score is 40.[/]", "Save results",
                       "[pin_center]Thank you for playing!\nYou may close the game now.[/]"}));
     mutable_configs().next_url = "https://survey.example/s?u={USER_ID}&s={TOTAL_SCORE}";
     const MenuDefinition server = _make_session_end_menu(context(), "P1", 40, nullptr, rng);
@@ -76,9 +70,9 @@ TEST_F(SessionMenusTest, TheEndMenuSavesOnlyKeptRecordsAndLinksOnlyWhenAnAddress
 
 TEST(SessionCompletionUrl, MovesTheScoreByAtMostTheRandomisationAndRoundsIt) {
     Rng exact(3);
-    EXPECT_EQ(session_completion_url("a/{USER_ID}/{TOTAL_SCORE}/{TOTAL_SCORE}", "u 1", 12.25, 0,
-                                     exact),
-              "a/u 1/12.25/12.25");
+    EXPECT_EQ(
+        session_completion_url("a/{USER_ID}/{TOTAL_SCORE}/{TOTAL_SCORE}", "u 1", 12.25, 0, exact),
+        "a/u 1/12.25/12.25");
     Rng first(9), second(9);
     for (int i = 0; i < 200; ++i) {
         const std::string url = session_completion_url("{TOTAL_SCORE}", "u", 100, 5, first);

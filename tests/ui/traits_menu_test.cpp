@@ -67,8 +67,8 @@ TEST_F(TraitsMenuTest, ExplainsEveryTraitInTheLanguageAndEndsWithStart) {
 TEST_F(TraitsMenuTest, StartWritesTheChoiceAndAPanelMayStayUntilClosed) {
     // Out of range at first: what Start writes back is what the fields held, clamped.
     auto traits = std::make_shared<PersonalityTraits>(PersonalityTraits{5, 0, -0.25, 0, -9});
-    Promise chosen = get_personality_traits_via_menu(runtime, traits, "Level 1/1", configs,
-                                                     localization, true);
+    Promise chosen =
+        get_personality_traits_via_menu(runtime, traits, "Level 1/1", configs, localization, true);
     obj_popup_menu* menu = top();
     ASSERT_TRUE(menu);
     EXPECT_EQ(popup_menus_open(runtime, TRAITS_MENU_NAME), 1u);
