@@ -9,8 +9,8 @@ std::string menu_plain_text(std::string_view markup) {
     return remove_text_tags(markup);
 }
 
-void draw_menu_text(std::string_view markup, float width) {
-    styled_text(markup, width);
+void draw_menu_text(std::string_view markup, float width, std::size_t visible_characters) {
+    styled_text(markup, width, visible_characters);
 }
 
 }  // namespace veldra

@@ -13,6 +13,8 @@ std::string menu_plain_text(std::string_view markup);
 
 // Draws `markup` at the cursor of the current Dear ImGui window as styled text, wrapped at
 // `width` logical pixels. Needs an open frame.
-void draw_menu_text(std::string_view markup, float width);
+// `visible_characters` reveals only the text's start (a typed text).
+void draw_menu_text(std::string_view markup, float width,
+                    std::size_t visible_characters = std::string::npos);
 
 }  // namespace veldra

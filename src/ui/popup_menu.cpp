@@ -122,6 +122,9 @@ void obj_popup_menu::on_step() {
                    std::to_string(reinterpret_cast<std::uintptr_t>(pages_.back().get()));
     request.interactive = top;
     request.take_focus = top && want_focus_;
+    if (!page_shown_ms_)
+        page_shown_ms_ = runtime().current_time();
+    request.page_age_ms = runtime().current_time() - *page_shown_ms_;
     const detail::MenuWindowResult drawn =
         detail::draw_menu_window(page(), on_sub_page() ? &page().back_label : nullptr, request);
     rects_ = drawn.rects;
@@ -205,6 +208,7 @@ void obj_popup_menu::show_page(std::shared_ptr<const MenuDefinition> page) {
     check_page(*page);
     pages_.push_back(std::move(page));
     rects_.clear();
+    page_shown_ms_.reset();
     want_focus_ = true;
 }
 
@@ -213,6 +217,7 @@ void obj_popup_menu::go_back() {
         return;
     pages_.pop_back();
     rects_.clear();
+    page_shown_ms_.reset();
     want_focus_ = true;
 }
 

@@ -69,6 +69,8 @@ struct MenuEntry {
     std::shared_ptr<MenuDefinition> page;  // page: the sub-page it opens
     std::shared_ptr<MenuField> field;      // the fields' and the slider's value
     std::string url;                       // link
+    // heading and text: characters a second that reveal it, as if typed; 0 shows it at once.
+    double typewriter = 0;
 };
 
 struct MenuDefinition {
@@ -149,6 +151,7 @@ private:
     Resolve resolve_;
     std::vector<Rect> rects_;  // per entry of the current page, as last drawn; empty until then
     bool was_on_top_ = false;
+    std::optional<double> page_shown_ms_;  // the clock when the current page was first drawn
     bool want_focus_ = true;
 };
 

@@ -8,6 +8,7 @@
 
 #include "runtime/number_format.h"
 #include "ui/menu_text.h"
+#include "ui/typewriter.h"
 
 namespace veldra::detail {
 
@@ -104,17 +105,26 @@ void field_label(const std::string& plain, float width) {
     ImGui::SameLine(width * FIELD_LABEL_COLUMN);
 }
 
+// How much of a typed text shows after `age_ms`.
+std::size_t typed_characters(const MenuEntry& entry, double age_ms) {
+    if (entry.typewriter <= 0)
+        return std::string::npos;
+    Typewriter typewriter(entry.label, entry.typewriter, 0);
+    typewriter.update(age_ms);
+    return typewriter.visible_characters();
+}
+
 // Draws one entry; true when the player chose it.
-bool draw_entry(const MenuEntry& entry, float width) {
+bool draw_entry(const MenuEntry& entry, float width, double age_ms) {
     const std::string plain = menu_plain_text(entry.label);
     switch (entry.kind) {
         case MenuEntryKind::heading:
             ImGui::PushFont(title_font());
-            draw_menu_text(entry.label, width);
+            draw_menu_text(entry.label, width, typed_characters(entry, age_ms));
             ImGui::PopFont();
             return false;
         case MenuEntryKind::text:
-            draw_menu_text(entry.label, width);
+            draw_menu_text(entry.label, width, typed_characters(entry, age_ms));
             return false;
         case MenuEntryKind::button:
         case MenuEntryKind::function:
@@ -149,7 +159,7 @@ obj_popup_menu::Rect last_group_rect() {
     return {min.x, min.y, max.x - min.x, max.y - min.y};
 }
 
-void draw_entries(const MenuDefinition& page, const std::string* back_label,
+void draw_entries(const MenuDefinition& page, const std::string* back_label, double age_ms,
                   MenuWindowResult& result) {
     const float width = ImGui::GetContentRegionAvail().x;
     const std::size_t count = page.entries.size() + (back_label ? 1 : 0);
@@ -158,7 +168,7 @@ void draw_entries(const MenuDefinition& page, const std::string* back_label,
         ImGui::PushID(static_cast<int>(i));
         ImGui::BeginGroup();
         const bool chosen = i < page.entries.size()
-                                ? draw_entry(page.entries[i], width)
+                                ? draw_entry(page.entries[i], width, age_ms)
                                 : menu_button(BACK_MARK + menu_plain_text(*back_label));
         ImGui::EndGroup();
         ImGui::PopID();
@@ -227,7 +237,7 @@ MenuWindowResult draw_menu_window(const MenuDefinition& page, const std::string*
     if (ImGui::Begin(request.name.c_str(), nullptr, flags)) {
         if (!request.interactive)
             ImGui::BeginDisabled();
-        draw_entries(page, back_label, result);
+        draw_entries(page, back_label, request.page_age_ms, result);
         // A new window is measured in a first frame it does not show: its places are not
         // where it will be drawn.
         if (ImGui::GetCurrentWindowRead()->Hidden)

@@ -19,6 +19,7 @@ struct MenuWindowRequest {
     std::string name;         // the ImGui window's name; a new name makes a new window
     bool interactive = true;  // false below the top popup: dimmed, and no clicks or keys
     bool take_focus = false;  // give it the keyboard (new on top, or the focus went nowhere)
+    double page_age_ms = 0;   // how long the page has been shown (typed texts)
 };
 
 struct MenuWindowResult {

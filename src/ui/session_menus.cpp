@@ -13,6 +13,13 @@
 
 namespace veldra {
 
+namespace {
+
+// Characters a second: the outcome types itself out, a small moment of suspense.
+constexpr double RESULT_TYPING_SPEED = 30;
+
+}  // namespace
+
 MenuDefinition _make_session_trial_result_menu(const SessionMenuContext& context,
                                                const TrialData& trial,
                                                std::size_t total_num_levels) {
@@ -29,7 +36,9 @@ MenuDefinition _make_session_trial_result_menu(const SessionMenuContext& context
             ? text_of(language, lid::TrialEndMenu_NoScore)
             : text_replace(text_of(language, lid::TrialEndMenu_Score), "TRIAL_SCORE",
                            number_to_string(trial.result.trial_score));
-    menu.entries.push_back(menu_text("[pin_center]" + outcome + "\n" + score + "[/]"));
+    MenuEntry result = menu_text("[pin_center]" + outcome + "\n" + score + "[/]");
+    result.typewriter = RESULT_TYPING_SPEED;
+    menu.entries.push_back(std::move(result));
     menu.entries.push_back(menu_button(text_of(language, lid::TrialEndMenu_Submit), Value(true)));
     if (context.debug)
         menu.entries.push_back(menu_button("DEBUG: Rerun level", Value(SESSION_RERUN_LEVEL)));

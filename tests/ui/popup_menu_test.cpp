@@ -83,6 +83,7 @@ protected:
     Runtime runtime{services};
     test::HeadlessImGui imgui;
     std::vector<std::string> opened;
+    double elapsed_ms_ = 0;
 };
 
 TEST_F(PopupMenuTest, AClickOnAButtonFulfilsThePromiseWithItsValueAndClosesTheMenu) {
@@ -316,6 +317,31 @@ TEST(PopupMenuHeadless, AMenuWithoutImGuiDrawsNothingButStillAnswers) {
     ASSERT_TRUE(chosen.is_fulfilled());
     EXPECT_EQ(chosen.value(), Value("start"));
     runtime.shutdown();
+}
+
+TEST_F(PopupMenuTest, ATypedTextShowsMoreOfItselfAsTimeGoesOn) {
+    MenuEntry typed = menu_text("You survived! Score: 61");
+    typed.typewriter = 10;  // characters a second
+    MenuDefinition menu;
+    menu.entries = {typed, menu_button("Continue", Value(true))};
+    create_popup_menu(runtime, menu);
+    frames(3);  // a new window is measured in its first frame and drawn from the next
+    // Vertices drawn in a frame at `ms` after the menu showed: four for each glyph shown.
+    auto vertices_after = [this](double ms) {
+        while (elapsed_ms_ < ms) {
+            services.clock->frame_done();
+            elapsed_ms_ += 1000.0 / 60.0;
+        }
+        frames();
+        return ImGui::GetDrawData()->TotalVtxCount;
+    };
+    const int at_first = vertices_after(0);
+    const int after_one_second = vertices_after(1050);
+    const int after_ten_seconds = vertices_after(10000);
+    EXPECT_EQ(after_one_second - at_first, 9 * 4);  // "You surviv": 9 letters and a space
+
+    EXPECT_GT(after_ten_seconds, after_one_second);
+    EXPECT_EQ(after_ten_seconds, vertices_after(20000));  // all shown: nothing more to type
 }
 
 }  // namespace
