@@ -46,6 +46,20 @@ const std::vector<std::string_view>& all_text_ids() {
         lid::Loading_Loading,
         lid::Loading_Submitting,
         lid::AutoRun_Progress,
+        lid::Dialog_Ok,
+        lid::Dialog_Cancel,
+        lid::Dialog_Yes,
+        lid::Dialog_No,
+        lid::Dialog_OpenTitle,
+        lid::Dialog_SaveTitle,
+        lid::Dialog_Folder,
+        lid::Dialog_Go,
+        lid::Dialog_Showing,
+        lid::Dialog_AllFiles,
+        lid::Dialog_ShowAll,
+        lid::Dialog_FileName,
+        lid::Dialog_Replace,
+        lid::FinishedMenu_SaveTitle,
     };
     return ids;
 }

@@ -53,6 +53,20 @@ inline constexpr std::string_view Loading_Connecting = "Loading_Connecting";
 inline constexpr std::string_view Loading_Loading = "Loading_Loading";
 inline constexpr std::string_view Loading_Submitting = "Loading_Submitting";
 inline constexpr std::string_view AutoRun_Progress = "AutoRun_Progress";
+inline constexpr std::string_view Dialog_Ok = "Dialog_Ok";
+inline constexpr std::string_view Dialog_Cancel = "Dialog_Cancel";
+inline constexpr std::string_view Dialog_Yes = "Dialog_Yes";
+inline constexpr std::string_view Dialog_No = "Dialog_No";
+inline constexpr std::string_view Dialog_OpenTitle = "Dialog_OpenTitle";
+inline constexpr std::string_view Dialog_SaveTitle = "Dialog_SaveTitle";
+inline constexpr std::string_view Dialog_Folder = "Dialog_Folder";
+inline constexpr std::string_view Dialog_Go = "Dialog_Go";
+inline constexpr std::string_view Dialog_Showing = "Dialog_Showing";
+inline constexpr std::string_view Dialog_AllFiles = "Dialog_AllFiles";
+inline constexpr std::string_view Dialog_ShowAll = "Dialog_ShowAll";
+inline constexpr std::string_view Dialog_FileName = "Dialog_FileName";
+inline constexpr std::string_view Dialog_Replace = "Dialog_Replace";
+inline constexpr std::string_view FinishedMenu_SaveTitle = "FinishedMenu_SaveTitle";
 }  // namespace lid
 
 // Every constant above, for the test that the language files are complete.

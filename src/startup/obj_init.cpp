@@ -18,6 +18,8 @@
 #include "startup/program.h"
 #include "startup/run_mode.h"
 #include "trials/game_systems.h"
+#include "ui/dialog_texts.h"
+#include "ui/imgui_dialogs.h"
 #include "ui/loading_status.h"
 #include "ui/watermark.h"
 #include "util/text.h"
@@ -62,6 +64,8 @@ Promise choose_language(AppState& app) {
     return code.and_then([&app](const Value& language) {
         load_and_set_localization(*app.services.files, app.localization,
                                   language.is_string() ? language.as_string() : "en");
+        if (auto* dialogs = dynamic_cast<ImGuiDialogs*>(app.services.dialogs.get()))
+            dialogs->set_texts(dialog_texts_from(app.localization));
     });
 }
 

@@ -180,8 +180,9 @@ std::shared_ptr<LocalSession> local_session_start(SessionContext& context,
 }
 
 Promise save_trial_results_as_csv(Dialogs& dialogs, Files& files,
-                                  std::shared_ptr<const std::vector<TrialData>> trials) {
-    return dialog_get_save_filename(dialogs, "*.csv", "trials.csv", "Save results as")
+                                  std::shared_ptr<const std::vector<TrialData>> trials,
+                                  const std::string& title) {
+    return dialog_get_save_filename(dialogs, "*.csv", "trials.csv", title)
         .and_then([&dialogs, &files, trials](const Value& answer) -> HandlerResult {
             if (!answer.is_string() || answer.as_string().empty())
                 return {};

@@ -91,7 +91,8 @@ std::string trial_results_csv_text(const std::vector<TrialData>& trials);
 // Fulfilled with the path written, or undefined when the user cancelled or the file could not
 // be written (then a message says why and nothing else is touched).
 Promise save_trial_results_as_csv(Dialogs& dialogs, Files& files,
-                                  std::shared_ptr<const std::vector<TrialData>> trials);
+                                  std::shared_ptr<const std::vector<TrialData>> trials,
+                                  const std::string& title = "Save results as");
 
 // "a\b\c.txt" -> "a/b/c.txt": level names compare the same however they were spelled.
 std::string _string_replace_backslashes_with_forward_slashes(std::string name);

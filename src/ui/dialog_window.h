@@ -7,6 +7,7 @@
 #include <string>
 
 #include "ui/dialog_frame.h"
+#include "ui/dialog_texts.h"
 #include "ui/file_browser.h"
 
 namespace veldra {
@@ -24,10 +25,12 @@ public:
     virtual const FileBrowser* browser() const { return nullptr; }
 };
 
-std::unique_ptr<DialogWindow> make_text_dialog(std::string prompt, std::string initial);
-std::unique_ptr<DialogWindow> make_message_dialog(std::string text);
+std::unique_ptr<DialogWindow> make_text_dialog(std::string prompt, std::string initial,
+                                              const DialogTexts& texts);
+std::unique_ptr<DialogWindow> make_message_dialog(std::string text, const DialogTexts& texts);
 // `title`: the heading; empty, one that says what the dialog does.
 std::unique_ptr<DialogWindow> make_file_dialog(FileBrowserMode mode, std::string_view filter,
-                                               std::string_view initial, std::string title);
+                                               std::string_view initial, std::string title,
+                                               const DialogTexts& texts);
 
 }  // namespace veldra

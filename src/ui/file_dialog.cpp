@@ -31,10 +31,10 @@ struct ListAction {
 class FileDialog final : public DialogWindow {
 public:
     FileDialog(FileBrowserMode mode, std::string_view filter, std::string_view initial,
-               std::string title)
-        : browser_(mode, filter, initial), heading_(std::move(title)) {
+               std::string title, const DialogTexts& texts)
+        : browser_(mode, filter, initial), heading_(std::move(title)), texts_(texts) {
         if (heading_.empty())
-            heading_ = mode == FileBrowserMode::open ? "Open a file" : "Save as";
+            heading_ = mode == FileBrowserMode::open ? texts_.open_title : texts_.save_title;
         scroll_to_selected_ = browser_.selected().has_value();
     }
 
@@ -74,17 +74,17 @@ private:
             path_text_ = shown_folder_.string();
         }
         ImGui::AlignTextToFramePadding();
-        dialog_text(frame, "Folder");
+        dialog_text(frame, texts_.folder);
         ImGui::SameLine();
-        const float go_width = ImGui::CalcTextSize("Go").x + 4 * ImGui::GetStyle().FramePadding.x;
+        const float go_width = ImGui::CalcTextSize(texts_.go.c_str()).x + 4 * ImGui::GetStyle().FramePadding.x;
         ImGui::SetNextItemWidth(ImGui::GetContentRegionAvail().x - go_width -
                                 ImGui::GetStyle().ItemSpacing.x);
         const bool entered =
             ImGui::InputText("##path", &path_text_, ImGuiInputTextFlags_EnterReturnsTrue);
         remember_item(frame, "path");
         ImGui::SameLine();
-        const bool go = ImGui::Button("Go", ImVec2(go_width, 0));
-        remember_item(frame, "Go");
+        const bool go = ImGui::Button(texts_.go.c_str(), ImVec2(go_width, 0));
+        remember_item(frame, texts_.go);
         if (entered || go) {
             browser_.go_to(path_text_);
             shown_folder_.clear();  // show where it went, or the folder again after a mistake
@@ -94,13 +94,14 @@ private:
 
     void draw_filter_row(DialogFrame& frame) {
         ImGui::AlignTextToFramePadding();
-        dialog_text(frame, "Showing " + (browser_.show_all() ? std::string("all files")
-                                                             : browser_.filter().describe()));
+        dialog_text(frame, dialog_text_with(texts_.showing, browser_.show_all()
+                                                                ? texts_.all_files
+                                                                : browser_.filter().describe()));
         ImGui::SameLine();
         bool show_all = browser_.show_all();
-        if (ImGui::Checkbox("Show all files", &show_all))
+        if (ImGui::Checkbox(texts_.show_all.c_str(), &show_all))
             browser_.set_show_all(show_all);
-        remember_item(frame, "Show all files");
+        remember_item(frame, texts_.show_all);
     }
 
     ListAction draw_list(DialogFrame& frame) {
@@ -166,7 +167,7 @@ private:
 
     bool draw_name_row(DialogFrame& frame) {
         ImGui::AlignTextToFramePadding();
-        dialog_text(frame, "File name");
+        dialog_text(frame, texts_.file_name);
         ImGui::SameLine();
         ImGui::SetNextItemWidth(-FLT_MIN);
         if (!name_focus_requested_) {
@@ -183,7 +184,7 @@ private:
 
     // True when the dialog is cancelled.
     bool draw_buttons(DialogFrame& frame) {
-        const int button = dialog_buttons(frame, {"OK", "Cancel"});
+        const int button = dialog_buttons(frame, {texts_.ok, texts_.cancel});
         if (button == 0)
             browser_.accept();
         return button == 1 || dialog_key_pressed(frame, ImGuiKey_Escape);
@@ -191,9 +192,9 @@ private:
 
     // Never cancels: No and Escape only take back the choice of the existing file.
     bool draw_replace_question(DialogFrame& frame) {
-        dialog_text(frame, "\"" + browser_.replace_question()->filename().string() +
-                               "\" already exists. Replace it?");
-        const int button = dialog_buttons(frame, {"Yes", "No"});
+        dialog_text(frame, dialog_text_with(texts_.replace,
+                                            browser_.replace_question()->filename().string()));
+        const int button = dialog_buttons(frame, {texts_.yes, texts_.no});
         if (button == 0 || dialog_key_pressed(frame, ImGuiKey_Enter))
             browser_.answer_replace(true);
         else if (button == 1 || dialog_key_pressed(frame, ImGuiKey_Escape))
@@ -233,6 +234,7 @@ private:
 
     FileBrowser browser_;
     std::string heading_;
+    DialogTexts texts_;
     std::string path_text_;
     std::filesystem::path shown_folder_;
     bool scroll_to_selected_ = false;
@@ -242,8 +244,9 @@ private:
 }  // namespace
 
 std::unique_ptr<DialogWindow> make_file_dialog(FileBrowserMode mode, std::string_view filter,
-                                               std::string_view initial, std::string title) {
-    return std::make_unique<FileDialog>(mode, filter, initial, std::move(title));
+                                               std::string_view initial, std::string title,
+                                               const DialogTexts& texts) {
+    return std::make_unique<FileDialog>(mode, filter, initial, std::move(title), texts);
 }
 
 }  // namespace veldra

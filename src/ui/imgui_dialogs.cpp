@@ -19,24 +19,24 @@ void ImGuiDialogs::push(std::unique_ptr<DialogWindow> window, DialogAnswer answe
 
 void ImGuiDialogs::get_string(std::string_view prompt, std::string_view initial,
                               DialogAnswer answer) {
-    push(make_text_dialog(std::string(prompt), std::string(initial)), std::move(answer));
+    push(make_text_dialog(std::string(prompt), std::string(initial), texts_), std::move(answer));
 }
 
 void ImGuiDialogs::get_open_filename(std::string_view filter, std::string_view initial,
                                      std::string_view title, DialogAnswer answer) {
-    push(make_file_dialog(FileBrowserMode::open, filter, initial, std::string(title)),
+    push(make_file_dialog(FileBrowserMode::open, filter, initial, std::string(title), texts_),
          std::move(answer));
 }
 
 void ImGuiDialogs::get_save_filename(std::string_view filter, std::string_view initial,
                                      std::string_view title, DialogAnswer answer) {
-    push(make_file_dialog(FileBrowserMode::save, filter, initial, std::string(title)),
+    push(make_file_dialog(FileBrowserMode::save, filter, initial, std::string(title), texts_),
          std::move(answer));
 }
 
 void ImGuiDialogs::show_message(std::string_view text) {
     log("Message shown: " + std::string(text));
-    push(make_message_dialog(std::string(text)), nullptr);
+    push(make_message_dialog(std::string(text), texts_), nullptr);
 }
 
 const FileBrowser* ImGuiDialogs::front_browser() const {

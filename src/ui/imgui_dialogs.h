@@ -16,6 +16,7 @@
 
 #include "runtime/dialogs.h"
 #include "ui/dialog_frame.h"
+#include "ui/dialog_texts.h"
 
 namespace veldra {
 
@@ -49,6 +50,8 @@ public:
     const DialogFrame& last_frame() const { return frame_; }
     // The browser of the dialog in front when it is a file dialog.
     const FileBrowser* front_browser() const;
+    // The words of dialogs asked from now on (the language is loaded after the window opens).
+    void set_texts(DialogTexts texts) { texts_ = std::move(texts); }
 
 private:
     struct Waiting {
@@ -62,6 +65,7 @@ private:
     std::deque<Waiting> queue_;
     DialogFrame frame_;
     std::size_t dialogs_made_ = 0;
+    DialogTexts texts_;
 };
 
 }  // namespace veldra

@@ -13,8 +13,8 @@ constexpr float TEXT_DIALOG_WIDTH = 680;
 
 class TextDialog final : public DialogWindow {
 public:
-    TextDialog(std::string prompt, std::string initial)
-        : prompt_(std::move(prompt)), text_(std::move(initial)) {}
+    TextDialog(std::string prompt, std::string initial, const DialogTexts& texts)
+        : prompt_(std::move(prompt)), text_(std::move(initial)), texts_(texts) {}
 
     std::optional<DialogOutcome> draw(DialogFrame& frame) override {
         begin_dialog_window(frame, TEXT_DIALOG_WIDTH, 0);
@@ -27,7 +27,7 @@ public:
         const bool entered =
             ImGui::InputText("##answer", &text_, ImGuiInputTextFlags_EnterReturnsTrue);
         remember_item(frame, "answer");
-        const int button = dialog_buttons(frame, {"OK", "Cancel"});
+        const int button = dialog_buttons(frame, {texts_.ok, texts_.cancel});
         end_dialog_window();
         if (button == 1 || dialog_key_pressed(frame, ImGuiKey_Escape))
             return DialogOutcome{};
@@ -40,17 +40,19 @@ public:
 private:
     std::string prompt_;
     std::string text_;
+    DialogTexts texts_;
     bool focus_requested_ = false;
 };
 
 class MessageDialog final : public DialogWindow {
 public:
-    explicit MessageDialog(std::string text) : text_(std::move(text)) {}
+    MessageDialog(std::string text, const DialogTexts& texts)
+        : text_(std::move(text)), texts_(texts) {}
 
     std::optional<DialogOutcome> draw(DialogFrame& frame) override {
         begin_dialog_window(frame, TEXT_DIALOG_WIDTH, 0);
         dialog_text(frame, text_);
-        const bool ok = dialog_buttons(frame, {"OK"}) == 0;
+        const bool ok = dialog_buttons(frame, {texts_.ok}) == 0;
         end_dialog_window();
         if (ok || dialog_key_pressed(frame, ImGuiKey_Enter) ||
             dialog_key_pressed(frame, ImGuiKey_Escape) || dialog_key_pressed(frame, ImGuiKey_Space))
@@ -60,16 +62,18 @@ public:
 
 private:
     std::string text_;
+    DialogTexts texts_;
 };
 
 }  // namespace
 
-std::unique_ptr<DialogWindow> make_text_dialog(std::string prompt, std::string initial) {
-    return std::make_unique<TextDialog>(std::move(prompt), std::move(initial));
+std::unique_ptr<DialogWindow> make_text_dialog(std::string prompt, std::string initial,
+                                              const DialogTexts& texts) {
+    return std::make_unique<TextDialog>(std::move(prompt), std::move(initial), texts);
 }
 
-std::unique_ptr<DialogWindow> make_message_dialog(std::string text) {
-    return std::make_unique<MessageDialog>(std::move(text));
+std::unique_ptr<DialogWindow> make_message_dialog(std::string text, const DialogTexts& texts) {
+    return std::make_unique<MessageDialog>(std::move(text), texts);
 }
 
 }  // namespace veldra

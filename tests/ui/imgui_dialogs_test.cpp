@@ -4,6 +4,7 @@
 
 #include <fstream>
 
+#include "config/localization.h"
 #include "runtime/runtime.h"
 #include "runtime/services.h"
 #include "support/headless_imgui.h"
@@ -102,6 +103,20 @@ TEST_F(ImGuiDialogsTest, TypedTextAndEnterAnswerInALaterFrameNeverInsideTheCall)
     frames(2);
     EXPECT_EQ(answer.calls, 1);
     EXPECT_TRUE(shown().texts.empty());
+}
+
+TEST_F(ImGuiDialogsTest, DialogsSpeakTheActiveLanguageAndEnglishWhereItHasNoWord) {
+    Language german;
+    german.lines = {{"Dialog_Cancel", "Abbrechen"}, {"Dialog_Yes", "Ja"}};
+    Localization localization;
+    localization.active = german;
+    dialogs().set_texts(dialog_texts_from(localization));
+    Answer answer;
+    dialogs().get_string("Name?", "", to(answer));
+    frames(3);
+    EXPECT_TRUE(shown().item("Abbrechen"));
+    EXPECT_TRUE(shown().item("OK"));  // the language has none: English
+    EXPECT_FALSE(shown().item("Cancel"));
 }
 
 TEST_F(ImGuiDialogsTest, EscapeAndCancelAnswerNothing) {
