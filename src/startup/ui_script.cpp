@@ -1,5 +1,6 @@
 #include "startup/ui_script.h"
 
+#include <algorithm>
 #include <charconv>
 #include <sstream>
 
@@ -112,6 +113,10 @@ std::optional<std::vector<UiCommand>> parse_ui_script(const std::string& text, s
             command.count = *count;
         } else if (word == "quit") {
             command.kind = UiCommand::Kind::quit;
+        } else if (std::any_of(word.begin(), word.end(), [](char c) {
+                       return static_cast<unsigned char>(c) < 0x20 || c == 0x7f;
+                   })) {
+            return bad("this is no UI script: it holds bytes that are not text");
         } else {
             return bad("unknown command \"" + word + "\"");
         }

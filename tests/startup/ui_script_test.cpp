@@ -38,6 +38,7 @@ TEST(UiScript, NamesTheLineOfTheFirstMistake) {
         {"hold d\n", "line 1: \"hold\" needs a key and a number of frames"},
         {"frames -3\n", "line 1: \"frames\" needs a whole number"},
         {"frames 1e9\n", "line 1: \"frames\" needs a whole number"},
+        {"\x7f""ELF\x02\x01\n", "line 1: this is no UI script: it holds bytes that are not text"},
     };
     for (const auto& [text, message] : cases) {
         std::string error;
