@@ -112,6 +112,7 @@ void auto_run(AppState& app) {
     struct Answers {
         std::string config;
         double seed = 0;
+        bool started = false;  // every question answered: a rejection now is a failure
     };
     auto answers = std::make_shared<Answers>();
     dialog_get_open_filename(*app.services.dialogs, "*.json", "",
@@ -147,11 +148,15 @@ void auto_run(AppState& app) {
                                 total ? static_cast<double>(done) / static_cast<double>(total) : 1);
             };
             const auto started = std::chrono::steady_clock::now();
+            answers->started = true;
+            // The progress shows where the menu was, and no second run can start meanwhile.
+            close_popup_menus(app.runtime, DEV_MENU_NAME);
             return auto_run_trials(app.sim, resolve_user_path(answers->config), output.as_string(),
                                    *app.auto_run.rng, answers->seed, std::move(options))
                 .and_then([&app, started](const Value& completed) {
                     if (obj_loading_status* status = loading_status(app))
                         status->clear();
+                    open_dev_menu(app);
                     if (!completed.as_bool())
                         return message(app, "The auto run stopped before its end; see the log.");
                     const double seconds =
@@ -162,12 +167,17 @@ void auto_run(AppState& app) {
                                      " seconds.");
                 });
         })
-        .and_catch([&app](const Value& reason) {
+        .and_catch([&app, answers](const Value& reason) {
             if (obj_loading_status* status = loading_status(app))
                 status->clear();
-            // A cancelled question rejects with nothing: there is nothing to report then.
+            if (popup_menus_open(app.runtime, DEV_MENU_NAME) == 0)
+                open_dev_menu(app);
+            // A cancelled question rejects with nothing: there is nothing to report then. The
+            // auto runner has logged why a started run failed.
             if (!reason.is_undefined())
                 message(app, to_string(reason));
+            else if (answers->started)
+                message(app, "Failed to read auto-run configurations.");
         });
 }
 
@@ -211,7 +221,8 @@ MenuDefinition make_dev_menu(AppState& app, bool is_remote_defined) {
     return menu;
 }
 
-void open_dev_menu(AppState& app, bool is_remote_defined) {
+void open_dev_menu(AppState& app) {
+    const bool is_remote_defined = app.api_env.remote_url && !app.api_env.remote_url->empty();
     PopupOptions options;
     options.persistent = true;
     options.name = DEV_MENU_NAME;

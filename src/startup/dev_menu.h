@@ -11,7 +11,7 @@ struct AppState;
 
 MenuDefinition make_dev_menu(AppState& app, bool is_remote_defined);
 
-// Opens it as a persistent popup.
-void open_dev_menu(AppState& app, bool is_remote_defined);
+// Opens it as a persistent popup; whether a server is configured comes from API_ENV.
+void open_dev_menu(AppState& app);
 
 }  // namespace veldra

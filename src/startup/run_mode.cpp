@@ -95,8 +95,7 @@ void choose_run_mode(AppState& app) {
         }
         return;
     }
-    const bool is_remote_defined = app.api_env.remote_url && !app.api_env.remote_url->empty();
-    open_dev_menu(app, is_remote_defined);
+    open_dev_menu(app);
 }
 
 }  // namespace veldra

@@ -32,7 +32,10 @@ void styled_text(std::string_view markup, float wrap_width, std::size_t visible_
     TextLayout layout;
     layout.lay_out(font, markup, box);
 
-    const ImVec2 origin = ImGui::GetCursorScreenPos();
+    ImVec2 origin = ImGui::GetCursorScreenPos();
+    // A label beside a field sits on the field's text line (AlignTextToFramePadding), as
+    // ImGui's own text would.
+    origin.y += ImGui::GetCurrentWindow()->DC.CurrLineTextBaseOffset;
     ImDrawList& draw = *ImGui::GetWindowDrawList();
     draw.PushTextureID(font.ContainerAtlas->TexID);
     // The text takes the room its glyphs cover, not the whole box: a widget on the same line
