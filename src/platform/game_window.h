@@ -36,6 +36,9 @@ public:
     void inject_mouse_button(bool down, float x, float y);
     void inject_key(Key key, bool down);
     void inject_text(const std::string& utf8);
+    // From now on the window ignores losing the keyboard focus and the pointer: a scripted window
+    // must not drop a held key or a click because another window opened on the same display.
+    void ignore_focus_changes();
     // Saves the next frame as it is shown, menus included, as a PNG at `path` (the log says
     // whether it worked).
     void request_screenshot(const std::string& path);

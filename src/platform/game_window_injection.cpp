@@ -21,7 +21,23 @@ SDL_Point window_point(SDL_Renderer* renderer, float x, float y) {
     return {wx, wy};
 }
 
+int drop_focus_changes(void*, SDL_Event* e) {
+    if (e->type != SDL_WINDOWEVENT)
+        return 1;
+    switch (e->window.event) {
+    case SDL_WINDOWEVENT_FOCUS_LOST:
+    case SDL_WINDOWEVENT_FOCUS_GAINED:
+    case SDL_WINDOWEVENT_LEAVE:
+    case SDL_WINDOWEVENT_ENTER: return 0;
+    default: return 1;
+    }
+}
+
 }  // namespace
+
+void GameWindow::ignore_focus_changes() {
+    SDL_SetEventFilter(drop_focus_changes, nullptr);
+}
 
 void GameWindow::inject_mouse_move(float x, float y) {
     const SDL_Point p = window_point(session_->renderer, x, y);

@@ -84,6 +84,7 @@ bool start_ui_script(AppState& app, platform::GameWindow* window, const std::str
         std::fprintf(stderr, "ui_script=%s: %s.\n", resolved.c_str(), error.c_str());
         return false;
     }
+    window->ignore_focus_changes();
     app.runtime.instance_create<obj_ui_script>(0, 0, "", app, *window, std::move(*commands));
     return true;
 }
