@@ -60,6 +60,12 @@ const std::vector<std::string_view>& all_text_ids() {
         lid::Dialog_FileName,
         lid::Dialog_Replace,
         lid::FinishedMenu_SaveTitle,
+        lid::Dialog_TooMany,
+        lid::Dialog_NothingThere,
+        lid::Dialog_NoFolder,
+        lid::Dialog_TypeName,
+        lid::Dialog_ChooseFile,
+        lid::Dialog_IsAFolder,
     };
     return ids;
 }

@@ -32,6 +32,12 @@ DialogTexts dialog_texts_from(const Localization& localization) {
     take(localization, lid::Dialog_ShowAll, texts.show_all);
     take(localization, lid::Dialog_FileName, texts.file_name);
     take(localization, lid::Dialog_Replace, texts.replace);
+    take(localization, lid::Dialog_TooMany, texts.too_many);
+    take(localization, lid::Dialog_NothingThere, texts.nothing_there);
+    take(localization, lid::Dialog_NoFolder, texts.no_folder);
+    take(localization, lid::Dialog_TypeName, texts.type_name);
+    take(localization, lid::Dialog_ChooseFile, texts.choose_file);
+    take(localization, lid::Dialog_IsAFolder, texts.is_a_folder);
     return texts;
 }
 

@@ -41,8 +41,9 @@ std::string quoted(const fs::path& path) {
 
 }  // namespace
 
-FileBrowser::FileBrowser(FileBrowserMode mode, std::string_view filter, std::string_view initial)
-    : mode_(mode), filter_(parse_file_filter(filter)) {
+FileBrowser::FileBrowser(FileBrowserMode mode, std::string_view filter, std::string_view initial,
+                         const DialogTexts& texts)
+    : mode_(mode), texts_(texts), filter_(parse_file_filter(filter)) {
     const fs::path start = clean_path(fs::path(string_trim(initial)));
     if (string_trim(initial).empty() || is_folder(start)) {
         enter(start);
@@ -61,8 +62,7 @@ void FileBrowser::relist() {
     listing_ = list_folder(folder_, filter_, show_all_);
     notice_ = listing_.error;
     if (notice_.empty() && listing_.truncated)
-        notice_ = "This folder holds more than " + std::to_string(FOLDER_LISTING_LIMIT) +
-                  " entries; only the first are listed. Type a path to reach the others.";
+        notice_ = dialog_text_with(texts_.too_many, std::to_string(FOLDER_LISTING_LIMIT));
 }
 
 void FileBrowser::set_show_all(bool show_all) {
@@ -124,11 +124,11 @@ void FileBrowser::go_to(std::string_view typed) {
         if (path_exists(target))
             choose(target);
         else
-            notice_ = "There is no file or folder " + quoted(target) + ".";
+            notice_ = dialog_text_with(texts_.nothing_there, quoted(target));
         return;
     }
     if (!is_folder(target.parent_path())) {
-        notice_ = "There is no folder " + quoted(target.parent_path()) + ".";
+        notice_ = dialog_text_with(texts_.no_folder, quoted(target.parent_path()));
         return;
     }
     enter(target.parent_path());
@@ -139,14 +139,14 @@ void FileBrowser::accept() {
     if (mode_ == FileBrowserMode::save) {
         const std::string typed = string_trim(name);
         if (typed.empty()) {
-            notice_ = "Type a name for the file.";
+            notice_ = texts_.type_name;
             return;
         }
         choose(clean_path(folder_ / fs::path(typed)));
         return;
     }
     if (!selected_) {
-        notice_ = "Choose a file from the list, or type its path above.";
+        notice_ = texts_.choose_file;
         return;
     }
     open_entry(*selected_);
@@ -158,11 +158,11 @@ void FileBrowser::choose(const fs::path& file) {
         return;
     }
     if (is_folder(file)) {
-        notice_ = quoted(file.filename()) + " is a folder. Type a name for the file.";
+        notice_ = dialog_text_with(texts_.is_a_folder, quoted(file.filename()));
         return;
     }
     if (!is_folder(file.parent_path())) {
-        notice_ = "There is no folder " + quoted(file.parent_path()) + ".";
+        notice_ = dialog_text_with(texts_.no_folder, quoted(file.parent_path()));
         return;
     }
     if (path_exists(file)) {

@@ -13,6 +13,7 @@
 #include <string>
 #include <string_view>
 
+#include "ui/dialog_texts.h"
 #include "ui/file_listing.h"
 
 namespace veldra {
@@ -23,7 +24,9 @@ class FileBrowser {
 public:
     // Starts in the folder of `initial` (a file there is selected, or named when saving), in
     // `initial` itself when it is a folder, else in the working directory.
-    FileBrowser(FileBrowserMode mode, std::string_view filter, std::string_view initial);
+    // `texts` gives the notices their words.
+    FileBrowser(FileBrowserMode mode, std::string_view filter, std::string_view initial,
+                const DialogTexts& texts = {});
 
     FileBrowserMode mode() const { return mode_; }
     const std::filesystem::path& folder() const { return folder_; }
@@ -59,6 +62,7 @@ private:
     void choose(const std::filesystem::path& file);
 
     FileBrowserMode mode_;
+    DialogTexts texts_;
     FileFilter filter_;
     std::filesystem::path folder_;
     FolderListing listing_;

@@ -32,7 +32,7 @@ class FileDialog final : public DialogWindow {
 public:
     FileDialog(FileBrowserMode mode, std::string_view filter, std::string_view initial,
                std::string title, const DialogTexts& texts)
-        : browser_(mode, filter, initial), heading_(std::move(title)), texts_(texts) {
+        : browser_(mode, filter, initial, texts), heading_(std::move(title)), texts_(texts) {
         if (heading_.empty())
             heading_ = mode == FileBrowserMode::open ? texts_.open_title : texts_.save_title;
         scroll_to_selected_ = browser_.selected().has_value();

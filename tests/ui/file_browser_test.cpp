@@ -81,6 +81,19 @@ TEST_F(FileBrowserTest, SavingRefusesAnEmptyNameAndAFolderName) {
     EXPECT_FALSE(browser.replace_question());
 }
 
+TEST_F(FileBrowserTest, NoticesSpeakTheDialogsLanguage) {
+    DialogTexts german;
+    german.type_name = "Tippe einen Namen für die Datei.";
+    german.is_a_folder = "{0} ist ein Ordner.";
+    FileBrowser browser(FileBrowserMode::save, "*.csv", root().string(), german);
+    browser.name = "";
+    browser.accept();
+    EXPECT_EQ(browser.notice(), "Tippe einen Namen für die Datei.");
+    browser.name = "levels";
+    browser.accept();
+    EXPECT_EQ(browser.notice(), "\"levels\" ist ein Ordner.");
+}
+
 TEST_F(FileBrowserTest, OkOnAFolderEntersItAndOkOnNothingAsksForAFile) {
     FileBrowser browser(FileBrowserMode::open, "*.txt", root().string());
     browser.accept();
