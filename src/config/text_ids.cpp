@@ -60,6 +60,7 @@ const std::vector<std::string_view>& all_text_ids() {
         lid::Dialog_FileName,
         lid::Dialog_Replace,
         lid::FinishedMenu_SaveTitle,
+        lid::FinishedMenu_SaveFailed,
         lid::Dialog_TooMany,
         lid::Dialog_NothingThere,
         lid::Dialog_NoFolder,

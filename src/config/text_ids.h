@@ -67,6 +67,7 @@ inline constexpr std::string_view Dialog_ShowAll = "Dialog_ShowAll";
 inline constexpr std::string_view Dialog_FileName = "Dialog_FileName";
 inline constexpr std::string_view Dialog_Replace = "Dialog_Replace";
 inline constexpr std::string_view FinishedMenu_SaveTitle = "FinishedMenu_SaveTitle";
+inline constexpr std::string_view FinishedMenu_SaveFailed = "FinishedMenu_SaveFailed";
 inline constexpr std::string_view Dialog_TooMany = "Dialog_TooMany";
 inline constexpr std::string_view Dialog_NothingThere = "Dialog_NothingThere";
 inline constexpr std::string_view Dialog_NoFolder = "Dialog_NoFolder";

@@ -181,16 +181,16 @@ std::shared_ptr<LocalSession> local_session_start(SessionContext& context,
 
 Promise save_trial_results_as_csv(Dialogs& dialogs, Files& files,
                                   std::shared_ptr<const std::vector<TrialData>> trials,
-                                  const std::string& title) {
+                                  const std::string& title, const std::string& cannot_save) {
     return dialog_get_save_filename(dialogs, "*.csv", "trials.csv", title)
-        .and_then([&dialogs, &files, trials](const Value& answer) -> HandlerResult {
+        .and_then([&dialogs, &files, trials, cannot_save](const Value& answer) -> HandlerResult {
             if (!answer.is_string() || answer.as_string().empty())
                 return {};
             const std::string path = answer.as_string();
             const std::string error = files.write(path, trial_results_csv_text(*trials));
             if (!error.empty()) {
-                dialogs.show_message("The results could not be saved to \"" + path +
-                                     "\": " + error + ". Choose another place.");
+                dialogs.show_message(
+                    text_replace(text_replace(cannot_save, "{0}", path), "{1}", error));
                 return {};
             }
             log("Saved " + std::to_string(trials->size()) + " trial results to \"" + path + "\".");

@@ -77,7 +77,8 @@ MenuDefinition _make_session_end_menu(const SessionMenuContext& context, const s
         menu.entries.push_back(menu_function(
             text_of(language, lid::FinishedMenu_SaveResults), [&services, &language, trials] {
                 save_trial_results_as_csv(*services.dialogs, *services.files, trials,
-                                          text_of(language, lid::FinishedMenu_SaveTitle))
+                                          text_of(language, lid::FinishedMenu_SaveTitle),
+                                          text_of(language, lid::FinishedMenu_SaveFailed))
                     .and_then([&services, &language](const Value& path) {
                         if (path.is_string())
                             services.dialogs->show_message(
