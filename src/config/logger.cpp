@@ -1,5 +1,8 @@
 #include "config/logger.h"
 
+#include <cstdio>
+#include <filesystem>
+
 #include "runtime/callstack.h"
 #include "runtime/once.h"
 #include "runtime/runtime.h"
@@ -16,6 +19,20 @@ std::string make_log_timestamp(const LocalDateTime& when) {
     return std::to_string(when.year) + "_" + two_digits(when.month) + "_" + two_digits(when.day) +
            "_" + two_digits(when.hour) + "_" + two_digits(when.minute) + "_" +
            two_digits(when.second);
+}
+
+std::string make_file_name_stamp(const LocalDateTime& when, char between) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%04d%02d%02d%c%02d%02d%02d", when.year, when.month, when.day,
+                  between, when.hour, when.minute, when.second);
+    return text;
+}
+
+std::string path_beside_log(const std::optional<std::string>& log_output_file,
+                            const std::string& name) {
+    if (!log_output_file || log_output_file->empty())
+        return name;
+    return (std::filesystem::path(*log_output_file).parent_path() / name).string();
 }
 
 void initialize_log(Runtime& runtime, LoggerState& state,

@@ -54,6 +54,15 @@ private:
 // "2024_03_07_09_05_41": one-digit parts get a leading zero, the year stays as it is.
 std::string make_log_timestamp(const LocalDateTime& when);
 
+// "20240307-090541", the stamp in the names of files a run leaves beside its log; `between`
+// separates the date from the time.
+std::string make_file_name_stamp(const LocalDateTime& when, char between = '-');
+
+// Where a file named `name` that belongs to this run goes: the log's folder, or the working
+// directory when there is no log file.
+std::string path_beside_log(const std::optional<std::string>& log_output_file,
+                            const std::string& name);
+
 // Creates the persistent logger in `runtime` and makes it the log's sink; it copies lines into
 // `output_filename` when one is given. Once-only.
 void initialize_log(Runtime& runtime, LoggerState& state,

@@ -25,11 +25,13 @@ int drop_focus_changes(void*, SDL_Event* e) {
     if (e->type != SDL_WINDOWEVENT)
         return 1;
     switch (e->window.event) {
-    case SDL_WINDOWEVENT_FOCUS_LOST:
-    case SDL_WINDOWEVENT_FOCUS_GAINED:
-    case SDL_WINDOWEVENT_LEAVE:
-    case SDL_WINDOWEVENT_ENTER: return 0;
-    default: return 1;
+        case SDL_WINDOWEVENT_FOCUS_LOST:
+        case SDL_WINDOWEVENT_FOCUS_GAINED:
+        case SDL_WINDOWEVENT_LEAVE:
+        case SDL_WINDOWEVENT_ENTER:
+            return 0;
+        default:
+            return 1;
     }
 }
 

@@ -2,10 +2,10 @@
 
 #include <chrono>
 #include <cmath>
-#include <cstdio>
 
 #include "async/dialog_promises.h"
 #include "config/game_configurations.h"
+#include "config/logger.h"
 #include "runtime/log.h"
 #include "runtime/number_format.h"
 #include "runtime/paths.h"
@@ -32,14 +32,6 @@ void message(AppState& app, const std::string& text) {
 
 obj_loading_status* loading_status(AppState& app) {
     return app.runtime.find_as<obj_loading_status>(app.loading_status);
-}
-
-std::string local_stamp(const AppState& app) {
-    const LocalDateTime t = app.services.clock->local_now();
-    char text[32];
-    std::snprintf(text, sizeof text, "%04d%02d%02d_%02d%02d%02d", t.year, t.month, t.day, t.hour,
-                  t.minute, t.second);
-    return text;
 }
 
 // A session takes the screen: the developer menu goes, and comes back after nothing (the
@@ -91,10 +83,11 @@ void generate_levels(AppState& app) {
             if (!file.is_string() || file.as_string().empty())
                 return promise_reject(Value());
             *generator = file.as_string();
-            return dialog_get_string(*app.services.dialogs,
-                                     "The levels will be generated under a directory.\nEnter "
-                                     "directory name:",
-                                     "levels_" + local_stamp(app));
+            return dialog_get_string(
+                *app.services.dialogs,
+                "The levels will be generated under a directory.\nEnter "
+                "directory name:",
+                "levels_" + make_file_name_stamp(app.services.clock->local_now(), '_'));
         })
         .and_then([&app, generator](const Value& folder) {
             if (!folder.is_string() || folder.as_string().empty())

@@ -6,6 +6,7 @@
 
 #include "async/room_goer.h"
 #include "config/game_configurations.h"
+#include "config/logger.h"
 #include "config/text_ids.h"
 #include "runtime/file_io.h"
 #include "runtime/log.h"
@@ -185,23 +186,12 @@ std::optional<std::string> configuration_digest(AppState& app) {
     return digest;
 }
 
-std::string local_stamp(const Services& services) {
-    const LocalDateTime t = services.clock->local_now();
-    char text[32];
-    std::snprintf(text, sizeof text, "%04d%02d%02d-%02d%02d%02d", t.year, t.month, t.day, t.hour,
-                  t.minute, t.second);
-    return text;
-}
-
 }  // namespace
 
 std::string default_input_record_path(const std::optional<std::string>& log_output_file,
                                       const std::string& level_name, const std::string& stamp) {
-    const std::string name = (level_name.empty() ? "trial" : level_name) + "-" + stamp + ".inputs";
-    if (!log_output_file || log_output_file->empty())
-        return name;
-    const std::filesystem::path beside = std::filesystem::path(*log_output_file).parent_path();
-    return (beside / name).string();
+    return path_beside_log(log_output_file,
+                           (level_name.empty() ? "trial" : level_name) + "-" + stamp + ".inputs");
 }
 
 void start_play_mode(AppState& app, const ProgramParameters& params) {
@@ -217,10 +207,11 @@ void start_play_mode(AppState& app, const ProgramParameters& params) {
     if (!level || !config_digest)
         return end_program(app, 1);
     session->record.configuration_digest = *config_digest;
-    session->record_path = params.record_inputs && !params.record_inputs->empty()
-                               ? *params.record_inputs
-                               : default_input_record_path(params.log_output_file, level->name,
-                                                           local_stamp(app.services));
+    session->record_path =
+        params.record_inputs && !params.record_inputs->empty()
+            ? *params.record_inputs
+            : default_input_record_path(params.log_output_file, level->name,
+                                        make_file_name_stamp(app.services.clock->local_now()));
     std::error_code same_error;
     if (std::filesystem::equivalent(session->record_path, resolve_user_path(*params.play_level),
                                     same_error)) {

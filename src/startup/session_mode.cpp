@@ -1,9 +1,9 @@
 #include "startup/session_mode.h"
 
-#include <cstdio>
-#include <filesystem>
+#include <cctype>
 
 #include "config/game_configurations.h"
+#include "config/logger.h"
 #include "config/text_ids.h"
 #include "runtime/log.h"
 #include "runtime/number_format.h"
@@ -98,15 +98,9 @@ std::vector<std::string> configured_levels(const AppState& app) {
 }
 
 std::string session_autosave_path(const AppState& app, const std::string& user_id) {
-    const LocalDateTime t = app.services.clock->local_now();
-    char stamp[32];
-    std::snprintf(stamp, sizeof stamp, "%04d%02d%02d-%02d%02d%02d", t.year, t.month, t.day, t.hour,
-                  t.minute, t.second);
-    const std::string name = "session-" + file_name_part(user_id) + "-" + stamp + ".csv";
-    const auto& log_file = app.params.log_output_file;
-    if (!log_file || log_file->empty())
-        return name;
-    return (std::filesystem::path(*log_file).parent_path() / name).string();
+    return path_beside_log(app.params.log_output_file,
+                           "session-" + file_name_part(user_id) + "-" +
+                               make_file_name_stamp(app.services.clock->local_now()) + ".csv");
 }
 
 bool start_local_session(AppState& app, std::vector<std::string> level_filenames,

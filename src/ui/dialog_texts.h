@@ -23,8 +23,9 @@ struct DialogTexts {
     std::string file_name = "File name";
     std::string replace = "\"{0}\" already exists. Replace it?";  // {0}: the file's name
     // The file browser's notices; {0} is a number or a quoted path.
-    std::string too_many = "This folder holds more than {0} entries; only the first are listed. "
-                           "Type a path to reach the others.";
+    std::string too_many =
+        "This folder holds more than {0} entries; only the first are listed. "
+        "Type a path to reach the others.";
     std::string nothing_there = "There is no file or folder {0}.";
     std::string no_folder = "There is no folder {0}.";
     std::string type_name = "Type a name for the file.";

@@ -26,7 +26,7 @@ public:
 };
 
 std::unique_ptr<DialogWindow> make_text_dialog(std::string prompt, std::string initial,
-                                              const DialogTexts& texts);
+                                               const DialogTexts& texts);
 std::unique_ptr<DialogWindow> make_message_dialog(std::string text, const DialogTexts& texts);
 // `title`: the heading; empty, one that says what the dialog does.
 std::unique_ptr<DialogWindow> make_file_dialog(FileBrowserMode mode, std::string_view filter,

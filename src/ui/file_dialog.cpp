@@ -76,7 +76,8 @@ private:
         ImGui::AlignTextToFramePadding();
         dialog_text(frame, texts_.folder);
         ImGui::SameLine();
-        const float go_width = ImGui::CalcTextSize(texts_.go.c_str()).x + 4 * ImGui::GetStyle().FramePadding.x;
+        const float go_width =
+            ImGui::CalcTextSize(texts_.go.c_str()).x + 4 * ImGui::GetStyle().FramePadding.x;
         ImGui::SetNextItemWidth(ImGui::GetContentRegionAvail().x - go_width -
                                 ImGui::GetStyle().ItemSpacing.x);
         const bool entered =

@@ -68,7 +68,7 @@ private:
 }  // namespace
 
 std::unique_ptr<DialogWindow> make_text_dialog(std::string prompt, std::string initial,
-                                              const DialogTexts& texts) {
+                                               const DialogTexts& texts) {
     return std::make_unique<TextDialog>(std::move(prompt), std::move(initial), texts);
 }
 
