@@ -15,6 +15,10 @@ namespace lid {
 inline constexpr std::string_view Hud_TotalScore = "Hud_TotalScore";
 inline constexpr std::string_view Hud_Energy = "Hud_Energy";
 inline constexpr std::string_view Hud_Time = "Hud_Time";
+inline constexpr std::string_view Hud_HintWalk = "Hud_HintWalk";
+inline constexpr std::string_view Hud_HintClick = "Hud_HintClick";
+inline constexpr std::string_view Hud_HintZoom = "Hud_HintZoom";
+inline constexpr std::string_view Hud_HintFullscreen = "Hud_HintFullscreen";
 inline constexpr std::string_view TraitMenu_Title = "TraitMenu_Title";
 inline constexpr std::string_view TraitMenu_Intro = "TraitMenu_Intro";
 inline constexpr std::string_view TraitMenu_Openness = "TraitMenu_Openness";

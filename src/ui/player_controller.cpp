@@ -1,7 +1,6 @@
 #include "ui/player_controller.h"
 
 #include <algorithm>
-#include <array>
 
 #include "creatures/human.h"
 #include "creatures/trial_world.h"
@@ -15,7 +14,9 @@ namespace veldra {
 
 namespace {
 
-int axis(bool negative, bool positive) { return (positive ? 1 : 0) - (negative ? 1 : 0); }
+int axis(bool negative, bool positive) {
+    return (positive ? 1 : 0) - (negative ? 1 : 0);
+}
 
 Rgba highlight_color(PlayerTarget::Kind kind) {
     switch (kind) {
@@ -105,27 +106,28 @@ void PlayerController::draw_target(DrawList& list, const Camera& camera, const S
 void PlayerController::draw_crosshair(DrawList& list, const Sprites& sprites) const {
     if (!in_world_viewport(mouse_x, mouse_y))
         return;
-    list.texture(sprites.crosshair, static_cast<float>(mouse_x - 16), static_cast<float>(mouse_y - 16),
-                 32, 32);
+    list.texture(sprites.crosshair, static_cast<float>(mouse_x - 16),
+                 static_cast<float>(mouse_y - 16), 32, 32);
 }
 
-void draw_control_hints(DrawList& list, bool show_keys, bool developer_keys, double game_speed) {
-    static constexpr std::array<const char*, 4> HINTS{"WASD / arrows: walk",
-                                                      "Click: walk, attack, eat, exchange",
-                                                      "Wheel: zoom", "F11: fullscreen"};
-    constexpr float LINE = 22, LEFT = 16, SIZE = 18;
-    std::vector<std::string> lines;
-    if (show_keys)
-        lines.assign(HINTS.begin(), HINTS.end());
+void draw_control_hints(Renderer& renderer, const std::vector<std::string>& hints,
+                        bool developer_keys, double game_speed) {
+    constexpr float LINE = 22, LEFT = 16, SIZE = 18, MIN_WIDTH = 330;
+    std::vector<std::string> lines = hints;
     if (developer_keys) {
         lines.push_back(game_speed == 0 ? std::string("Paused (P)")
                                         : "Speed x" + number_to_string(game_speed) + " (+/-, P)");
     }
     if (lines.empty())
         return;
+    // Wide enough for the longest line in whatever language the hints are in.
+    float width = MIN_WIDTH;
+    for (const std::string& line : lines)
+        width = std::max(width, renderer.measure_text(line, SIZE).width + 16);
     const float height = LINE * static_cast<float>(lines.size()) + 12;
     const float top = LOGICAL_HEIGHT - height - 12;
-    list.rect(LEFT - 8, top, 330, height, {16, 20, 26, 160});
+    DrawList& list = renderer.draw_list();
+    list.rect(LEFT - 8, top, width, height, {16, 20, 26, 160});
     for (std::size_t i = 0; i < lines.size(); ++i)
         list.text(LEFT, top + 6 + LINE * static_cast<float>(i), lines[i], {236, 236, 228, 255},
                   SIZE);

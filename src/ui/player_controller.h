@@ -4,6 +4,9 @@
 // thing a view puts into the simulation; the human applies them in its own tick. With developer
 // keys, P pauses and +/- change the game speed.
 
+#include <string>
+#include <vector>
+
 #include "runtime/input.h"
 #include "runtime/renderer.h"
 #include "ui/camera.h"
@@ -44,7 +47,9 @@ private:
 // Whether a screen point is in the part of the screen that shows the world.
 bool in_world_viewport(double screen_x, double screen_y);
 
-// The keyboard hints and, with developer keys, the game speed, in the lower left corner.
-void draw_control_hints(DrawList& list, bool show_keys, bool developer_keys, double game_speed);
+// The keyboard hints (none: none shown) and, with developer keys, the game speed, in the lower
+// left corner.
+void draw_control_hints(Renderer& renderer, const std::vector<std::string>& hints,
+                        bool developer_keys, double game_speed);
 
 }  // namespace veldra

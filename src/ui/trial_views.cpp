@@ -126,8 +126,9 @@ void obj_trial_views::on_draw_end() {
 void obj_trial_views::on_draw_gui() {
     Renderer& renderer = *runtime().services().renderer;
     const obj_trial* t = trial();
-    draw_control_hints(renderer.draw_list(), options.show_keyboard_prompts, options.developer_keys,
-                       t ? t->game_speed : 0);
+    draw_control_hints(renderer,
+                       options.show_keyboard_prompts ? key_hints : std::vector<std::string>{},
+                       options.developer_keys, t ? t->game_speed : 0);
     controller.draw_crosshair(renderer.draw_list(), sprites_);
 }
 
@@ -141,6 +142,10 @@ InstanceId create_trial_views(SimulationState& sim, obj_trial& trial,
                               const TrialViewOptions& options) {
     auto& views =
         sim.runtime.instance_create<obj_trial_views>(0, 0, "", sim, trial, sprites, options);
+    views.key_hints = {
+        text_of(localization, lid::Hud_HintWalk), text_of(localization, lid::Hud_HintClick),
+        text_of(localization, lid::Hud_HintZoom), text_of(localization, lid::Hud_HintFullscreen)};
+    std::erase_if(views.key_hints, [](const std::string& hint) { return hint.empty(); });
     TrialHudLabels labels{text_of(localization, lid::Hud_TotalScore),
                           text_of(localization, lid::Hud_Energy),
                           text_of(localization, lid::Hud_Time)};

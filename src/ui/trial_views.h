@@ -5,6 +5,8 @@
 // without it, apart from the commands the player gives.
 
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "creatures/event.h"
 #include "runtime/instance.h"
@@ -57,7 +59,8 @@ public:
     Rgba background{46, 59, 51, 255};  // the configuration's level_background_color
     TextureId terrain_texture = 0;
     InstanceId world_view = NO_INSTANCE;
-    InstanceId hud = NO_INSTANCE;  // obj_trial_hud
+    InstanceId hud = NO_INSTANCE;        // obj_trial_hud
+    std::vector<std::string> key_hints;  // in the player's language
 
 private:
     obj_trial* trial() const;
