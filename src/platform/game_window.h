@@ -36,9 +36,13 @@ public:
     void inject_mouse_button(bool down, float x, float y);
     void inject_key(Key key, bool down);
     void inject_text(const std::string& utf8);
-    // From now on the window ignores losing the keyboard focus and the pointer: a scripted window
-    // must not drop a held key or a click because another window opened on the same display.
-    void ignore_focus_changes();
+    // From now on the window takes input only from the inject_ calls: a scripted window must not
+    // lose a click, a typed text or a held key because another window on the same display took
+    // the keyboard focus or moved the pointer, nor act on input a person at the screen makes.
+    void take_only_injected_input();
+    // What take_only_injected_input kept out so far, such as "3 pointer, 1 focus"; empty if
+    // nothing.
+    std::string ignored_input_summary() const;
     // Saves the next frame as it is shown, menus included, as a PNG at `path` (the log says
     // whether it worked).
     void request_screenshot(const std::string& path);

@@ -2,7 +2,10 @@
 #include <SDL.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
+#include <string>
+#include <utility>
 
 #include "platform/game_window.h"
 #include "platform/sdl_input.h"
@@ -21,35 +24,88 @@ SDL_Point window_point(SDL_Renderer* renderer, float x, float y) {
     return {wx, wy};
 }
 
-int drop_focus_changes(void*, SDL_Event* e) {
-    if (e->type != SDL_WINDOWEVENT)
-        return 1;
-    switch (e->window.event) {
-        case SDL_WINDOWEVENT_FOCUS_LOST:
-        case SDL_WINDOWEVENT_FOCUS_GAINED:
-        case SDL_WINDOWEVENT_LEAVE:
-        case SDL_WINDOWEVENT_ENTER:
-            return 0;
+// Set only while an inject_ call pushes its event: SDL runs the event filter inside
+// SDL_PushEvent, so the filter can tell the script's events from the display's.
+bool injecting = false;
+
+void push_injected(SDL_Event& e) {
+    injecting = true;
+    SDL_PushEvent(&e);
+    injecting = false;
+}
+
+enum class InputKind { none, keys, pointer, focus, count };
+
+InputKind input_kind(const SDL_Event& e) {
+    switch (e.type) {
+        case SDL_KEYDOWN:
+        case SDL_KEYUP:
+        case SDL_TEXTINPUT:
+        case SDL_TEXTEDITING:
+            return InputKind::keys;
+        case SDL_MOUSEMOTION:
+        case SDL_MOUSEBUTTONDOWN:
+        case SDL_MOUSEBUTTONUP:
+        case SDL_MOUSEWHEEL:
+        case SDL_FINGERDOWN:
+        case SDL_FINGERUP:
+        case SDL_FINGERMOTION:
+            return InputKind::pointer;
+        case SDL_WINDOWEVENT:
+            // Focus and pointer crossings decide where the display sends keys; a focus loss
+            // releases every held key and clears what the menus were typing.
+            switch (e.window.event) {
+                case SDL_WINDOWEVENT_FOCUS_LOST:
+                case SDL_WINDOWEVENT_FOCUS_GAINED:
+                case SDL_WINDOWEVENT_LEAVE:
+                case SDL_WINDOWEVENT_ENTER:
+                    return InputKind::focus;
+                default:
+                    return InputKind::none;
+            }
         default:
-            return 1;
+            return InputKind::none;
     }
+}
+
+std::array<long, static_cast<std::size_t>(InputKind::count)> ignored{};
+
+int only_injected_input(void*, SDL_Event* e) {
+    const InputKind kind = input_kind(*e);
+    if (injecting || kind == InputKind::none)
+        return 1;
+    ++ignored[static_cast<std::size_t>(kind)];
+    return 0;
 }
 
 }  // namespace
 
-void GameWindow::ignore_focus_changes() {
-    SDL_SetEventFilter(drop_focus_changes, nullptr);
+void GameWindow::take_only_injected_input() {
+    SDL_SetEventFilter(only_injected_input, nullptr);
+}
+
+std::string GameWindow::ignored_input_summary() const {
+    std::string summary;
+    const std::pair<InputKind, const char*> names[] = {{InputKind::keys, "keyboard"},
+                                                       {InputKind::pointer, "pointer"},
+                                                       {InputKind::focus, "focus"}};
+    for (const auto& [kind, name] : names) {
+        const long n = ignored[static_cast<std::size_t>(kind)];
+        if (n > 0)
+            summary += (summary.empty() ? "" : ", ") + std::to_string(n) + " " + name;
+    }
+    return summary;
 }
 
 void GameWindow::inject_mouse_move(float x, float y) {
+    // The display's pointer stays where it is: moving it would move it for every window there.
     const SDL_Point p = window_point(session_->renderer, x, y);
-    SDL_WarpMouseInWindow(session_->window, p.x, p.y);
     SDL_Event e{};
     e.type = SDL_MOUSEMOTION;
     e.motion.windowID = window_id();
     e.motion.x = p.x;
     e.motion.y = p.y;
-    SDL_PushEvent(&e);
+    push_injected(e);
 }
 
 void GameWindow::inject_mouse_button(bool down, float x, float y) {
@@ -62,7 +118,7 @@ void GameWindow::inject_mouse_button(bool down, float x, float y) {
     e.button.clicks = 1;
     e.button.x = p.x;
     e.button.y = p.y;
-    SDL_PushEvent(&e);
+    push_injected(e);
 }
 
 void GameWindow::inject_key(Key key, bool down) {
@@ -72,7 +128,7 @@ void GameWindow::inject_key(Key key, bool down) {
     e.key.state = down ? SDL_PRESSED : SDL_RELEASED;
     e.key.keysym.sym = sdl_keycode_for_key(key);
     e.key.keysym.scancode = SDL_GetScancodeFromKey(e.key.keysym.sym);
-    SDL_PushEvent(&e);
+    push_injected(e);
 }
 
 void GameWindow::request_screenshot(const std::string& path) {
@@ -91,7 +147,7 @@ void GameWindow::inject_text(const std::string& utf8) {
         e.type = SDL_TEXTINPUT;
         e.text.windowID = window_id();
         std::memcpy(e.text.text, utf8.data() + at, n);
-        SDL_PushEvent(&e);
+        push_injected(e);
         at += n;
     }
 }

@@ -84,7 +84,7 @@ bool start_ui_script(AppState& app, platform::GameWindow* window, const std::str
         std::fprintf(stderr, "ui_script=%s: %s.\n", resolved.c_str(), error.c_str());
         return false;
     }
-    window->ignore_focus_changes();
+    window->take_only_injected_input();
     app.runtime.instance_create<obj_ui_script>(0, 0, "", app, *window, std::move(*commands));
     return true;
 }
@@ -161,6 +161,9 @@ int run_program(int argc, char** argv) {
     // Frames ran out before the mode was done: it keeps what it has, as if the window closed.
     if (!runtime.end_requested() && app.on_quit_requested)
         app.on_quit_requested(false);
+    if (const auto* script = runtime.instance_find<obj_ui_script>(0);
+        script && !script->report_unfinished() && app.exit_status == 0)
+        app.exit_status = 1;
     if (early.screenshot && !write_screenshot(app, *early.screenshot))
         app.exit_status = app.exit_status ? app.exit_status : 1;
     if (early.frame_times) {

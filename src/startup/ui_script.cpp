@@ -78,6 +78,7 @@ std::optional<std::vector<UiCommand>> parse_ui_script(const std::string& text, s
         const std::string rest = space == std::string::npos ? "" : line.substr(space + 1);
         UiCommand command;
         command.line = number;
+        command.source = line.substr(start);
         auto bad = [&](const std::string& why) {
             error = "line " + std::to_string(number) + ": " + why;
             return std::nullopt;
@@ -126,9 +127,26 @@ std::optional<std::vector<UiCommand>> parse_ui_script(const std::string& text, s
 }
 
 void obj_ui_script::fail(const UiCommand& command, const std::string& why) {
-    log_error("UI script, line " + std::to_string(command.line) + ": " + why);
+    log_error("UI script, line " + std::to_string(command.line) + " (" + command.source +
+              "): " + why);
     next_ = commands_.size();
     end_program(app_, 1);
+}
+
+bool obj_ui_script::report_unfinished() const {
+    const std::string ignored = window_.ignored_input_summary();
+    if (!ignored.empty())
+        log("UI script: input from the display was ignored: " + ignored + ".");
+    // A script may well end the program while it pauses.
+    if (next_ >= commands_.size() || commands_[next_].kind == UiCommand::Kind::frames)
+        return true;
+    const UiCommand& command = commands_[next_];
+    const std::size_t left = commands_.size() - next_ - 1;
+    log_warning("UI script: the program ended on line " + std::to_string(command.line) + " (" +
+                command.source + "), after " + std::to_string(frames_in_command_) +
+                " frames there; " + std::to_string(left) + (left == 1 ? " command" : " commands") +
+                " after it did not run.");
+    return false;
 }
 
 // Runs before the frame's other steps, so what it pushes is read by the next frame's poll.

@@ -14,7 +14,9 @@
 //   quit             closes the window as its close button does
 //
 // A wait or a click that does not find its text within a minute stops the program with an error
-// naming the line.
+// naming the line. While a script runs, the window takes no input from the display: neither a
+// person's nor another window's pointer and focus changes. A program that ends before its script
+// is done (frames= ran out, the window was closed) logs the line it was on and exits with 1.
 
 #include <memory>
 #include <optional>
@@ -37,8 +39,9 @@ struct UiCommand {
     Kind kind = Kind::frames;
     std::string text;  // wait, click, type, screenshot
     Key key = Key::enter;
-    long count = 0;  // hold, frames
-    int line = 0;    // in the file, for messages
+    long count = 0;      // hold, frames
+    int line = 0;        // in the file, for messages
+    std::string source;  // the line as written, for messages
 };
 
 // The commands of a script's text; nullopt with `error` naming the line of the first bad one.
@@ -51,6 +54,10 @@ public:
         : app_(app), window_(window), commands_(std::move(commands)) {}
     void on_create() override { persistent = true; }
     void on_step_begin() override;
+    // Logs the line the script was still on when the program ended without finishing it, so a
+    // failed windowed test or demonstration says where it stopped; false in that case. A script
+    // that ends the program while it pauses ("frames") has finished.
+    bool report_unfinished() const;
 
 private:
     bool run(const UiCommand& command);  // true once the command is done

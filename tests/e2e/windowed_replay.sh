@@ -1,17 +1,19 @@
 #!/usr/bin/env bash
 # A recording played in a real window reaches the same TrialResult as its headless replay, and
-# both reach the result the recording holds. Needs a display (xvfb-run in CI); without one the
-# test is skipped (status 77), unless VELDRA_REQUIRE_DISPLAY is set.
+# both reach the result the recording holds. The window opens on a virtual display of the test's
+# own (Xvfb); without Xvfb or a desktop display the test is skipped (status 77), unless
+# VELDRA_REQUIRE_DISPLAY is set.
 set -euo pipefail
 veldra=$1
+source "$(dirname "$0")/support/own_display.sh"
 work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
+trap 'stop_own_display; rm -rf "$work"' EXIT
 cd "$work"
 export SDL_AUDIODRIVER=dummy
 
-if [ -z "${DISPLAY:-}" ]; then
-  [ -n "${VELDRA_REQUIRE_DISPLAY:-}" ] && { echo "VELDRA_REQUIRE_DISPLAY is set but there is no DISPLAY"; exit 1; }
-  echo "no display: skipped"; exit 77
+if ! start_own_display; then
+  [ -n "${VELDRA_REQUIRE_DISPLAY:-}" ] && { echo "VELDRA_REQUIRE_DISPLAY is set but Xvfb does not start"; exit 1; }
+  [ -z "${DISPLAY:-}" ] && { echo "no display: skipped"; exit 77; }
 fi
 
 # A short trial at five ticks a frame, so the window plays it in a few seconds.

@@ -2,6 +2,9 @@
 
 #include <imgui.h>
 
+#include <cstring>
+#include <string>
+
 #include "platform/window_test_support.h"
 #include "runtime/log.h"
 
@@ -137,6 +140,45 @@ TEST_F(SdlInputTest, MouseIsInLogicalPixels) {
     EXPECT_TRUE(next.released(MouseButton::right));
     EXPECT_FALSE(next.down(MouseButton::right));
     EXPECT_DOUBLE_EQ(next.wheel, 0);
+}
+
+// What other windows on the display cause reaches SDL's queue the way a test's pushed events do,
+// so a plain SDL_PushEvent stands for the display here, and only the inject_ calls are a script's.
+TEST_F(SdlInputTest, AScriptedWindowTakesOnlyItsScriptsInput) {
+    window->take_only_injected_input();
+    window->inject_mouse_move(400, 300);
+    window->inject_mouse_button(true, 400, 300);
+    SDL_Event motion{};
+    motion.type = SDL_MOUSEMOTION;
+    motion.motion.windowID = window->window_id();
+    motion.motion.x = 1800;  // another program's pointer, after the script's press
+    motion.motion.y = 1000;
+    SDL_PushEvent(&motion);
+    push_key(SDL_KEYDOWN, SDLK_a);
+    push_focus_lost();
+    window->inject_key(Key::d, true);
+    const InputFrame& pressed = poll();
+    EXPECT_NEAR(pressed.mouse_x, 400, 1);
+    EXPECT_NEAR(pressed.mouse_y, 300, 1);
+    EXPECT_TRUE(pressed.pressed(MouseButton::left));
+    EXPECT_TRUE(pressed.down(Key::d));
+    EXPECT_FALSE(pressed.down(Key::a));
+    // The script's text reaches the menus whoever has the display's focus.
+    window->inject_text("typed");
+    SDL_Event foreign_text{};
+    foreign_text.type = SDL_TEXTINPUT;
+    foreign_text.text.windowID = window->window_id();
+    std::strcpy(foreign_text.text.text, "X");
+    SDL_PushEvent(&foreign_text);
+    services.input->poll();
+    const ImVector<ImWchar>& queued = ImGui::GetIO().InputQueueCharacters;
+    EXPECT_EQ(std::string(queued.begin(), queued.end()), "typed");
+    services.renderer->present();
+    EXPECT_TRUE(services.input->frame().down(Key::d));  // the focus loss was not the script's
+    // The display itself may add focus changes of its own, so only the keys are counted exactly.
+    const std::string ignored = window->ignored_input_summary();
+    EXPECT_EQ(ignored.rfind("2 keyboard, ", 0), 0u) << ignored;
+    EXPECT_NE(ignored.find(" pointer"), std::string::npos) << ignored;
 }
 
 TEST_F(SdlInputTest, ClosingTheWindowAsksToQuitForOneFrame) {

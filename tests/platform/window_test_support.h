@@ -1,7 +1,8 @@
 #pragma once
-// Shared by the tests that open a real window: they need a display, which CI provides with a
-// virtual X server. Without one they are skipped, unless VELDRA_REQUIRE_DISPLAY says a display
-// must be there, and then they fail.
+// Shared by the tests that open a real window. Each test process draws on a virtual X display of
+// its own (support/private_display.h); where Xvfb is missing, a desktop's display will do.
+// Without either the tests are skipped, unless VELDRA_REQUIRE_DISPLAY says a display must be
+// there, and then they fail.
 
 #include <SDL.h>
 #include <gtest/gtest.h>
@@ -16,10 +17,14 @@
 #include <string>
 
 #include "platform/game_window.h"
+#include "support/private_display.h"
 
 namespace veldra::platform::test {
 
 inline bool display_available(std::string& why) {
+    if (!::veldra::testing::use_private_display(why) &&
+        (std::getenv("VELDRA_REQUIRE_DISPLAY") || !std::getenv("DISPLAY")))
+        return false;
     if (SDL_Init(SDL_INIT_VIDEO) != 0) {
         why = SDL_GetError();
         return false;
@@ -87,9 +92,9 @@ protected:
         return window != nullptr;
     }
 
-    // Tests run in parallel on one virtual display: another test's window takes the focus at
-    // any moment, and the focus loss rightly releases every key. From here on only the focus
-    // changes a test pushes itself (marked PUSHED_BY_TEST) reach the input.
+    // A window manager or a desktop may move the focus at any moment, and the focus loss
+    // rightly releases every key. From here on only the focus changes a test pushes itself
+    // (marked PUSHED_BY_TEST) reach the input.
     void keep_foreign_focus_changes_out() {
         SDL_PumpEvents();
         SDL_FlushEvents(SDL_FIRSTEVENT, SDL_LASTEVENT);  // the window's own opening events

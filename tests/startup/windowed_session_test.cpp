@@ -63,10 +63,16 @@ protected:
                                     output + " 2>>err.txt";
         return std::system(command.c_str());
     }
+    // What the program said: its error output and the last lines of its log, which name the
+    // UI-script line it stopped on.
     std::string errors() const {
         std::ifstream file(folder / "err.txt");
         std::stringstream text;
-        text << file.rdbuf();
+        text << "error output:\n" << file.rdbuf();
+        const std::vector<std::string> log = lines_of(folder / "run.log");
+        text << "\nlast lines of run.log:\n";
+        for (std::size_t i = log.size() > 25 ? log.size() - 25 : 0; i < log.size(); ++i)
+            text << log[i] << "\n";
         return text.str();
     }
 
@@ -146,7 +152,7 @@ TEST_F(WindowedSessionTest, ALocalSessionOfTwoLevelsEndsInASavedCsvOfItsTrials) 
     for (const auto& entry : fs::directory_iterator(folder))
         if (entry.path().filename().string().rfind("session-LOCAL_USER-", 0) == 0)
             autosaves.push_back(entry.path());
-    ASSERT_EQ(autosaves.size(), 1u);
+    ASSERT_EQ(autosaves.size(), 1u) << errors();
     EXPECT_EQ(lines_of(autosaves[0]), lines);
 }
 
@@ -174,9 +180,24 @@ TEST_F(WindowedSessionTest, ClosingTheWindowMidSessionAsksFirstAndKeepsTheFinish
             autosaves.push_back(entry.path());
     ASSERT_EQ(autosaves.size(), 1u) << errors();
     const std::vector<std::string> lines = lines_of(autosaves[0]);
-    ASSERT_EQ(lines.size(), 2u);  // the header and the one trial finished
+    ASSERT_EQ(lines.size(), 2u) << errors();  // the header and the one trial finished
     EXPECT_NE(lines[1].find(";one.txt;"), std::string::npos) << lines[1];
     EXPECT_NE(lines[1].find(";DEMO_USER"), std::string::npos) << lines[1];
+}
+
+// A script that cannot finish fails the run and says where it stood, so a failed windowed test
+// explains itself.
+TEST_F(WindowedSessionTest, AScriptStillWaitingWhenTheFramesRunOutFailsNamingItsLine) {
+    std::ofstream(folder / "stuck.ui") << "# the developer menu comes first\n"
+                                          "wait DEVELOPER MENU\n"
+                                          "wait A menu that never comes\n"
+                                          "click Start\n";
+    EXPECT_NE(veldra("lang=en config=study.json ui_script=stuck.ui frames=40 "
+                     "log_output_file=run.log"),
+              0);
+    const std::string said = errors();
+    EXPECT_NE(said.find("line 3 (wait A menu that never comes)"), std::string::npos) << said;
+    EXPECT_NE(said.find("1 command after it did not run"), std::string::npos) << said;
 }
 
 }  // namespace
