@@ -1,5 +1,7 @@
 #include "ui/popup_menu.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <utility>
 
@@ -44,6 +46,19 @@ void check_page(const MenuDefinition& page) {
 }
 
 }  // namespace
+
+double menu_field_step(const MenuField& field) {
+    return field.maximum - field.minimum >= 10 ? 1 : 0.1;
+}
+
+double menu_field_snapped(const MenuField& field, double number) {
+    const double step = menu_field_step(field);
+    const double steps = std::round((number - field.minimum) / step);
+    // Computed from the range's start, the step count and the step, then rounded to the two
+    // decimals numbers are written with, so 0.1 steps give 0.3 and not 0.30000000000000004.
+    const double snapped = std::round((field.minimum + steps * step) * 100) / 100;
+    return std::clamp(snapped, field.minimum, field.maximum);
+}
 
 MenuEntry menu_heading(std::string text) {
     return make_entry(MenuEntryKind::heading, std::move(text));
@@ -152,9 +167,15 @@ std::vector<std::string> obj_popup_menu::current_labels() const {
     return labels;
 }
 
-obj_popup_menu::Rect obj_popup_menu::entry_rect(const std::string& label) const {
+obj_popup_menu::Rect obj_popup_menu::entry_rect(const std::string& label, Part part) const {
     const std::optional<std::size_t> index = find_entry(label);
-    return index && *index < rects_.size() ? rects_[*index] : Rect{};
+    return index && *index < rects_.size() ? rects_[*index][static_cast<std::size_t>(part)]
+                                           : Rect{};
+}
+
+const MenuField* obj_popup_menu::entry_field(const std::string& label) const {
+    const std::optional<std::size_t> index = find_entry(label);
+    return index && *index < page().entries.size() ? page().entries[*index].field.get() : nullptr;
 }
 
 std::size_t obj_popup_menu::entry_count() const {

@@ -13,7 +13,16 @@
 //                 Escape goes back too
 //   text_field    a one-line text input bound to `field->text`
 //   number_field  a number input bound to `field->number`, kept within [minimum, maximum]
-//   slider        a slider bound to `field->number` over [minimum, maximum]
+//   slider        a slider bound to `field->number` over [minimum, maximum], with a box beside
+//                 it to type the exact value
+//
+// Numbers move in steps: whole ones over a range of 10 or more, tenths over a narrower one. A
+// slider moved with the mouse or the arrow keys lands on a step; a typed value is kept to the
+// two decimals the game writes numbers with, so what is recorded is what was chosen.
+//
+// Every entry works from the keyboard: the arrows move between entries (and move a slider that
+// has the keyboard by one step), Tab goes to the next field or slider box from top to bottom,
+// Space or Enter presses a button.
 //   link          a button that opens `url` in the system browser (Services::open_url)
 //
 // Fields are shared cells: the code that built the menu keeps the same MenuField and reads what
@@ -23,6 +32,7 @@
 // clicks and keys; the ones below are dimmed. A run without Dear ImGui (headless) draws nothing,
 // but activate() works there as in a window.
 
+#include <array>
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -58,6 +68,11 @@ struct MenuField {
     double minimum = 0;
     double maximum = 1;
 };
+
+// The step a field's number moves by, and a number put onto the nearest step of the field's
+// range (within the range).
+double menu_field_step(const MenuField& field);
+double menu_field_snapped(const MenuField& field, double number);
 
 struct MenuDefinition;
 
@@ -124,11 +139,15 @@ public:
     // The labels of the current page's entries, in order (markup kept).
     std::vector<std::string> current_labels() const;
     // Logical-pixel rectangle of the entry labelled `label` as last drawn ({0,0,0,0} when not
-    // drawn), so windowed tests can click it with real mouse events.
+    // drawn), so windowed tests can click it with real mouse events: the whole entry, or a
+    // slider's bar or the box of a slider or number field.
     struct Rect {
         float x = 0, y = 0, w = 0, h = 0;
     };
-    Rect entry_rect(const std::string& label) const;
+    enum class Part { whole, bar, box };
+    Rect entry_rect(const std::string& label, Part part = Part::whole) const;
+    // The field of the entry labelled `label`, or nullptr.
+    const MenuField* entry_field(const std::string& label) const;
     const std::string& name() const { return options_.name; }
 
 private:
@@ -149,7 +168,8 @@ private:
     std::vector<std::shared_ptr<const MenuDefinition>> pages_;
     PopupOptions options_;
     Resolve resolve_;
-    std::vector<Rect> rects_;  // per entry of the current page, as last drawn; empty until then
+    // Per entry of the current page and part, as last drawn; empty until then.
+    std::vector<std::array<Rect, 3>> rects_;
     bool was_on_top_ = false;
     std::optional<double> page_shown_ms_;  // the clock when the current page was first drawn
     bool want_focus_ = true;

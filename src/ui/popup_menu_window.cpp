@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cfloat>
+#include <cmath>
 
 #include "runtime/number_format.h"
 #include "ui/menu_text.h"
@@ -57,6 +58,36 @@ bool menu_button(const std::string& text) {
                        (key_pressed(ImGuiKey_Enter) || key_pressed(ImGuiKey_KeyPadEnter)));
 }
 
+using EntryRects = std::array<obj_popup_menu::Rect, 3>;
+
+// Dear ImGui 1.86 sends Tab to the first field of the window whenever no item is being edited,
+// even when the keyboard is on a slider just clicked or moved, so typed values went to the
+// wrong trait. The menu takes Tab from wherever the keyboard is to the next field below it.
+struct TabFollow {
+    bool pressed = false;     // Tab this frame, with no field being edited
+    bool past_focus = false;  // the item with the keyboard has been drawn
+    bool done = false;
+
+    static TabFollow of_this_frame(bool interactive) {
+        TabFollow tab;
+        tab.pressed = interactive && !ImGui::IsAnyItemActive() && !ImGui::GetIO().KeyShift &&
+                      ImGui::IsKeyPressed(ImGui::GetKeyIndex(ImGuiKey_Tab));
+        return tab;
+    }
+    // Call before each field's widget.
+    void before_field() {
+        if (pressed && past_focus && !done) {
+            ImGui::SetKeyboardFocusHere();
+            done = true;
+        }
+    }
+    // Call after each widget.
+    void after_item() {
+        if (ImGui::IsItemFocused())
+            past_focus = true;
+    }
+};
+
 int resize_string(ImGuiInputTextCallbackData* data) {
     if (data->EventFlag == ImGuiInputTextFlags_CallbackResize) {
         auto& text = *static_cast<std::string*>(data->UserData);
@@ -66,33 +97,74 @@ int resize_string(ImGuiInputTextCallbackData* data) {
     return 0;
 }
 
-void text_input(std::string& text) {
+void text_input(std::string& text, TabFollow& tab) {
+    tab.before_field();
     ImGui::SetNextItemWidth(-FLT_MIN);
     ImGui::InputText("##text", text.data(), text.capacity() + 1, ImGuiInputTextFlags_CallbackResize,
                      resize_string, &text);
+    tab.after_item();
 }
 
-void number_input(MenuField& field, bool with_buttons = true) {
-    // Whole steps for a wide range, tenths for a narrow one.
-    const double step = field.maximum - field.minimum >= 10 ? 1 : 0.1;
+obj_popup_menu::Rect last_item_rect() {
+    const ImVec2 min = ImGui::GetItemRectMin();
+    const ImVec2 max = ImGui::GetItemRectMax();
+    return {min.x, min.y, max.x - min.x, max.y - min.y};
+}
+
+void remember_part(EntryRects& rects, obj_popup_menu::Part part) {
+    rects[static_cast<std::size_t>(part)] = last_item_rect();
+}
+
+void number_input(MenuField& field, EntryRects& rects, TabFollow& tab, bool with_buttons = true) {
+    const double step = menu_field_step(field);
+    tab.before_field();
     ImGui::SetNextItemWidth(-FLT_MIN);
-    ImGui::InputDouble("##number", &field.number, with_buttons ? step : 0, step * 10, "%g");
+    // A typed value keeps the two decimals that the records are written with.
+    if (ImGui::InputDouble("##number", &field.number, with_buttons ? step : 0, step * 10, "%g"))
+        field.number = std::round(field.number * 100) / 100;
     field.number = std::clamp(field.number, field.minimum, field.maximum);
+    remember_part(rects, obj_popup_menu::Part::box);
+    tab.after_item();
+}
+
+// Left and right move a slider that has the keyboard by one step, instead of moving the
+// keyboard to the box beside it.
+void step_slider_with_arrows(MenuField& field) {
+    if (!ImGui::IsItemFocused() || ImGui::IsItemActive())
+        return;
+    const int direction = (ImGui::IsKeyPressed(ImGui::GetKeyIndex(ImGuiKey_RightArrow)) ? 1 : 0) -
+                          (ImGui::IsKeyPressed(ImGui::GetKeyIndex(ImGuiKey_LeftArrow)) ? 1 : 0);
+    if (direction == 0)
+        return;
+    field.number = menu_field_snapped(field, field.number + direction * menu_field_step(field));
+    ImGui::NavMoveRequestCancel();
 }
 
 // A slider to drag and, beside it, a box to type the exact value: both edit the same number.
-void slider(MenuField& field) {
+// Both are Tab stops, so Tab after a slider goes to its own box and then to the next slider.
+void slider(MenuField& field, EntryRects& rects, TabFollow& tab) {
     field.number = std::clamp(field.number, field.minimum, field.maximum);
     // The value is written the way the game writes numbers everywhere else; the text has no
     // conversion in it, so ImGui shows it as it is.
     const std::string shown = number_to_string(field.number);
     const float box = SLIDER_NUMBER_BOX_WIDTH;
+    tab.before_field();
     ImGui::SetNextItemWidth(ImGui::GetContentRegionAvail().x - box - ITEM_SPACING.x);
-    ImGui::SliderScalar("##slider", ImGuiDataType_Double, &field.number, &field.minimum,
-                        &field.maximum, shown.c_str(),
-                        ImGuiSliderFlags_AlwaysClamp | ImGuiSliderFlags_NoInput);
+    const bool moved =
+        ImGui::SliderScalar("##slider", ImGuiDataType_Double, &field.number, &field.minimum,
+                            &field.maximum, shown.c_str(), ImGuiSliderFlags_AlwaysClamp);
+    // Dragged values land on a step; a value typed into the slider (Tab, or Ctrl and a click)
+    // keeps two decimals like the box's.
+    if (moved)
+        field.number =
+            ImGui::IsMouseDown(ImGuiMouseButton_Left)
+                ? menu_field_snapped(field, field.number)
+                : std::clamp(std::round(field.number * 100) / 100, field.minimum, field.maximum);
+    step_slider_with_arrows(field);
+    remember_part(rects, obj_popup_menu::Part::bar);
+    tab.after_item();
     ImGui::SameLine();
-    number_input(field, false);
+    number_input(field, rects, tab, false);
 }
 
 // A field's label in the left column, its widget to the right on the same line, so a menu of
@@ -115,7 +187,8 @@ std::size_t typed_characters(const MenuEntry& entry, double age_ms) {
 }
 
 // Draws one entry; true when the player chose it.
-bool draw_entry(const MenuEntry& entry, float width, double age_ms) {
+bool draw_entry(const MenuEntry& entry, float width, double age_ms, EntryRects& rects,
+                TabFollow& tab) {
     const std::string plain = menu_plain_text(entry.label);
     switch (entry.kind) {
         case MenuEntryKind::heading:
@@ -139,40 +212,38 @@ bool draw_entry(const MenuEntry& entry, float width, double age_ms) {
         }
         case MenuEntryKind::text_field:
             field_label(plain, width);
-            text_input(entry.field->text);
+            text_input(entry.field->text, tab);
             return false;
         case MenuEntryKind::number_field:
             field_label(plain, width);
-            number_input(*entry.field);
+            number_input(*entry.field, rects, tab);
             return false;
         case MenuEntryKind::slider:
             field_label(plain, width);
-            slider(*entry.field);
+            slider(*entry.field, rects, tab);
             return false;
     }
     return false;
 }
 
-obj_popup_menu::Rect last_group_rect() {
-    const ImVec2 min = ImGui::GetItemRectMin();
-    const ImVec2 max = ImGui::GetItemRectMax();
-    return {min.x, min.y, max.x - min.x, max.y - min.y};
-}
-
 void draw_entries(const MenuDefinition& page, const std::string* back_label, double age_ms,
-                  MenuWindowResult& result) {
+                  bool interactive, MenuWindowResult& result) {
     const float width = ImGui::GetContentRegionAvail().x;
+    TabFollow tab = TabFollow::of_this_frame(interactive);
     const std::size_t count = page.entries.size() + (back_label ? 1 : 0);
     for (std::size_t i = 0; i < count; ++i) {
         // Labels may repeat; the index keeps every widget's id apart.
         ImGui::PushID(static_cast<int>(i));
         ImGui::BeginGroup();
+        EntryRects rects{};
         const bool chosen = i < page.entries.size()
-                                ? draw_entry(page.entries[i], width, age_ms)
+                                ? draw_entry(page.entries[i], width, age_ms, rects, tab)
                                 : menu_button(BACK_MARK + menu_plain_text(*back_label));
         ImGui::EndGroup();
+        tab.after_item();  // a button or a text with the keyboard
         ImGui::PopID();
-        result.rects.push_back(last_group_rect());
+        remember_part(rects, obj_popup_menu::Part::whole);
+        result.rects.push_back(rects);
         if (chosen && !result.chosen)
             result.chosen = i;
         if (i < page.entries.size() && page.entries[i].kind == MenuEntryKind::heading)
@@ -237,7 +308,7 @@ MenuWindowResult draw_menu_window(const MenuDefinition& page, const std::string*
     if (ImGui::Begin(request.name.c_str(), nullptr, flags)) {
         if (!request.interactive)
             ImGui::BeginDisabled();
-        draw_entries(page, back_label, request.page_age_ms, result);
+        draw_entries(page, back_label, request.page_age_ms, request.interactive, result);
         // A new window is measured in a first frame it does not show: its places are not
         // where it will be drawn.
         if (ImGui::GetCurrentWindowRead()->Hidden)

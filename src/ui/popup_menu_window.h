@@ -2,6 +2,7 @@
 // How a popup menu looks: one page drawn as a centred Dear ImGui window with one widget per entry.
 // Only the popup menu entity uses it; the entity decides what a choice does.
 
+#include <array>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -23,10 +24,11 @@ struct MenuWindowRequest {
 };
 
 struct MenuWindowResult {
-    std::optional<std::size_t> chosen;        // the entry clicked, or activated with Enter or Space
-    bool escape = false;                      // Escape pressed, and not to leave a text field
-    bool any_window_focused = false;          // some ImGui window has the keyboard
-    std::vector<obj_popup_menu::Rect> rects;  // per entry, screen coordinates
+    std::optional<std::size_t> chosen;  // the entry clicked, or activated with Enter or Space
+    bool escape = false;                // Escape pressed, and not to leave a text field
+    bool any_window_focused = false;    // some ImGui window has the keyboard
+    // Per entry, screen coordinates: the whole entry, a slider's bar, a field's box.
+    std::vector<std::array<obj_popup_menu::Rect, 3>> rects;
 };
 
 // Draws `page` in this frame; with `back_label` a back button follows the entries, as the entry

@@ -228,6 +228,85 @@ TEST_F(PopupMenuTest, ANumberFieldAndASliderStayWithinTheirRange) {
     EXPECT_EQ(level->number, 20);
 }
 
+// Three sliders over [-1, 1] and a button, as in the traits menu.
+class SliderKeysTest : public PopupMenuTest {
+protected:
+    SliderKeysTest() : chosen(create_popup_menu(runtime, menu())) { frames(2); }
+    MenuDefinition menu() {
+        for (auto* field : {&a, &b, &c})
+            *field = std::make_shared<MenuField>(MenuField{"", 0, -1, 1});
+        MenuDefinition menu;
+        menu.entries = {menu_slider("A", a), menu_slider("B", b), menu_slider("C", c),
+                        menu_button("Start", true)};
+        return menu;
+    }
+    void type(const std::string& text) {
+        imgui.type(text);
+        frames();
+    }
+    std::shared_ptr<MenuField> a, b, c;
+    Promise chosen;
+};
+
+TEST_F(SliderKeysTest, TabAfterAClickedSliderGoesToItsOwnBoxAndOnDownTheMenu) {
+    const obj_popup_menu::Rect bar = popup().entry_rect("B", obj_popup_menu::Part::bar);
+    ASSERT_GT(bar.w, 0);
+    // Dear ImGui keeps the grab (18 wide, 2 from the ends) inside the bar.
+    click_at(bar.x + 11 + (bar.w - 22) * 0.8f, bar.y + bar.h / 2);
+    // A click lands on a step, so the value the trial runs with is the one the records show.
+    EXPECT_DOUBLE_EQ(b->number, 0.6);
+    key(ImGuiKey_Tab);
+    type("0.45");
+    key(ImGuiKey_Tab);
+    EXPECT_DOUBLE_EQ(b->number, 0.45);
+    type("-0.3");  // the next slider, typed into
+    key(ImGuiKey_Tab);
+    EXPECT_DOUBLE_EQ(c->number, -0.3);
+    EXPECT_DOUBLE_EQ(a->number, 0);
+    EXPECT_DOUBLE_EQ(b->number, 0.45);
+}
+
+TEST_F(SliderKeysTest, ArrowsReachEverySliderAndMoveItByOneStepThenStartsWithEnter) {
+    key(ImGuiKey_RightArrow);
+    key(ImGuiKey_RightArrow);
+    key(ImGuiKey_RightArrow);
+    EXPECT_DOUBLE_EQ(a->number, 0.3);
+    key(ImGuiKey_DownArrow);
+    key(ImGuiKey_LeftArrow);
+    EXPECT_DOUBLE_EQ(b->number, -0.1);
+    key(ImGuiKey_DownArrow);
+    for (int i = 0; i < 15; ++i)
+        key(ImGuiKey_RightArrow);
+    EXPECT_DOUBLE_EQ(c->number, 1);  // no further than the end
+    key(ImGuiKey_DownArrow);
+    key(ImGuiKey_Enter);
+    EXPECT_TRUE(chosen.is_fulfilled());
+    EXPECT_DOUBLE_EQ(a->number, 0.3);
+}
+
+TEST_F(SliderKeysTest, TypedValuesKeepTwoDecimalsAndStayInRange) {
+    key(ImGuiKey_Tab);  // the keyboard starts on A's slider: Tab goes to its box
+    type("0.123456");
+    key(ImGuiKey_Tab);
+    EXPECT_DOUBLE_EQ(a->number, 0.12);
+    type("7");  // into B's slider
+    key(ImGuiKey_Enter);
+    EXPECT_DOUBLE_EQ(b->number, 1);
+    EXPECT_DOUBLE_EQ(a->number, 0.12);
+}
+
+TEST(MenuFieldSteps, TenthsForNarrowRangesWholeStepsForWideOnesAlwaysInRange) {
+    const MenuField narrow{"", 0, -1, 1};
+    EXPECT_DOUBLE_EQ(menu_field_step(narrow), 0.1);
+    EXPECT_DOUBLE_EQ(menu_field_snapped(narrow, -0.328055), -0.3);
+    EXPECT_EQ(menu_field_snapped(narrow, 0.3), 0.3);  // exactly, not 0.30000000000000004
+    EXPECT_DOUBLE_EQ(menu_field_snapped(narrow, 1.04), 1);
+    const MenuField wide{"", 0, 0, 100};
+    EXPECT_DOUBLE_EQ(menu_field_step(wide), 1);
+    EXPECT_DOUBLE_EQ(menu_field_snapped(wide, 41.6), 42);
+    EXPECT_DOUBLE_EQ(menu_field_snapped(wide, -3), 0);
+}
+
 TEST_F(PopupMenuTest, ALinkOpensItsAddressAndLeavesTheMenuOpen) {
     MenuDefinition menu;
     menu.entries = {menu_text("Thank you!"),
