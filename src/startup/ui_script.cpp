@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <sstream>
 
 #include "platform/game_window.h"
@@ -10,6 +11,7 @@
 #include "runtime/services.h"
 #include "startup/app_state.h"
 #include "startup/program.h"
+#include "ui/imgui_dialogs.h"
 #include "ui/popup_menu.h"
 
 namespace veldra {
@@ -52,6 +54,20 @@ std::optional<long> count_of(std::string_view text) {
     return value;
 }
 
+std::optional<double> number_of(std::string_view text) {
+    double value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(value))
+        return std::nullopt;
+    return value;
+}
+
+// The dialog in front, when one shows: it takes the input before any menu.
+const DialogFrame* front_dialog(Runtime& runtime) {
+    const auto* dialogs = dynamic_cast<const ImGuiDialogs*>(runtime.services().dialogs.get());
+    return dialogs && dialogs->waiting() > 0 ? &dialogs->last_frame() : nullptr;
+}
+
 // The menu that takes input: the newest.
 obj_popup_menu* top_menu(Runtime& runtime) {
     const std::size_t count = runtime.instance_number<obj_popup_menu>();
@@ -83,14 +99,24 @@ std::optional<std::vector<UiCommand>> parse_ui_script(const std::string& text, s
             error = "line " + std::to_string(number) + ": " + why;
             return std::nullopt;
         };
-        if (word == "wait" || word == "click" || word == "type" || word == "screenshot") {
+        if (word == "wait" || word == "click" || word == "type" || word == "screenshot" ||
+            word == "box") {
             if (rest.empty())
                 return bad("\"" + word + "\" needs a text after it");
             command.kind = word == "wait"         ? UiCommand::Kind::wait
                            : word == "click"      ? UiCommand::Kind::click
                            : word == "screenshot" ? UiCommand::Kind::screenshot
+                           : word == "box"        ? UiCommand::Kind::box
                                                   : UiCommand::Kind::type;
             command.text = rest;
+        } else if (word == "slide") {
+            const std::size_t gap = rest.find(' ');
+            const auto value = number_of(rest.substr(0, gap));
+            if (!value || gap == std::string::npos || gap + 1 >= rest.size())
+                return bad("\"slide\" needs a number and the label of a slider");
+            command.kind = UiCommand::Kind::slide;
+            command.value = *value;
+            command.text = rest.substr(gap + 1);
         } else if (word == "key" || word == "hold") {
             std::istringstream args(rest);
             std::string name, frames;
@@ -165,10 +191,40 @@ void obj_ui_script::on_step_begin() {
         fail(command, "\"" + command.text + "\" did not appear within a minute.");
 }
 
+// Hover first, then press, then release: what a hand does, frame by frame. True once released.
+bool obj_ui_script::press_at(float x, float y) {
+    if (phase_ == 0)
+        window_.inject_mouse_move(x, y);
+    else if (phase_ == 1)
+        window_.inject_mouse_button(true, x, y);
+    else
+        window_.inject_mouse_button(false, x, y);
+    return ++phase_ > 2;
+}
+
+bool obj_ui_script::click_menu_part(const std::string& text, obj_popup_menu::Part part,
+                                    std::optional<double> slider_value) {
+    const obj_popup_menu* menu = top_menu(runtime());
+    if (!menu)
+        return false;
+    std::string label;
+    for (const std::string& candidate : menu->current_labels())
+        if (remove_text_tags(candidate) == text)
+            label = candidate;
+    const obj_popup_menu::Rect r =
+        label.empty() ? obj_popup_menu::Rect{} : menu->entry_rect(label, part);
+    if (r.w <= 0 || r.h <= 0)
+        return false;  // not drawn yet, or no such part
+    const float x = slider_value ? menu->slider_x(label, *slider_value) : r.x + r.w / 2;
+    return press_at(x, r.y + r.h / 2);
+}
+
 bool obj_ui_script::run(const UiCommand& command) {
     using Kind = UiCommand::Kind;
     switch (command.kind) {
         case Kind::wait: {
+            if (const DialogFrame* dialog = front_dialog(runtime()))
+                return dialog->shows(command.text);
             const obj_popup_menu* menu = top_menu(runtime());
             if (!menu)
                 return false;
@@ -178,28 +234,16 @@ bool obj_ui_script::run(const UiCommand& command) {
             return false;
         }
         case Kind::click: {
-            obj_popup_menu* menu = top_menu(runtime());
-            if (!menu)
-                return false;
-            std::string label;
-            for (const std::string& candidate : menu->current_labels())
-                if (remove_text_tags(candidate) == command.text)
-                    label = candidate;
-            const obj_popup_menu::Rect r =
-                label.empty() ? obj_popup_menu::Rect{} : menu->entry_rect(label);
-            if (r.w <= 0 || r.h <= 0)
-                return false;  // not drawn yet
-            const float x = r.x + r.w / 2;
-            const float y = r.y + r.h / 2;
-            // Hover first, then press, then release: what a hand does, frame by frame.
-            if (phase_ == 0)
-                window_.inject_mouse_move(x, y);
-            else if (phase_ == 1)
-                window_.inject_mouse_button(true, x, y);
-            else
-                window_.inject_mouse_button(false, x, y);
-            return ++phase_ > 2;
+            if (const DialogFrame* dialog = front_dialog(runtime())) {
+                const std::optional<DialogRect> r = dialog->item(command.text);
+                return r && r->w > 0 && r->h > 0 && press_at(r->x + r->w / 2, r->y + r->h / 2);
+            }
+            return click_menu_part(command.text, obj_popup_menu::Part::whole, std::nullopt);
         }
+        case Kind::slide:
+            return click_menu_part(command.text, obj_popup_menu::Part::bar, command.value);
+        case Kind::box:
+            return click_menu_part(command.text, obj_popup_menu::Part::box, std::nullopt);
         case Kind::key:
             window_.inject_key(command.key, phase_ == 0);
             return ++phase_ > 1;

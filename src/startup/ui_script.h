@@ -3,8 +3,15 @@
 // window as real input events, so a whole session can be driven without a person (windowed
 // tests, a demonstration on a screen). One command a line; "#" starts a comment:
 //
-//   wait TEXT        until the top menu shows an entry whose text holds TEXT (markup removed)
-//   click LABEL      moves to the top menu's entry LABEL, presses and releases the mouse there
+//   wait TEXT        until the dialog in front, or else the top menu, shows a text holding TEXT
+//                    (markup removed): a menu entry, a dialog's title or message
+//   click LABEL      moves to the entry LABEL of the dialog in front (its buttons, "name" and
+//                    "path" for a file dialog's fields) or else of the top menu, presses and
+//                    releases the mouse there
+//   slide VALUE LABEL  presses the mouse on the slider of the top menu's entry LABEL where
+//                    VALUE is, and releases it
+//   box LABEL        clicks into the number box of the top menu's field or slider LABEL, so
+//                    that "type" replaces its value
 //   key NAME         presses and releases a key (enter, escape, tab, space, backspace, up,
 //                    down, left, right, w, a, s, d, p, plus, minus, f11, f12)
 //   hold NAME N      holds a key down for N frames
@@ -26,6 +33,7 @@
 #include "runtime/input.h"
 #include "runtime/instance.h"
 #include "runtime/object_type.h"
+#include "ui/popup_menu.h"
 
 namespace veldra {
 
@@ -35,9 +43,10 @@ class GameWindow;
 }
 
 struct UiCommand {
-    enum class Kind { wait, click, key, hold, type, frames, screenshot, quit };
+    enum class Kind { wait, click, slide, box, key, hold, type, frames, screenshot, quit };
     Kind kind = Kind::frames;
-    std::string text;  // wait, click, type, screenshot
+    std::string text;  // wait, click, slide, box, type, screenshot
+    double value = 0;  // slide
     Key key = Key::enter;
     long count = 0;      // hold, frames
     int line = 0;        // in the file, for messages
@@ -61,6 +70,9 @@ public:
 
 private:
     bool run(const UiCommand& command);  // true once the command is done
+    bool press_at(float x, float y);
+    bool click_menu_part(const std::string& text, obj_popup_menu::Part part,
+                         std::optional<double> slider_value);
     void fail(const UiCommand& command, const std::string& why);
 
     AppState& app_;

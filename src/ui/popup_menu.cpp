@@ -178,6 +178,12 @@ const MenuField* obj_popup_menu::entry_field(const std::string& label) const {
     return index && *index < page().entries.size() ? page().entries[*index].field.get() : nullptr;
 }
 
+float obj_popup_menu::slider_x(const std::string& label, double value) const {
+    const MenuField* field = entry_field(label);
+    const Rect bar = entry_rect(label, Part::bar);
+    return field ? detail::slider_value_x(bar, *field, value) : bar.x;
+}
+
 std::size_t obj_popup_menu::entry_count() const {
     return page().entries.size() + (on_sub_page() ? 1 : 0);
 }

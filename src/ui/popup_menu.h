@@ -148,6 +148,8 @@ public:
     Rect entry_rect(const std::string& label, Part part = Part::whole) const;
     // The field of the entry labelled `label`, or nullptr.
     const MenuField* entry_field(const std::string& label) const;
+    // Where on the bar of the slider labelled `label`, as last drawn, a press sets `value`.
+    float slider_x(const std::string& label, double value) const;
     const std::string& name() const { return options_.name; }
 
 private:

@@ -22,6 +22,7 @@ const ImVec2 WINDOW_PADDING{32, 28};
 const ImVec2 FRAME_PADDING{14, 9};
 const ImVec2 ITEM_SPACING{12, 12};
 constexpr float ROUNDING = 10;
+constexpr float GRAB_SIZE = 18;                 // a slider's grab
 constexpr float SCREEN_MARGIN = 24;             // the nearest a menu comes to the screen's edge
 constexpr float FIELD_LABEL_COLUMN = 0.3f;      // where a field starts, as a part of the width
 constexpr float SLIDER_NUMBER_BOX_WIDTH = 110;  // the typed value beside a slider
@@ -260,7 +261,7 @@ void push_menu_style() {
     ImGui::PushStyleVar(ImGuiStyleVar_FramePadding, FRAME_PADDING);
     ImGui::PushStyleVar(ImGuiStyleVar_FrameRounding, 6.0f);
     ImGui::PushStyleVar(ImGuiStyleVar_ItemSpacing, ITEM_SPACING);
-    ImGui::PushStyleVar(ImGuiStyleVar_GrabMinSize, 18.0f);
+    ImGui::PushStyleVar(ImGuiStyleVar_GrabMinSize, GRAB_SIZE);
     ImGui::PushStyleVar(ImGuiStyleVar_GrabRounding, 4.0f);
     // Popups below the top one recede, so that the one to answer stands out.
     ImGui::PushStyleVar(ImGuiStyleVar_DisabledAlpha, 0.4f);
@@ -272,6 +273,16 @@ void pop_menu_style() {
 }
 
 }  // namespace
+
+float slider_value_x(const obj_popup_menu::Rect& bar, const MenuField& field, double value) {
+    // Dear ImGui keeps the grab inside the bar, 2 pixels from either end.
+    constexpr float grab_padding = 2;
+    const double range = field.maximum - field.minimum;
+    const double t =
+        range > 0 ? (std::clamp(value, field.minimum, field.maximum) - field.minimum) / range : 0;
+    return bar.x + grab_padding + GRAB_SIZE / 2 +
+           static_cast<float>(t) * (bar.w - 2 * grab_padding - GRAB_SIZE);
+}
 
 bool menu_frame_open() {
     const ImGuiContext* context = ImGui::GetCurrentContext();

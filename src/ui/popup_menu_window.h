@@ -31,6 +31,9 @@ struct MenuWindowResult {
     std::vector<std::array<obj_popup_menu::Rect, 3>> rects;
 };
 
+// Where on a slider's bar (as drawn) the grab's centre stands for `value`.
+float slider_value_x(const obj_popup_menu::Rect& bar, const MenuField& field, double value);
+
 // Draws `page` in this frame; with `back_label` a back button follows the entries, as the entry
 // after the last.
 MenuWindowResult draw_menu_window(const MenuDefinition& page, const std::string* back_label,

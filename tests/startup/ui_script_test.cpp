@@ -30,6 +30,18 @@ TEST(UiScript, ReadsEveryCommandAndSkipsCommentsAndBlankLines) {
     EXPECT_EQ((*commands)[7].kind, Kind::quit);
 }
 
+TEST(UiScript, SlidesTakeAValueAndTheSlidersLabelBoxesTheLabel) {
+    std::string error;
+    const auto commands = parse_ui_script("slide -0.25 Openness\nbox Level of detail\n", error);
+    ASSERT_TRUE(commands) << error;
+    using Kind = UiCommand::Kind;
+    EXPECT_EQ((*commands)[0].kind, Kind::slide);
+    EXPECT_DOUBLE_EQ((*commands)[0].value, -0.25);
+    EXPECT_EQ((*commands)[0].text, "Openness");
+    EXPECT_EQ((*commands)[1].kind, Kind::box);
+    EXPECT_EQ((*commands)[1].text, "Level of detail");
+}
+
 TEST(UiScript, NamesTheLineOfTheFirstMistake) {
     const std::pair<const char*, const char*> cases[] = {
         {"frames 2\njump high\n", "line 2: unknown command \"jump\""},
@@ -38,6 +50,10 @@ TEST(UiScript, NamesTheLineOfTheFirstMistake) {
         {"hold d\n", "line 1: \"hold\" needs a key and a number of frames"},
         {"frames -3\n", "line 1: \"frames\" needs a whole number"},
         {"frames 1e9\n", "line 1: \"frames\" needs a whole number"},
+        {"slide Openness\n", "line 1: \"slide\" needs a number and the label of a slider"},
+        {"slide 0.5\n", "line 1: \"slide\" needs a number and the label of a slider"},
+        {"slide nan Openness\n", "line 1: \"slide\" needs a number and the label of a slider"},
+        {"box\n", "line 1: \"box\" needs a text after it"},
         {"\x7f""ELF\x02\x01\n", "line 1: this is no UI script: it holds bytes that are not text"},
     };
     for (const auto& [text, message] : cases) {

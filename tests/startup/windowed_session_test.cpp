@@ -81,21 +81,42 @@ protected:
 
 TEST_F(WindowedSessionTest, ALocalSessionOfTwoLevelsEndsInASavedCsvOfItsTrials) {
     const fs::path saved = folder / "results.csv";
+    // The first level's traits are typed (into a box, then from slider to box with Tab), the
+    // second's set with the sliders.
     std::ofstream(folder / "session.ui") << "wait DEVELOPER MENU\n"
                                             "click Start session (local)\n"
                                             "wait START SESSION (LOCAL)\n"
                                             "click Continue\n"
                                             "wait Level 1/2: choose your personality\n"
+                                            "box Openness\n"
+                                            "type 0.4\n"
+                                            "key tab\n"
+                                            "type -0.6\n"
+                                            "key tab\n"
+                                            "key tab\n"
+                                            "type 0.8\n"
+                                            "key tab\n"
+                                            "key tab\n"
+                                            "type -1\n"
+                                            "key tab\n"
+                                            "key tab\n"
+                                            "type 0.25\n"
+                                            "key tab\n"
                                             "click Start\n"
                                             "wait Level 1/2 done\n"
                                             "click Continue\n"
                                             "wait Level 2/2: choose your personality\n"
+                                            "slide 0.3 Openness\n"
+                                            "slide -0.7 Conscientiousness\n"
+                                            "slide 1 Extraversion\n"
+                                            "slide -0.2 Agreeableness\n"
+                                            "slide 0.6 Neuroticism\n"
                                             "click Start\n"
                                             "wait Level 2/2 done\n"
                                             "click Continue\n"
                                             "wait All levels done\n"
                                             "click Save results\n"
-                                            "frames 10\n"
+                                            "wait File name\n"
                                             "type " +
                                                 saved.string() +
                                                 "\n"
@@ -113,6 +134,8 @@ TEST_F(WindowedSessionTest, ALocalSessionOfTwoLevelsEndsInASavedCsvOfItsTrials) 
     EXPECT_EQ(lines[0] + "\n", trial_data_as_csv_headers());
     const std::vector<std::string> names = split(lines[0], ';');
     const char* levels[] = {"one.txt", "two.txt"};
+    const char* chosen[][5] = {{"0.4", "-0.6", "0.8", "-1", "0.25"},
+                               {"0.3", "-0.7", "1", "-0.2", "0.6"}};
     for (std::size_t i = 1; i < lines.size(); ++i) {
         std::map<std::string, std::string> cell;
         const std::vector<std::string> cells = split(lines[i], ';');
@@ -124,6 +147,11 @@ TEST_F(WindowedSessionTest, ALocalSessionOfTwoLevelsEndsInASavedCsvOfItsTrials) 
         EXPECT_EQ(cell["level_info.play_order"], std::to_string(i - 1));
         EXPECT_EQ(cell["level_info.num_monsters"], "1");
         // Nobody steered, so the trial is the automatic one of the same seed and traits.
+        const char* trait_names[] = {"openness", "conscientiousness", "extraversion",
+                                     "agreeableness", "neuroticism"};
+        for (int t = 0; t < 5; ++t)
+            EXPECT_EQ(cell[std::string("traits.") + trait_names[t]], chosen[i - 1][t])
+                << trait_names[t] << " of " << levels[i - 1];
         const std::string traits = cell["traits.openness"] + "," +
                                    cell["traits.conscientiousness"] + "," +
                                    cell["traits.extraversion"] + "," +
