@@ -13,6 +13,7 @@
 #include "startup/app_state.h"
 #include "startup/program.h"
 #include "trials/session.h"
+#include "trials/trial.h"
 #include "ui/popup_menu.h"
 #include "ui/session_menus.h"
 #include "veldra_version.h"
@@ -32,6 +33,29 @@ std::string file_name_part(const std::string& text) {
 
 void show_message(AppState& app, const std::string& text) {
     app.services.dialogs->show_message(text);
+}
+
+struct TrialPause {
+    InstanceId trial = NO_INSTANCE;
+    double speed = 0;
+};
+
+TrialPause pause_trial(AppState& app) {
+    obj_trial* trial = app.sim.current_trial();
+    if (!trial)
+        return {};
+    const TrialPause pause{trial->id(), trial->game_speed};
+    trial->game_speed = 0;
+    log("The trial stands still while the participant is asked whether to leave.");
+    return pause;
+}
+
+void resume_trial(AppState& app, const TrialPause& pause) {
+    obj_trial* trial = app.sim.current_trial();
+    if (trial && trial->id() == pause.trial) {
+        trial->game_speed = pause.speed;
+        log("The participant keeps playing; the trial goes on.");
+    }
 }
 
 // Closing the window in the middle of a session: the participant confirms first. Everything
@@ -58,18 +82,24 @@ void on_quit_during_session(AppState& app, bool can_ask) {
         return quit();
     if (popup_menus_open(app.runtime, "quit_confirmation") > 0)
         return;
+    // The trial stands still while the participant decides, and the safe answer comes first, so
+    // that Enter keeps playing.
+    const TrialPause pause = pause_trial(app);
     MenuDefinition menu;
     menu.entries.push_back(menu_heading(text_of(app.localization, lid::Quit_Title)));
     menu.entries.push_back(menu_text(text_of(app.localization, lid::Quit_Text)));
-    menu.entries.push_back(menu_button(text_of(app.localization, lid::Quit_Confirm), Value(true)));
     menu.entries.push_back(menu_button(text_of(app.localization, lid::Quit_Cancel), Value(false)));
+    menu.entries.push_back(menu_button(text_of(app.localization, lid::Quit_Confirm), Value(true)));
     PopupOptions options;
     options.persistent = true;
     options.name = "quit_confirmation";
-    create_popup_menu(app.runtime, std::move(menu), options).and_then([quit](const Value& yes) {
-        if (yes.is_bool() && yes.as_bool())
-            quit();
-    });
+    create_popup_menu(app.runtime, std::move(menu), options)
+        .and_then([&app, quit, pause](const Value& yes) {
+            if (yes.is_bool() && yes.as_bool())
+                quit();
+            else
+                resume_trial(app, pause);
+        });
 }
 
 // Nobody watches a headless session: its trials play themselves, and the program ends with it,

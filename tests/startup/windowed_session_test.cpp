@@ -194,6 +194,13 @@ TEST_F(WindowedSessionTest, ClosingTheWindowMidSessionAsksFirstAndKeepsTheFinish
                                           "wait Level 1/2 done\n"
                                           "click Continue\n"
                                           "wait Level 2/2: choose your personality\n"
+                                          "click Start\n"
+                                          "frames 10\n"
+                                          "quit\n"
+                                          "wait Leave the session?\n"
+                                          "frames 200\n"
+                                          "key enter\n"
+                                          "frames 10\n"
                                           "quit\n"
                                           "wait Leave the session?\n"
                                           "click Quit\n"
@@ -211,6 +218,12 @@ TEST_F(WindowedSessionTest, ClosingTheWindowMidSessionAsksFirstAndKeepsTheFinish
     ASSERT_EQ(lines.size(), 2u) << errors();  // the header and the one trial finished
     EXPECT_NE(lines[1].find(";one.txt;"), std::string::npos) << lines[1];
     EXPECT_NE(lines[1].find(";DEMO_USER"), std::string::npos) << lines[1];
+    // The second trial, a few dozen frames long, stood still through the 200 frames of the
+    // question, and Enter kept playing: it was still running when the participant left.
+    const std::string said = errors();
+    const std::size_t kept = said.find("The participant keeps playing");
+    ASSERT_NE(kept, std::string::npos) << said;
+    EXPECT_EQ(said.find("Trial ended.", said.find("Level: two")), std::string::npos) << said;
 }
 
 // A script that cannot finish fails the run and says where it stood, so a failed windowed test
