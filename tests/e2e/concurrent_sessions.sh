@@ -51,18 +51,17 @@ wait_for_a_record interrupted
 kill -KILL "$killed"
 kill -INT "$interrupted"
 
-status_of() {
-  set +e
-  wait "$1"
-  local status=$?
-  set -e
-  echo "$status"
-}
-[ "$(status_of "$killed")" -eq 137 ]
-[ "$(status_of "$interrupted")" -eq 130 ] || { echo "Ctrl-C: wrong status"; cat interrupted.err; exit 1; }
+statuses=()
+set +e
+for pid in "${pids[@]}"; do
+  wait "$pid"
+  statuses+=($?)
+done
+set -e
+[ "${statuses[0]}" -eq 137 ]
+[ "${statuses[1]}" -eq 130 ] || { echo "Ctrl-C: status ${statuses[1]}"; cat interrupted.err; exit 1; }
 grep -q "Stopped by SIGINT (Ctrl-C)." interrupted.log
-[ "$(status_of "${pids[2]}")" -eq 0 ]
-[ "$(status_of "${pids[3]}")" -eq 0 ]
+[ "${statuses[2]}" -eq 0 ] && [ "${statuses[3]}" -eq 0 ]
 pids=()
 
 header=$(head -n 1 "$(autosave_of first)")

@@ -7,8 +7,8 @@
 
 #include <csignal>
 #include <fstream>
-#include <sstream>
 
+#include "runtime/file_io.h"
 #include "support/scratch_directory.h"
 
 namespace veldra {
@@ -16,11 +16,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// The whole file, or "" when it cannot be read.
 std::string contents(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
+    return read_whole_file(path.string(), 1 << 20).text.value_or("");
 }
 
 TEST(AppendFile, AppendsPieceAfterPieceAndNeverTakesAFileThatIsThere) {

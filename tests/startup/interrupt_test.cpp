@@ -10,9 +10,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <initializer_list>
 #include <sstream>
 #include <thread>
 
+#include "runtime/file_io.h"
 #include "startup/program.h"
 #include "support/scratch_directory.h"
 
@@ -21,11 +23,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// The whole file, or "" when it cannot be read.
 std::string contents(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
+    return read_whole_file(path.string(), 1 << 20).text.value_or("");
 }
 
 std::size_t count_of(const std::string& text, const std::string& piece) {
@@ -107,6 +107,20 @@ protected:
             EXPECT_NE(entry.path().extension(), ".writing") << entry.path();
     }
 
+    // Sends `signals` once the session has saved a trial; checks the exit and the autosave, and
+    // returns the log.
+    std::string stop_midway(bool sigint_ignored_by_parent, std::initializer_list<int> signals) {
+        start(sigint_ignored_by_parent);
+        const fs::path autosave = wait_for_first_record();
+        if (autosave.empty())
+            return {};
+        for (int signal_number : signals)
+            ::kill(child, signal_number);
+        EXPECT_EQ(wait_for_exit_status(), EXIT_INTERRUPTED);
+        expect_every_saved_trial_once(autosave);
+        return contents(folder.path() / "run.log");
+    }
+
     void TearDown() override {
         if (child > 0) {
             ::kill(child, SIGKILL);
@@ -119,42 +133,21 @@ protected:
 };
 
 TEST_F(InterruptedSession, SigtermEndsItWithEveryFinishedTrialOnDisk) {
-    start(false);
-    const fs::path autosave = wait_for_first_record();
-    ASSERT_FALSE(autosave.empty());
-    ::kill(child, SIGTERM);
-    EXPECT_EQ(wait_for_exit_status(), EXIT_INTERRUPTED);
-    expect_every_saved_trial_once(autosave);
-    const std::string log = contents(folder.path() / "run.log");
+    const std::string log = stop_midway(false, {SIGTERM});
     EXPECT_NE(log.find("Stopped by SIGTERM."), std::string::npos) << log;
-    EXPECT_NE(log.find("finished trials are in \"" + autosave.filename().string()),
-              std::string::npos)
-        << log;
+    EXPECT_NE(log.find("finished trials are in \"session-DEMO_USER-"), std::string::npos) << log;
+}
+
+TEST_F(InterruptedSession, CtrlCEndsItToo) {
+    const std::string log = stop_midway(false, {SIGINT});
+    EXPECT_NE(log.find("Stopped by SIGINT (Ctrl-C)."), std::string::npos) << log;
 }
 
 // A background job of a script keeps ignoring Ctrl-C, as its parent asked; SIGTERM still stops
 // it. The first signal that is caught names itself in the log.
 TEST_F(InterruptedSession, ASigintTheParentIgnoresStaysIgnored) {
-    start(true);
-    const fs::path autosave = wait_for_first_record();
-    ASSERT_FALSE(autosave.empty());
-    ::kill(child, SIGINT);
-    ::kill(child, SIGTERM);
-    EXPECT_EQ(wait_for_exit_status(), EXIT_INTERRUPTED);
-    expect_every_saved_trial_once(autosave);
-    const std::string log = contents(folder.path() / "run.log");
+    const std::string log = stop_midway(true, {SIGINT, SIGTERM});
     EXPECT_NE(log.find("Stopped by SIGTERM."), std::string::npos) << log;
-}
-
-TEST_F(InterruptedSession, CtrlCEndsItToo) {
-    start(false);
-    const fs::path autosave = wait_for_first_record();
-    ASSERT_FALSE(autosave.empty());
-    ::kill(child, SIGINT);
-    EXPECT_EQ(wait_for_exit_status(), EXIT_INTERRUPTED);
-    expect_every_saved_trial_once(autosave);
-    EXPECT_NE(contents(folder.path() / "run.log").find("Stopped by SIGINT (Ctrl-C)."),
-              std::string::npos);
 }
 
 }  // namespace
