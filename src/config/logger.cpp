@@ -1,9 +1,11 @@
 #include "config/logger.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 
 #include "runtime/callstack.h"
+#include "runtime/file_io.h"
 #include "runtime/once.h"
 #include "runtime/runtime.h"
 
@@ -28,11 +30,24 @@ std::string make_file_name_stamp(const LocalDateTime& when, char between) {
     return text;
 }
 
+std::filesystem::path folder_beside_log(const std::optional<std::string>& log_output_file) {
+    if (!log_output_file || log_output_file->empty())
+        return {};
+    // Links resolved first: /dev/stdout redirected into a file is that file, in its folder.
+    std::error_code error;
+    std::filesystem::path log = std::filesystem::weakly_canonical(*log_output_file, error);
+    if (error)
+        log = *log_output_file;
+    const auto status = std::filesystem::status(log, error);
+    const bool plain_file = status.type() == std::filesystem::file_type::regular ||
+                            status.type() == std::filesystem::file_type::not_found;
+    return plain_file ? std::filesystem::path(*log_output_file).parent_path()
+                      : std::filesystem::path();
+}
+
 std::string path_beside_log(const std::optional<std::string>& log_output_file,
                             const std::string& name) {
-    if (!log_output_file || log_output_file->empty())
-        return name;
-    return (std::filesystem::path(*log_output_file).parent_path() / name).string();
+    return (folder_beside_log(log_output_file) / name).string();
 }
 
 void initialize_log(Runtime& runtime, LoggerState& state,
@@ -56,12 +71,8 @@ obj_logger::~obj_logger() {
 void obj_logger::on_create() {
     if (output_filename) {
         output_file = std::fopen(output_filename->c_str(), "wb");
-        if (!output_file) {
-            // The terminal still works; say once why the file stays empty.
-            runtime().services().terminal->println(
-                LogLevel::warning,
-                "Warning: Failed to open log output file \"" + *output_filename + "\".");
-        }
+        if (!output_file)
+            give_up_output_file(system_error_text(errno));
     }
     dump_timer = LOG_DUMP_INTERVAL_STEPS;
     set_log_sink(this);
@@ -104,14 +115,32 @@ void obj_logger::write(LogLevel level, std::string_view message) {
 void obj_logger::_dump() {
     if (!output_file || !output_filename)
         return;
-    for (const auto& line : output_file_log_buffer) {
-        std::fwrite(line.data(), 1, line.size(), output_file);
-        std::fputc('\n', output_file);
-    }
+    std::string text;
+    for (const auto& line : output_file_log_buffer)
+        text += line + "\n";
     output_file_log_buffer.clear();
+    std::string error = write_all_and_flush(output_file, text);
     // Closing and reopening puts the lines on disk, so a crash loses at most one batch.
-    std::fclose(output_file);
-    output_file = std::fopen(output_filename->c_str(), "ab");
+    if (std::fclose(output_file) != 0 && error.empty())
+        error = system_error_text(errno);
+    output_file = nullptr;
+    if (error.empty()) {
+        output_file = std::fopen(output_filename->c_str(), "ab");
+        if (!output_file)
+            error = system_error_text(errno);
+    }
+    if (!error.empty())
+        give_up_output_file(error);
+}
+
+void obj_logger::give_up_output_file(const std::string& reason) {
+    if (output_file)
+        std::fclose(output_file);
+    output_file = nullptr;
+    output_file_log_buffer.clear();
+    std::fprintf(stderr,
+                 "Cannot write the log file log_output_file=%s: %s. The log goes on without it.\n",
+                 output_filename->c_str(), reason.c_str());
 }
 
 }  // namespace veldra

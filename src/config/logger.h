@@ -5,6 +5,7 @@
 // so logging inside the frame loop costs no file access per line.
 
 #include <cstdio>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <utility>
@@ -47,6 +48,10 @@ public:
     int dump_timer = LOG_DUMP_INTERVAL_STEPS;
 
 private:
+    // Says once on stderr that the log file gets nothing, and why, and stops writing to it:
+    // the terminal may be all a user sees, and a log lost without a word is worse than none.
+    void give_up_output_file(const std::string& reason);
+
     const LoggerState& state_;
     std::FILE* output_file = nullptr;
 };
@@ -58,8 +63,13 @@ std::string make_log_timestamp(const LocalDateTime& when);
 // separates the date from the time.
 std::string make_file_name_stamp(const LocalDateTime& when, char between = '-');
 
-// Where a file named `name` that belongs to this run goes: the log's folder, or the working
-// directory when there is no log file.
+// The folder of the files that belong to this run (session autosaves, recordings): the log
+// file's folder when the log is a plain file (or is yet to be made), else the working directory
+// (""). A log sent to a device or a pipe (/dev/full, /dev/stdout into a pipe) has no folder of
+// its own worth writing into: the run's files must not end up in /dev.
+std::filesystem::path folder_beside_log(const std::optional<std::string>& log_output_file);
+
+// Where a file named `name` that belongs to this run goes: in folder_beside_log.
 std::string path_beside_log(const std::optional<std::string>& log_output_file,
                             const std::string& name);
 

@@ -64,6 +64,9 @@ struct AppState {
     // What closing the window does; unset, it ends the program. `can_ask` is false when the
     // program ends anyway (frames ran out): nothing may wait for an answer then.
     std::function<void(bool can_ask)> on_quit_requested;
+    // Set by a mode that watches for Ctrl-C and SIGTERM itself (a batch stops after its trial in
+    // progress); any other ends through on_quit_requested when one arrives.
+    bool mode_stops_on_interrupt = false;
 };
 
 }  // namespace veldra

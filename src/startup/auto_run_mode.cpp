@@ -214,7 +214,7 @@ std::optional<PreparedRun> prepare_run(AppState& app, const ProgramParameters& p
 }  // namespace
 
 void start_auto_run_mode(AppState& app, const ProgramParameters& params) {
-    install_interrupt_handler();
+    app.mode_stops_on_interrupt = true;
     if (!is_worker() && (!params.auto_run_output || string_trim(*params.auto_run_output).empty()))
         return bad_parameter(app, "auto_run_output", params.auto_run_output.value_or(""),
                              "is needed: headless runs ask no questions.");

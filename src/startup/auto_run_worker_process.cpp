@@ -58,7 +58,8 @@ AutoRunWorkerProcess::Reply AutoRunWorkerProcess::read_reply() {
 }
 
 void AutoRunWorkerProcess::interrupt() {
-    process_.kill(SIGINT);
+    // Not SIGINT: a worker of a run started in the background ignores it, as its parent does.
+    process_.kill(SIGTERM);
 }
 
 int AutoRunWorkerProcess::wait() {

@@ -8,6 +8,7 @@
 #include "config/game_configurations.h"
 #include "config/logger.h"
 #include "config/text_ids.h"
+#include "runtime/append_file.h"
 #include "runtime/file_io.h"
 #include "runtime/log.h"
 #include "runtime/number_format.h"
@@ -15,6 +16,7 @@
 #include "runtime/runtime.h"
 #include "serial/json.h"
 #include "startup/app_state.h"
+#include "startup/parameter_values.h"
 #include "startup/program.h"
 #include "startup/trial_parameters.h"
 #include "trials/input_record.h"
@@ -33,7 +35,8 @@ constexpr std::int64_t LINGER_FRAMES = 8 * 60;
 
 struct PlaySession {
     InputRecord record;
-    std::string record_path;  // empty when replaying
+    // Made before the trial starts, never over an existing file; none when replaying.
+    std::optional<AppendFile> record_file;
     bool replaying = false;
 };
 
@@ -63,22 +66,14 @@ private:
     std::int64_t frames_ = 0;
 };
 
-bool save_record(AppState& app, PlaySession& session) {
-    const std::string text = input_record_to_text(session.record);
-    std::string error = app.services.files->write(session.record_path, text);
-    if (error.empty()) {
-        log("The trial's inputs are saved in \"" + session.record_path +
-            "\"; replay them with replay=" + session.record_path);
-        return true;
+bool save_record(PlaySession& session) {
+    const std::string& path = session.record_file->path();
+    const std::string error = session.record_file->append(input_record_to_text(session.record));
+    if (!error.empty()) {
+        log_error("Cannot save the trial's inputs to \"" + path + "\": " + error + ".");
+        return false;
     }
-    log_error("Cannot save the trial's inputs to \"" + session.record_path + "\": " + error + ".");
-    // Nothing the player did may be lost for a bad path: the working directory is the last resort.
-    const std::string fallback = std::filesystem::path(session.record_path).filename().string();
-    if (fallback.empty() || fallback == session.record_path)
-        return false;
-    if (!app.services.files->write(fallback, text).empty())
-        return false;
-    log_warning("The trial's inputs are saved in \"" + fallback + "\" instead.");
+    log("The trial's inputs are saved in \"" + path + "\"; replay them with replay=" + path);
     return true;
 }
 
@@ -116,7 +111,7 @@ void finish(AppState& app, PlaySession& session, const TrialResult& result) {
         }
     } else {
         session.record.result = result;
-        if (!save_record(app, session))
+        if (!save_record(session))
             status = 1;
     }
     std::printf("%s\n", result_json(result).c_str());
@@ -134,7 +129,7 @@ void on_quit(AppState& app, PlaySession& session) {
         session.record.abandoned_at = trial->ticker.spent_ticks;
         session.record.commands = app.sim.world.player_commands.applied;
         log("The trial was left before its end.");
-        save_record(app, session);
+        save_record(session);
     }
     end_program(app, 0);
 }
@@ -188,10 +183,14 @@ std::optional<std::string> configuration_digest(AppState& app) {
 
 }  // namespace
 
-std::string default_input_record_path(const std::optional<std::string>& log_output_file,
-                                      const std::string& level_name, const std::string& stamp) {
-    return path_beside_log(log_output_file,
-                           (level_name.empty() ? "trial" : level_name) + "-" + stamp + ".inputs");
+std::optional<AppendFile> create_input_record_file(const ProgramParameters& params,
+                                                   const std::string& level_name,
+                                                   const std::string& stamp, std::string& error) {
+    if (params.record_inputs && !params.record_inputs->empty())
+        return AppendFile::create_new(*params.record_inputs, error);
+    return AppendFile::create_with_free_name(
+        folder_beside_log(params.log_output_file),
+        (level_name.empty() ? "trial" : level_name) + "-" + stamp, ".inputs", error);
 }
 
 void start_play_mode(AppState& app, const ProgramParameters& params) {
@@ -207,20 +206,27 @@ void start_play_mode(AppState& app, const ProgramParameters& params) {
     if (!level || !config_digest)
         return end_program(app, 1);
     session->record.configuration_digest = *config_digest;
-    session->record_path =
-        params.record_inputs && !params.record_inputs->empty()
-            ? *params.record_inputs
-            : default_input_record_path(params.log_output_file, level->name,
-                                        make_file_name_stamp(app.services.clock->local_now()));
+    const bool given = params.record_inputs && !params.record_inputs->empty();
     std::error_code same_error;
-    if (std::filesystem::equivalent(session->record_path, resolve_user_path(*params.play_level),
-                                    same_error)) {
-        log_error("record_inputs=" + session->record_path +
-                  " names the level file itself; choose another file for the recording.");
-        return end_program(app, 2);
+    if (given && std::filesystem::equivalent(*params.record_inputs,
+                                             resolve_user_path(*params.play_level), same_error))
+        return bad_parameter(app, "record_inputs", *params.record_inputs,
+                             "names the level file itself; choose another file for the "
+                             "recording.");
+    // Made now, so a path that cannot be written stops the program before anybody plays.
+    std::string error;
+    session->record_file = create_input_record_file(
+        params, level->name, make_file_name_stamp(app.services.clock->local_now()), error);
+    if (!session->record_file) {
+        if (given)
+            return bad_parameter(app, "record_inputs", *params.record_inputs,
+                                 "cannot be made: " + error +
+                                     ". A recording never replaces a file; name a new one.");
+        log_error("Cannot make a file for the trial's inputs beside the log: " + error + ".");
+        return end_program(app, 1);
     }
     log("Playing \"" + resolve_user_path(*params.play_level) + "\"; inputs are recorded to \"" +
-        session->record_path + "\".");
+        session->record_file->path() + "\".");
     run_trial(app, session, std::move(*level), app.sim.configs->game_speed);
 }
 

@@ -4,7 +4,11 @@
 // recording again from the same level, configuration, seed, traits and inputs, and checks that
 // it reaches the recorded result. Both print the TrialResult as trial_level does.
 
+#include <optional>
+#include <string>
+
 #include "config/program_parameters.h"
+#include "runtime/append_file.h"
 
 namespace veldra {
 
@@ -13,9 +17,11 @@ struct AppState;
 void start_play_mode(AppState& app, const ProgramParameters& params);
 void start_replay_mode(AppState& app, const ProgramParameters& params);
 
-// Where a recording goes when record_inputs= is not given: beside the log file, or in the
-// working directory without one; named after the level and the local time.
-std::string default_input_record_path(const std::optional<std::string>& log_output_file,
-                                      const std::string& level_name, const std::string& stamp);
+// The recording's file, made before the trial: record_inputs= when given (refused when a file is
+// there already), else "<level>-<stamp>.inputs" beside the log (config/logger.h), or the first
+// free "<level>-<stamp>-N.inputs". nullopt with the reason in `error` when it cannot be made.
+std::optional<AppendFile> create_input_record_file(const ProgramParameters& params,
+                                                   const std::string& level_name,
+                                                   const std::string& stamp, std::string& error);
 
 }  // namespace veldra

@@ -13,12 +13,14 @@
 #include "platform/local_time.h"
 #include "runtime/frame_loop.h"
 #include "runtime/gc.h"
+#include "runtime/log.h"
 #include "runtime/paths.h"
 #include "runtime/process_state.h"
 #include "runtime/runtime.h"
 #include "runtime/services.h"
 #include "startup/app_state.h"
 #include "startup/frame_times.h"
+#include "startup/interrupt.h"
 #include "startup/obj_init.h"
 #include "startup/rooms.h"
 #include "startup/ui_script.h"
@@ -89,6 +91,15 @@ bool start_ui_script(AppState& app, platform::GameWindow* window, const std::str
     return true;
 }
 
+// Ctrl-C or SIGTERM: the mode keeps what it has, as when the window is closed with no time to
+// ask, and the program ends as an interrupted run. A batch stops itself after its trial.
+void stop_on_interrupt(AppState& app) {
+    log(std::string("Stopped by ") + interrupt_signal_name() + ".");
+    if (app.on_quit_requested)
+        app.on_quit_requested(false);
+    end_program(app, EXIT_INTERRUPTED);
+}
+
 }  // namespace
 
 void end_program(AppState& app, int status) {
@@ -123,6 +134,8 @@ int run_program(int argc, char** argv) {
         return 2;
     }
 
+    // Before the window opens: the window's library leaves handlers it finds in place alone.
+    install_interrupt_handler();
     process_state().program_directory = program_directory(argv[0]);
     GcScope collector;
     AppState app(arguments);
@@ -150,6 +163,10 @@ int run_program(int argc, char** argv) {
     while (!runtime.end_requested() && (!frames || runtime.frame_count() < *frames)) {
         frame_times.frame_started();
         frame_times.frame_finished(run_program_frame(runtime, app.services) > 0);
+        if (interrupt_requested() && !app.mode_stops_on_interrupt && !runtime.end_requested()) {
+            stop_on_interrupt(app);
+            break;
+        }
         // Each close may ask again: a participant who cancelled can still close later.
         if (app.services.input->frame().quit_requested) {
             if (app.on_quit_requested)

@@ -9,6 +9,7 @@
 #include "startup/app_state.h"
 #include "startup/auto_run_mode.h"
 #include "startup/dev_menu.h"
+#include "startup/interrupt.h"
 #include "startup/parameter_values.h"
 #include "startup/play_mode.h"
 #include "startup/program.h"
@@ -52,6 +53,10 @@ void choose_run_mode(AppState& app) {
                   " could not be loaded (see above), and this run would not use it.");
         return end_program(app, 1);
     }
+    // Each of these is one call that runs to its end within a frame: Ctrl-C ends them at once,
+    // as it ends any command-line tool.
+    if (params.generate_levels || params.auto_run_merge)
+        restore_default_interrupt_handling();
     if (params.generate_levels)
         return run_level_set_generator(app, params);
     if (params.auto_run_merge)

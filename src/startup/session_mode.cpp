@@ -1,7 +1,5 @@
 #include "startup/session_mode.h"
 
-#include <cctype>
-
 #include "config/game_configurations.h"
 #include "config/logger.h"
 #include "config/text_ids.h"
@@ -13,6 +11,7 @@
 #include "startup/app_state.h"
 #include "startup/program.h"
 #include "trials/session.h"
+#include "trials/session_autosave.h"
 #include "trials/trial.h"
 #include "ui/popup_menu.h"
 #include "ui/session_menus.h"
@@ -22,14 +21,6 @@
 namespace veldra {
 
 namespace {
-
-// A name that is safe in a file name whatever the user typed as their id.
-std::string file_name_part(const std::string& text) {
-    std::string part;
-    for (char c : text)
-        part += std::isalnum(static_cast<unsigned char>(c)) || c == '-' || c == '_' ? c : '_';
-    return part.empty() ? "user" : part.substr(0, 64);
-}
 
 void show_message(AppState& app, const std::string& text) {
     app.services.dialogs->show_message(text);
@@ -58,24 +49,17 @@ void resume_trial(AppState& app, const TrialPause& pause) {
     }
 }
 
-// Closing the window in the middle of a session: the participant confirms first. Everything
-// finished is in the autosave already; it is written once more so the file is certainly there.
+// Closing the window in the middle of a session: the participant confirms first. Every
+// finished trial is in the autosave already, on disk; the trial in progress is not kept.
 void on_quit_during_session(AppState& app, bool can_ask) {
     const auto& session = app.local_session;
     const bool in_progress = session && !session->finished && !session->failed;
     auto quit = [&app] {
-        if (app.local_session && !app.local_session->autosave_path.empty() &&
-            !app.local_session->trials->empty()) {
-            const std::string error =
-                app.services.files->write(app.local_session->autosave_path,
-                                          trial_results_csv_text(*app.local_session->trials));
-            if (error.empty())
-                log("The session's results so far are saved in \"" +
-                    app.local_session->autosave_path + "\".");
-            else
-                log_error("Cannot save the session's results to \"" +
-                          app.local_session->autosave_path + "\": " + error + ".");
-        }
+        const auto& left = app.local_session;
+        if (left && left->autosave)
+            log("The session ended early; the results of its " +
+                std::to_string(left->trials->size()) + " finished trials are in \"" +
+                left->autosave->path() + "\".");
         end_program(app, 0);
     };
     if (!in_progress || !can_ask || app.services.headless)
@@ -108,7 +92,14 @@ SessionScreens headless_session_screens(AppState& app) {
     SessionScreens screens;
     screens.show_end = [&app](const std::string&, double total,
                               std::shared_ptr<const std::vector<TrialData>>) {
-        log("The session's results are in \"" + app.local_session->autosave_path + "\"; total " +
+        const LocalSession& session = *app.local_session;
+        if (session.records_not_autosaved > 0) {
+            log_error(std::to_string(session.records_not_autosaved) +
+                      " trial results could not be written to \"" + session.autosave->path() +
+                      "\" (see above); they are lost.");
+            return end_program(app, 1);
+        }
+        log("The session's results are in \"" + session.autosave->path() + "\"; total " +
             number_to_string(total) + ".");
         end_program(app, 0);
     };
@@ -125,12 +116,6 @@ std::vector<std::string> configured_levels(const AppState& app) {
         if (list.at(i).is_string())
             levels.push_back(list.at(i).as_string());
     return levels;
-}
-
-std::string session_autosave_path(const AppState& app, const std::string& user_id) {
-    return path_beside_log(app.params.log_output_file,
-                           "session-" + file_name_part(user_id) + "-" +
-                               make_file_name_stamp(app.services.clock->local_now()) + ".csv");
 }
 
 bool start_local_session(AppState& app, std::vector<std::string> level_filenames,
@@ -159,11 +144,27 @@ bool start_local_session(AppState& app, std::vector<std::string> level_filenames
     else
         app.session_context = std::make_unique<SessionContext>(
             SessionContext{app.sim, app.localization, headless_session_screens(app)});
-    const std::string autosave = session_autosave_path(app, user_id);
+    // Made before the first trial, so a participant never plays a session whose results
+    // cannot be kept.
+    std::string error;
+    auto autosave =
+        session_autosave_create(folder_beside_log(app.params.log_output_file), user_id,
+                                make_file_name_stamp(app.services.clock->local_now()), error);
+    if (!autosave) {
+        const std::string text = "The session does not start: its results cannot be kept in " +
+                                 error +
+                                 ". Give log_output_file= a file in a folder that can be written "
+                                 "(the results go beside it), or start from such a folder.";
+        log_error(text);  // headless, this is what the caller sees
+        if (!app.services.headless)
+            show_message(app, text);
+        return false;
+    }
+    const std::string autosave_path = autosave->path();
     app.local_session = local_session_start(*app.session_context, std::move(level_filenames),
-                                            std::move(user_id), rng, autosave);
+                                            std::move(user_id), rng, std::move(autosave));
     app.local_session->repeat = repeat;
-    log("The results of each trial are kept in \"" + autosave + "\" as the session goes on.");
+    log("The results of each trial are kept in \"" + autosave_path + "\" as the session goes on.");
     app.on_quit_requested = [&app](bool can_ask) { on_quit_during_session(app, can_ask); };
     return true;
 }

@@ -13,8 +13,9 @@ namespace veldra {
 struct AppState;
 
 // Plays `level_filenames` for `user_id`; `repeat` starts over after the last level. Refuses
-// (with a message, returning false) when a session is already running or a level cannot be
-// loaded, so a typo in the configuration is found before a participant sits down.
+// (with a message, returning false) when a session is already running, a level cannot be
+// loaded or its autosave cannot be made, so a typo in the configuration or a folder that
+// cannot be written is found before a participant sits down.
 bool start_local_session(AppState& app, std::vector<std::string> level_filenames,
                          std::string user_id, Rng rng, bool repeat = false);
 
@@ -23,9 +24,5 @@ std::vector<std::string> configured_levels(const AppState& app);
 
 // demo=1: a local session of the configuration's levels for "DEMO_USER" at once.
 void start_demo_mode(AppState& app);
-
-// Where a session's records are kept between trials: beside the log, named after the user and
-// the local time.
-std::string session_autosave_path(const AppState& app, const std::string& user_id);
 
 }  // namespace veldra

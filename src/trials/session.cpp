@@ -13,6 +13,7 @@
 #include "runtime/number_format.h"
 #include "runtime/paths.h"
 #include "runtime/runtime.h"
+#include "trials/session_autosave.h"
 #include "trials/simulation_state.h"
 #include "trials/trial.h"
 #include "trials/trial_level_info.h"
@@ -40,16 +41,21 @@ TrialData finished_trial_record(const SimulationState& sim, const obj_trial& tri
     return data;
 }
 
-// Replaces the autosave with every record so far; a failure is logged, and the session goes on
-// (the records are still in memory and can be saved at the end).
-void autosave(Files& files, const LocalSession& session) {
-    if (session.autosave_path.empty())
+// Appends the finished trial's record to the autosave; a failure is logged and counted, and the
+// session goes on (the records are still in memory and can be saved at the end).
+void autosave(LocalSession& session, const TrialData& record) {
+    if (!session.autosave)
         return;
-    const std::string error =
-        files.write(session.autosave_path, trial_results_csv_text(*session.trials));
-    if (!error.empty())
-        log_error("Cannot keep the session's results in \"" + session.autosave_path +
-                  "\": " + error + ".");
+    const std::string error = session_autosave_append(*session.autosave, record);
+    if (error.empty()) {
+        log("Saved the result of level " + std::to_string(record.level_info.play_order + 1) +
+            " (\"" + record.level_info.filename + "\", score " +
+            number_to_string(record.result.trial_score) + ").");
+        return;
+    }
+    ++session.records_not_autosaved;
+    log_error("Cannot keep the result of \"" + record.level_info.filename + "\" in \"" +
+              session.autosave->path() + "\": " + error + ".");
 }
 
 // One trial of a session; `record` receives the finished trial's record before the promise is
@@ -79,7 +85,9 @@ Promise run_session_trial(SessionContext& context, const std::string& user_id,
 }
 
 // Plays level `i` of the session and every level after it. The result screen may ask for the
-// same level again (a developer's rerun): that trial's record then takes the place of the first.
+// same level again (a developer's rerun): that trial's record then takes the place of the first
+// in the records kept for "Save results", while the autosave, which only ever grows, gets it as
+// a later line with the same play_order.
 Promise play_session_level(SessionContext& context, std::shared_ptr<LocalSession> session,
                            std::size_t i) {
     const std::size_t count = session->level_filenames.size();
@@ -93,7 +101,7 @@ Promise play_session_level(SessionContext& context, std::shared_ptr<LocalSession
         .and_then([&context, session, record]() -> HandlerResult {
             session->trials->push_back(*record);
             session->total_score += record->result.trial_score;
-            autosave(context.sim.files, *session);
+            autosave(*session, *record);
             if (!context.screens.wait_traits_menus_closed)
                 return {};
             return context.screens.wait_traits_menus_closed();
@@ -107,7 +115,6 @@ Promise play_session_level(SessionContext& context, std::shared_ptr<LocalSession
             if (answer.is_string() && answer.as_string() == SESSION_RERUN_LEVEL) {
                 session->total_score -= session->trials->back().result.trial_score;
                 session->trials->pop_back();
-                autosave(context.sim.files, *session);
                 return play_session_level(context, session, i);
             }
             return play_session_level(context, session, i + 1);
@@ -145,14 +152,14 @@ Promise _session_run_trial(SessionContext& context, const std::string& user_id,
 std::shared_ptr<LocalSession> local_session_start(SessionContext& context,
                                                   std::vector<std::string> level_filenames,
                                                   std::string user_id, Rng rng,
-                                                  std::string autosave_path) {
+                                                  std::optional<AppendFile> autosave) {
     auto session = std::make_shared<LocalSession>();
     session->user_id = std::move(user_id);
     for (std::string& name : level_filenames)
         session->level_filenames.push_back(
             _string_replace_backslashes_with_forward_slashes(std::move(name)));
     session->rng = rng;
-    session->autosave_path = std::move(autosave_path);
+    session->autosave = std::move(autosave);
     log("Local session started for \"" + session->user_id + "\" with " +
         std::to_string(session->level_filenames.size()) + " levels.");
 
@@ -169,9 +176,9 @@ std::shared_ptr<LocalSession> local_session_start(SessionContext& context,
         .and_catch([&context, session](const Value& reason) {
             session->failed = true;
             std::string text = "The session stopped: " + to_string(reason);
-            if (!session->trials->empty() && !session->autosave_path.empty())
+            if (!session->trials->empty() && session->autosave)
                 text += " The results of the trials played so far are in \"" +
-                        session->autosave_path + "\".";
+                        session->autosave->path() + "\".";
             log_error(text);
             if (context.screens.show_problem)
                 context.screens.show_problem(text);

@@ -4,8 +4,8 @@
 // records can be saved as CSV. The whole session is one chain of promises on the frame loop; its
 // state lives in a LocalSession shared by every step.
 //
-// Nothing a participant played may be lost: after every trial the records so far are written
-// to the session's autosave file (replaced whole, so it is always a complete CSV file).
+// Nothing a participant played may be lost: every finished trial's record is appended to the
+// session's autosave file (trials/session_autosave.h) and on disk before the next trial starts.
 
 #include <cstddef>
 #include <functional>
@@ -16,6 +16,7 @@
 
 #include "async/promise.h"
 #include "config/personality_traits.h"
+#include "runtime/append_file.h"
 #include "trials/trial_data.h"
 #include "util/rng.h"
 
@@ -50,11 +51,14 @@ struct LocalSession {
     std::vector<std::string> level_filenames;  // in play order
     Rng rng;                                   // draws each trial's seed
     double total_score = 0;
+    // One record per level played; a developer's rerun replaces the level's earlier record.
     std::shared_ptr<std::vector<TrialData>> trials = std::make_shared<std::vector<TrialData>>();
-    std::string autosave_path;  // empty: not kept on disk between trials
-    bool repeat = false;        // start again with the first level after the last, for ever
-    bool finished = false;      // the end screen has been shown
-    bool failed = false;        // the chain stopped on a rejection
+    // Every finished trial, reruns included, one line each; none: not kept on disk.
+    std::optional<AppendFile> autosave;
+    std::size_t records_not_autosaved = 0;  // appends that failed (the disk filled up, say)
+    bool repeat = false;    // start again with the first level after the last, for ever
+    bool finished = false;  // the end screen has been shown
+    bool failed = false;    // the chain stopped on a rejection
 };
 
 struct SessionContext {
@@ -69,7 +73,7 @@ struct SessionContext {
 std::shared_ptr<LocalSession> local_session_start(SessionContext& context,
                                                   std::vector<std::string> level_filenames,
                                                   std::string user_id, Rng rng,
-                                                  std::string autosave_path = {});
+                                                  std::optional<AppendFile> autosave = {});
 
 // One trial of a session: loads the level, draws the seed, lets the player choose traits under
 // the numbered heading, plays it, and fulfils with the record (trial_data_to_value). Rejected

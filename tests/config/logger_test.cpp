@@ -85,11 +85,47 @@ TEST_F(LoggerTest, WithoutOutputFileNoFileIsMadeAndScreamingShowsMessages) {
     EXPECT_FALSE(std::filesystem::exists(path));
 }
 
-TEST_F(LoggerTest, UnwritableFileLeavesTheTerminalWorking) {
+TEST_F(LoggerTest, UnwritableFileIsReportedOnceAndLeavesTheTerminalWorking) {
+    ::testing::internal::CaptureStderr();
     initialize_log(runtime, logger, "/nonexistent-dir/x.log");
     log("still here");
-    EXPECT_EQ(terminal->lines.back(), "2024_03_07_09_05_41 still here");
     runtime.shutdown();
+    const std::string said = ::testing::internal::GetCapturedStderr();
+    EXPECT_EQ(terminal->lines.back(), "2024_03_07_09_05_41 still here");
+    EXPECT_NE(said.find("/nonexistent-dir/x.log: No such file or directory"), std::string::npos)
+        << said;
+}
+
+// A file that opens but takes nothing (a full disk): said once, with the reason, not lost
+// without a word.
+TEST_F(LoggerTest, AFileThatCannotBeWrittenIsReportedOnce) {
+    ::testing::internal::CaptureStderr();
+    initialize_log(runtime, logger, "/dev/full");
+    for (int batch = 0; batch < 3; ++batch) {
+        log("line " + std::to_string(batch));
+        for (int i = 0; i < LOG_DUMP_INTERVAL_STEPS; ++i)
+            runtime.run_frame();
+    }
+    runtime.shutdown();
+    const std::string said = ::testing::internal::GetCapturedStderr();
+    const std::string report = "log_output_file=/dev/full: No space left on device";
+    ASSERT_NE(said.find(report), std::string::npos) << said;
+    EXPECT_EQ(said.find(report, said.find(report) + 1), std::string::npos) << said;
+}
+
+// The run's own files go beside a log that is a plain file, never into /dev beside a device.
+TEST(FolderBesideLog, IsTheLogsFolderOnlyForAPlainFile) {
+    testing::ScratchDirectory scratch{"folder_beside_log"};
+    const auto log_file = scratch.path() / "run.log";
+    EXPECT_EQ(folder_beside_log(std::nullopt), std::filesystem::path());
+    EXPECT_EQ(folder_beside_log(log_file.string()), scratch.path());  // made later
+    std::ofstream(log_file) << "x";
+    EXPECT_EQ(folder_beside_log(log_file.string()), scratch.path());
+    EXPECT_EQ(path_beside_log(log_file.string(), "a.csv"), (scratch.path() / "a.csv").string());
+    EXPECT_EQ(folder_beside_log("/dev/full"), std::filesystem::path());
+    EXPECT_EQ(folder_beside_log("/dev/null"), std::filesystem::path());
+    EXPECT_EQ(path_beside_log("/dev/full", "a.csv"), "a.csv");
+    EXPECT_EQ(folder_beside_log(scratch.path().string()), std::filesystem::path());  // a folder
 }
 
 TEST_F(LoggerTest, SecondInitializationIsReportedAndMakesNoSecondLogger) {

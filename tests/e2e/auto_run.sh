@@ -46,10 +46,13 @@ cp one.csv.fingerprint resumed.csv.fingerprint
 run auto_run_output=resumed.csv auto_run_seed=5 auto_run_resume=1 > /dev/null
 cmp one.csv resumed.csv
 
-# A real Ctrl-C: exit status 130, a valid prefix, then a resume to the same bytes.
+# A real Ctrl-C: exit status 130, a valid prefix, then a resume to the same bytes. A script's
+# background job ignores SIGINT (and the program keeps it so); env gives it back, as a terminal
+# would.
 echo '{"levels": ["a.txt", "b.txt"], "num_runs_per_permutation": 400}' > long.json
 "$veldra" config=small auto_run_config=long.json auto_run_output=full.csv auto_run_seed=9 > /dev/null
-"$veldra" config=small auto_run_config=long.json auto_run_output=cut.csv auto_run_seed=9 > /dev/null 2>&1 &
+env --default-signal=INT "$veldra" config=small auto_run_config=long.json auto_run_output=cut.csv \
+  auto_run_seed=9 > /dev/null 2>&1 &
 pid=$!
 for _ in $(seq 100); do [ "$(wc -l < cut.csv 2>/dev/null || echo 0)" -gt 20 ] && break; sleep 0.05; done
 kill -INT "$pid"

@@ -63,10 +63,33 @@ fi
 cmp mine.txt mine.before
 grep -q "names the level file itself" same.log
 
+# A recording never replaces a file that is there, and a path that cannot be written stops the
+# program before the trial, without falling back on a file of the same name here (the level).
+echo "precious" > taken.inputs
+set +e
+"$veldra" headless=1 play_level=levels/level_01.txt record_inputs=taken.inputs > out.json 2> err.txt
+status=$?
+set -e
+[ "$status" -eq 2 ]
+[ "$(cat taken.inputs)" = precious ]
+[ ! -s out.json ]
+grep -q "record_inputs=taken.inputs cannot be made: a file of that name is already there" err.txt
+if "$veldra" headless=1 play_level=mine.txt record_inputs=nowhere/mine.txt > out.json 2> err.txt; then
+  echo "an unwritable recording path was accepted"; exit 1
+fi
+cmp mine.txt mine.before
+[ ! -s out.json ]
+grep -q "record_inputs=nowhere/mine.txt cannot be made: No such file or directory" err.txt
+
 # Without record_inputs the recording goes beside the log.
 mkdir logs
 "$veldra" headless=1 play_level=levels/level_01.txt log_output_file=logs/run.log > /dev/null
 ls logs/level_01-*.inputs > /dev/null
+# Two in the same second get a name each.
+"$veldra" headless=1 play_level=levels/level_01.txt log_output_file=logs/run.log > /dev/null &
+"$veldra" headless=1 play_level=levels/level_01.txt log_output_file=logs/run2.log > /dev/null
+wait
+[ "$(ls logs/level_01-*.inputs | wc -l)" -eq 3 ]
 
 # No display: the window cannot open, the program says why and what to do instead.
 if env -u DISPLAY -u WAYLAND_DISPLAY -u SDL_VIDEODRIVER SDL_AUDIODRIVER=dummy \

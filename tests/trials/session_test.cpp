@@ -16,6 +16,7 @@
 #include "runtime/services.h"
 #include "support/scratch_directory.h"
 #include "trials/game_systems.h"
+#include "trials/session_autosave.h"
 #include "trials/simulation_state.h"
 
 namespace veldra {
@@ -65,6 +66,12 @@ protected:
     void write_level(const std::string& name, const std::string& text) {
         std::ofstream(path(name)) << text;
     }
+    std::optional<AppendFile> make_autosave(const std::string& user) {
+        std::string error;
+        auto file = session_autosave_create(folder.path(), user, "20240307-090541", error);
+        EXPECT_TRUE(file) << error;
+        return file;
+    }
     void run_until_done(const LocalSession& session) {
         for (int frame = 0; frame < 600 && !session.finished && !session.failed; ++frame) {
             runtime.run_frame();
@@ -93,9 +100,9 @@ protected:
 
 TEST_F(LocalSessionTest, PlaysEveryLevelInOrderAndKeepsEachRecord) {
     context.screens = screens;
-    const std::string autosave = path("autosave.csv");
-    auto session =
-        local_session_start(context, {path("a.txt"), path("b.txt")}, "P7", Rng(42), autosave);
+    auto session = local_session_start(context, {path("a.txt"), path("b.txt")}, "P7", Rng(42),
+                                       make_autosave("P7"));
+    const std::string autosave = session->autosave->path();
     EXPECT_TRUE(headings.empty());  // nothing runs in the frame that starts the session
     run_until_done(*session);
     ASSERT_TRUE(session->finished);
@@ -134,29 +141,37 @@ TEST_F(LocalSessionTest, WithoutTheResultMenuTrialsFollowEachOtherAndTheEndIsSho
     EXPECT_EQ(end_user, "P");
 }
 
-TEST_F(LocalSessionTest, ARerunReplacesTheLevelsRecord) {
+// The saved results keep one line per level; the autosave, which only grows, keeps both runs.
+TEST_F(LocalSessionTest, ARerunReplacesTheLevelsRecordAndTheAutosaveKeepsBoth) {
     context.screens = screens;
     int answers = 0;
     context.screens.show_trial_result = [&](const TrialData&, std::size_t) {
         return promise_resolve(++answers == 1 ? Value(SESSION_RERUN_LEVEL) : Value(true));
     };
-    auto session = local_session_start(context, {path("a.txt")}, "P", Rng(5));
+    auto session = local_session_start(context, {path("a.txt")}, "P", Rng(5), make_autosave("P"));
     run_until_done(*session);
     ASSERT_TRUE(session->finished);
     EXPECT_EQ(answers, 2);
     ASSERT_EQ(session->trials->size(), 1u);
     Rng seeds(5);
-    seeds.rng_irandom(std::int64_t{1} << 32);  // the first run's
+    const double first_seed = static_cast<double>(seeds.rng_irandom(std::int64_t{1} << 32));
     EXPECT_EQ(session->trials->at(0).seed,
               static_cast<double>(seeds.rng_irandom(std::int64_t{1} << 32)));
     EXPECT_DOUBLE_EQ(session->total_score, session->trials->at(0).result.trial_score);
+
+    TrialData first_run = session->trials->at(0);
+    first_run.seed = first_seed;
+    FileText saved = services.files->read(session->autosave->path(), 1 << 20);
+    ASSERT_TRUE(saved);
+    EXPECT_EQ(*saved.text, trial_data_as_csv_headers() + trial_data_as_csv(first_run) +
+                               trial_data_as_csv(session->trials->at(0)));
 }
 
 TEST_F(LocalSessionTest, ALevelThatCannotBeLoadedStopsTheSessionAndKeepsWhatWasPlayed) {
     context.screens = screens;
-    const std::string autosave = path("autosave.csv");
-    auto session =
-        local_session_start(context, {path("a.txt"), path("missing.txt")}, "P", Rng(3), autosave);
+    auto session = local_session_start(context, {path("a.txt"), path("missing.txt")}, "P", Rng(3),
+                                       make_autosave("P"));
+    const std::string autosave = session->autosave->path();
     run_until_done(*session);
     EXPECT_TRUE(session->failed);
     EXPECT_FALSE(session->finished);
@@ -175,6 +190,32 @@ TEST_F(LocalSessionTest, BackslashesInLevelNamesBecomeSlashes) {
     EXPECT_EQ(_string_replace_backslashes_with_forward_slashes("levels\\a\\b.txt"),
               "levels/a/b.txt");
     EXPECT_EQ(session_traits_heading(localization, 2, 5), "Level 2/5");
+}
+
+// Sessions started in the same second in one folder each get a file of their own; a folder
+// that cannot be written is refused before anything is played, naming the file.
+TEST(SessionAutosave, NamesNeverCollideAndAnUnwritableFolderIsRefused) {
+    testing::ScratchDirectory folder{"session_autosave"};
+    std::string error;
+    auto first = session_autosave_create(folder.path(), "P 1", "20240307-090541", error);
+    auto second = session_autosave_create(folder.path(), "P 1", "20240307-090541", error);
+    ASSERT_TRUE(first && second) << error;
+    EXPECT_EQ(std::filesystem::path(first->path()).filename(), "session-P_1-20240307-090541.csv");
+    EXPECT_EQ(std::filesystem::path(second->path()).filename(),
+              "session-P_1-20240307-090541-2.csv");
+    TrialData record;
+    record.seed = 9;
+    EXPECT_EQ(session_autosave_append(*second, record), "");
+    DiskFiles files;
+    EXPECT_EQ(*files.read(first->path(), 1 << 20).text, trial_data_as_csv_headers());
+    EXPECT_EQ(*files.read(second->path(), 1 << 20).text,
+              trial_data_as_csv_headers() + trial_data_as_csv(record));
+
+    const auto missing = folder.path() / "gone";
+    EXPECT_FALSE(session_autosave_create(missing, "P", "20240307-090541", error));
+    EXPECT_NE(error.find((missing / "session-P-20240307-090541.csv").string()), std::string::npos)
+        << error;
+    EXPECT_NE(error.find("No such file"), std::string::npos) << error;
 }
 
 TEST(SaveTrialResults, WritesTheChosenFileAndNothingWhenCancelledOrUnwritable) {
