@@ -56,6 +56,7 @@ public:
         ImGui::EndDisabled();
         const bool cancelled = asking ? draw_replace_question(frame) : draw_buttons(frame);
         end_dialog_window();
+        keep_keyboard_in_name_after_refusals();
 
         if (cancelled)
             return DialogOutcome{};
@@ -203,6 +204,14 @@ private:
         return false;
     }
 
+    // Enter on a refused name (no such folder, a folder's name) leaves the field; the keyboard
+    // goes back into the name, so it can be fixed without a click.
+    void keep_keyboard_in_name_after_refusals() {
+        if (browser_.notice() != notice_seen_ && !browser_.notice().empty())
+            name_focus_requested_ = false;
+        notice_seen_ = browser_.notice();
+    }
+
     void act(const DialogFrame& frame, const ListAction& action) {
         if (action.up)
             browser_.go_up();
@@ -240,6 +249,7 @@ private:
     std::filesystem::path shown_folder_;
     bool scroll_to_selected_ = false;
     bool name_focus_requested_ = false;
+    std::string notice_seen_;
 };
 
 }  // namespace

@@ -246,9 +246,32 @@ TEST_F(FileDialogTest, SavingUnderAFolderNameIsRefusedInTheDialog) {
     EXPECT_TRUE(shown().shows("\"sub\" is a folder"));
     EXPECT_EQ(folder(), root());
     EXPECT_EQ(answer.calls, 0);
-    press_key(ImGuiKey_Escape);
+    // The keyboard is back in the name: a typed fix and Enter save without a click.
+    frames(1);
+    imgui.type("/new.csv");
+    frames(1);
+    press_key(ImGuiKey_Enter);
     EXPECT_EQ(answer.calls, 1);
-    EXPECT_FALSE(answer.text);
+    EXPECT_EQ(answer.text, (root() / "sub" / "new.csv").string());
+}
+
+TEST_F(FileDialogTest, ANameInAFolderThatIsNotThereIsRefusedAndCanBeFixedByTyping) {
+    Answer answer;
+    dialogs().get_save_filename("*.csv", (root() / "x.csv").string(), "", to(answer));
+    frames(3);
+    imgui.type("missing/y.csv");
+    frames(1);
+    press_key(ImGuiKey_Enter);
+    EXPECT_TRUE(shown().shows("There is no folder"));
+    EXPECT_EQ(answer.calls, 0);
+    frames(1);
+    for (int i = 0; i < 13; ++i)
+        press_key(ImGuiKey_Backspace);
+    imgui.type("y.csv");
+    frames(1);
+    press_key(ImGuiKey_Enter);
+    EXPECT_EQ(answer.calls, 1);
+    EXPECT_EQ(answer.text, (root() / "y.csv").string());
 }
 
 TEST_F(ImGuiDialogsTest, MessagesAreLoggedAndShownOneAfterAnotherBeforeLaterQuestions) {
