@@ -137,6 +137,7 @@ void obj_popup_menu::on_step() {
                    std::to_string(reinterpret_cast<std::uintptr_t>(pages_.back().get()));
     request.interactive = top;
     request.take_focus = top && want_focus_;
+    request.dim_behind = options_.dim_behind;
     if (!page_shown_ms_)
         page_shown_ms_ = runtime().current_time();
     request.page_age_ms = runtime().current_time() - *page_shown_ms_;

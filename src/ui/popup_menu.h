@@ -111,6 +111,9 @@ struct PopupOptions {
     bool persistent = false;
     // What kind of menu this is, so callers can find menus of a kind (popup_menus_open).
     std::string name;
+    // Dims the game behind the menu, for menus that stand between trials: the finished world
+    // steps back and the menu is what to read.
+    bool dim_behind = false;
 };
 
 // Opens `definition` centred on the screen, above every other popup. The promise is fulfilled

@@ -18,6 +18,7 @@ namespace {
 const ImVec4 BACKGROUND{0.06f, 0.07f, 0.09f, 0.95f};
 const ImVec4 EDGE{0.93f, 0.75f, 0.31f, 0.55f};
 const ImVec4 LINK_TEXT{0.55f, 0.78f, 1.0f, 1.0f};
+const ImVec4 DIMMED_GAME{0.02f, 0.03f, 0.05f, 0.6f};
 const ImVec2 WINDOW_PADDING{32, 28};
 const ImVec2 FRAME_PADDING{14, 9};
 const ImVec2 ITEM_SPACING{12, 12};
@@ -297,6 +298,9 @@ MenuWindowResult draw_menu_window(const MenuDefinition& page, const std::string*
         request.interactive && !ImGui::IsAnyItemActive() && key_pressed(ImGuiKey_Escape);
 
     const ImVec2 screen = ImGui::GetIO().DisplaySize;
+    if (request.dim_behind)
+        ImGui::GetBackgroundDrawList()->AddRectFilled(ImVec2(0, 0), screen,
+                                                      ImGui::GetColorU32(DIMMED_GAME));
     const float width = std::min(page.width, screen.x - 2 * SCREEN_MARGIN);
     ImGui::SetNextWindowPos(ImVec2(screen.x / 2, screen.y / 2), ImGuiCond_Always,
                             ImVec2(0.5f, 0.5f));

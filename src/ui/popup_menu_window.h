@@ -21,6 +21,7 @@ struct MenuWindowRequest {
     bool interactive = true;  // false below the top popup: dimmed, and no clicks or keys
     bool take_focus = false;  // give it the keyboard (new on top, or the focus went nowhere)
     double page_age_ms = 0;   // how long the page has been shown (typed texts)
+    bool dim_behind = false;  // darken the game under every menu
 };
 
 struct MenuWindowResult {

@@ -48,8 +48,11 @@ MenuDefinition _make_session_trial_result_menu(const SessionMenuContext& context
 Promise session_show_trial_result_menu(const SessionMenuContext& context, const TrialData& trial,
                                        std::size_t total_num_levels) {
     context.services.audio->play(Sound::trial_end);
+    PopupOptions options;
+    options.dim_behind = true;
     return create_popup_menu(context.runtime,
-                             _make_session_trial_result_menu(context, trial, total_num_levels));
+                             _make_session_trial_result_menu(context, trial, total_num_levels),
+                             options);
 }
 
 std::string session_completion_url(const std::string& next_url, const std::string& user_id,
@@ -105,6 +108,7 @@ void session_show_end_menu(const SessionMenuContext& context, const std::string&
     PopupOptions options;
     options.persistent = true;
     options.name = "session_end";
+    options.dim_behind = true;
     create_popup_menu(context.runtime,
                       _make_session_end_menu(context, user_id, total_score, std::move(trials), rng),
                       options);

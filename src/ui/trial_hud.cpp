@@ -92,11 +92,13 @@ void obj_trial_energy_hud::on_draw_gui() {
               ENERGY_BAR_BACKGROUND);
     const double fraction = energy_max > 0 ? std::clamp(animated_energy / energy_max, 0.0, 1.0) : 0;
     const double flash = damage_flash_timer / ENERGY_FLASH_STEPS;
-    const Rgba fill{
-        static_cast<std::uint8_t>(ENERGY_BAR_FILL.r + (ENERGY_BAR_FLASH.r - ENERGY_BAR_FILL.r) * flash),
-        static_cast<std::uint8_t>(ENERGY_BAR_FILL.g + (ENERGY_BAR_FLASH.g - ENERGY_BAR_FILL.g) * flash),
-        static_cast<std::uint8_t>(ENERGY_BAR_FILL.b + (ENERGY_BAR_FLASH.b - ENERGY_BAR_FILL.b) * flash),
-        255};
+    const Rgba fill{static_cast<std::uint8_t>(ENERGY_BAR_FILL.r +
+                                              (ENERGY_BAR_FLASH.r - ENERGY_BAR_FILL.r) * flash),
+                    static_cast<std::uint8_t>(ENERGY_BAR_FILL.g +
+                                              (ENERGY_BAR_FLASH.g - ENERGY_BAR_FILL.g) * flash),
+                    static_cast<std::uint8_t>(ENERGY_BAR_FILL.b +
+                                              (ENERGY_BAR_FLASH.b - ENERGY_BAR_FILL.b) * flash),
+                    255};
     const auto width = static_cast<float>(std::round(ENERGY_BAR_WIDTH * fraction));
     if (width > 0)
         list.rect(ENERGY_BAR_X, ENERGY_BAR_Y, width, ENERGY_BAR_HEIGHT, fill);
@@ -110,6 +112,11 @@ void obj_trial_energy_hud::on_draw_gui() {
 void obj_trial_energy_hud::on_clean_up() {
     if (auto* player = runtime().find_as<obj_human_player>(player_))
         player->animation_started_event.unsubscribe(flash_subscription_);
+}
+
+std::string trial_score_shown(double animated, double target) {
+    const bool arrived = std::abs(animated - target) < 0.005;
+    return number_to_string(arrived ? target : std::round(animated));
 }
 
 void obj_trial_score_hud::on_create() {
@@ -131,7 +138,7 @@ void obj_trial_score_hud::on_step() {
 void obj_trial_score_hud::on_draw_gui() {
     DrawList& list = runtime().services().renderer->draw_list();
     const Renderer& renderer = *runtime().services().renderer;
-    const std::string number = number_to_string(std::round(animated_score * 100) / 100);
+    const std::string number = trial_score_shown(animated_score, target_score);
     const TextSize number_size = renderer.measure_text(number, SCORE_TEXT_SIZE);
     const TextSize label_size = renderer.measure_text(label_, SCORE_TEXT_SIZE);
     const float number_x = SCORE_RIGHT - number_size.width;

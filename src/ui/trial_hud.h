@@ -74,6 +74,10 @@ private:
     EventToken flash_subscription_ = 0;
 };
 
+// The total as the HUD writes it while it counts from `animated` up to `target`: whole numbers on
+// the way, so it never flickers through fractions, and the exact total once there.
+std::string trial_score_shown(double animated, double target);
+
 class obj_trial_score_hud : public Instance {
     VELDRA_OBJECT(obj_trial_score_hud, Instance)
 public:

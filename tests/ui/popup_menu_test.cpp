@@ -306,6 +306,24 @@ TEST(MenuFieldSteps, TenthsForNarrowRangesWholeStepsForWideOnesAlwaysInRange) {
     EXPECT_DOUBLE_EQ(menu_field_snapped(wide, -3), 0);
 }
 
+TEST_F(PopupMenuTest, AMenuBetweenTrialsDimsTheGameBehindItOthersDoNot) {
+    MenuDefinition menu;
+    menu.entries = {menu_button("Continue")};
+    create_popup_menu(runtime, menu);
+    frames(2);
+    EXPECT_EQ(ImGui::GetBackgroundDrawList()->CmdBuffer.Size, 1);  // nothing but its start
+    EXPECT_EQ(ImGui::GetBackgroundDrawList()->VtxBuffer.Size, 0);
+    PopupOptions between_trials;
+    between_trials.dim_behind = true;
+    create_popup_menu(runtime, menu, between_trials);
+    frames(2);
+    const ImDrawList& behind = *ImGui::GetBackgroundDrawList();
+    ASSERT_EQ(behind.VtxBuffer.Size, 4);  // one rectangle over the whole screen
+    EXPECT_EQ(behind.VtxBuffer[0].pos.x, 0);
+    EXPECT_EQ(behind.VtxBuffer[2].pos.x, 1600);
+    EXPECT_EQ(behind.VtxBuffer[2].pos.y, 900);
+}
+
 TEST_F(PopupMenuTest, ALinkOpensItsAddressAndLeavesTheMenuOpen) {
     MenuDefinition menu;
     menu.entries = {menu_text("Thank you!"),

@@ -7,6 +7,7 @@
 #include "creatures/human_player.h"
 #include "creatures/monster.h"
 #include "serial/json.h"
+#include "trial_views_fixture.h"
 #include "trials/trial_data.h"
 #include "ui/hud_layout.h"
 #include "ui/sprites.h"
@@ -14,16 +15,18 @@
 #include "ui/world_drawing.h"
 #include "ui/world_view.h"
 #include "world/level_file.h"
-#include "trial_views_fixture.h"
 
 namespace veldra {
 namespace {
 
 using testing::TrialViewsTest;
 
-GameConfigurations& configs_of(SimulationState& sim) { return *sim.configs.configs; }
+GameConfigurations& configs_of(SimulationState& sim) {
+    return *sim.configs.configs;
+}
 
-std::vector<DrawCommand> commands_of(const std::vector<DrawCommand>& frame, DrawCommand::Kind kind) {
+std::vector<DrawCommand> commands_of(const std::vector<DrawCommand>& frame,
+                                     DrawCommand::Kind kind) {
     std::vector<DrawCommand> found;
     std::copy_if(frame.begin(), frame.end(), std::back_inserter(found),
                  [kind](const DrawCommand& c) { return c.kind == kind; });
@@ -70,6 +73,14 @@ TEST_F(TrialViewsTest, TheHudShowsTheLocalizedLabelsAndTheScoreEasesToItsTotal) 
     EXPECT_EQ(score->target_score, trial.result->trial_score);
     frames(100);
     EXPECT_EQ(score->animated_score, trial.result->trial_score);
+}
+
+TEST(TrialScoreShown, CountsInWholeNumbersAndEndsOnTheExactTotal) {
+    EXPECT_EQ(trial_score_shown(53.0137, 60.47), "53");
+    EXPECT_EQ(trial_score_shown(59.6, 60.47), "60");
+    EXPECT_EQ(trial_score_shown(60.468, 60.47), "60.47");
+    EXPECT_EQ(trial_score_shown(60.47, 60.47), "60.47");
+    EXPECT_EQ(trial_score_shown(-0.4, -12.25), "0");  // counting down, never "-0"
 }
 
 TEST_F(TrialViewsTest, TheEnergyBarFlashesWhenThePlayerIsHurtAndTheFlashFades) {
@@ -123,7 +134,8 @@ TEST_F(TrialViewsTest, EntitiesHigherOnTheLevelAreDrawnFirst) {
 }
 
 TEST_F(TrialViewsTest, AZoomedInWorldNeverShowsThroughTheHudBand) {
-    obj_trial& trial = start_trial(level_from_rows({"rrrrrrrr", "rrrrrrrr", "rrrpfrrr", "rrrrrrrr"}), 0);
+    obj_trial& trial =
+        start_trial(level_from_rows({"rrrrrrrr", "rrrrrrrr", "rrrpfrrr", "rrrrrrrr"}), 0);
     views(trial)->camera.set_zoom(Camera::MAX_ZOOM);
     frames(1);
     const auto& frame = renderer().last_frame;
@@ -193,8 +205,9 @@ TEST_F(TrialViewsTest, SoundsFollowTheWorldOncePerKindPerFrameAndOnlyWithAView) 
 }
 
 TEST_F(TrialViewsTest, AnInteractiveTrialGivesTheSameResultWithAndWithoutViews) {
-    auto level = level_load_from_file(sim.files, sim.cell_types,
-                                      std::string(VELDRA_SOURCE_DIR) + "/datafiles/levels/level_05.txt");
+    auto level =
+        level_load_from_file(sim.files, sim.cell_types,
+                             std::string(VELDRA_SOURCE_DIR) + "/datafiles/levels/level_05.txt");
     ASSERT_TRUE(level);
     configs_of(sim).trial_time = 8;
     auto run = [&](bool with) {
