@@ -71,6 +71,11 @@ const std::vector<std::string_view>& all_text_ids() {
         lid::Dialog_TypeName,
         lid::Dialog_ChooseFile,
         lid::Dialog_IsAFolder,
+        lid::FileError_NoFolder,
+        lid::FileError_NoPermission,
+        lid::FileError_DiskFull,
+        lid::FileError_ReadOnly,
+        lid::FileError_IsFolder,
     };
     return ids;
 }

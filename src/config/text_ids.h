@@ -78,6 +78,11 @@ inline constexpr std::string_view Dialog_NoFolder = "Dialog_NoFolder";
 inline constexpr std::string_view Dialog_TypeName = "Dialog_TypeName";
 inline constexpr std::string_view Dialog_ChooseFile = "Dialog_ChooseFile";
 inline constexpr std::string_view Dialog_IsAFolder = "Dialog_IsAFolder";
+inline constexpr std::string_view FileError_NoFolder = "FileError_NoFolder";
+inline constexpr std::string_view FileError_NoPermission = "FileError_NoPermission";
+inline constexpr std::string_view FileError_DiskFull = "FileError_DiskFull";
+inline constexpr std::string_view FileError_ReadOnly = "FileError_ReadOnly";
+inline constexpr std::string_view FileError_IsFolder = "FileError_IsFolder";
 }  // namespace lid
 
 // Every constant above, for the test that the language files are complete.

@@ -188,16 +188,18 @@ std::shared_ptr<LocalSession> local_session_start(SessionContext& context,
 
 Promise save_trial_results_as_csv(Dialogs& dialogs, Files& files,
                                   std::shared_ptr<const std::vector<TrialData>> trials,
-                                  const std::string& title, const std::string& cannot_save) {
+                                  const std::string& title, const std::string& cannot_save,
+                                  std::function<std::string(const std::string&)> reason_text) {
     return dialog_get_save_filename(dialogs, "*.csv", "trials.csv", title)
-        .and_then([&dialogs, &files, trials, cannot_save](const Value& answer) -> HandlerResult {
+        .and_then([&dialogs, &files, trials, cannot_save,
+                   reason_text](const Value& answer) -> HandlerResult {
             if (!answer.is_string() || answer.as_string().empty())
                 return {};
             const std::string path = answer.as_string();
             const std::string error = files.write(path, trial_results_csv_text(*trials));
             if (!error.empty()) {
-                dialogs.show_message(
-                    text_replace(text_replace(cannot_save, "{0}", path), "{1}", error));
+                dialogs.show_message(text_replace(text_replace(cannot_save, "{0}", path), "{1}",
+                                                  reason_text ? reason_text(error) : error));
                 return {};
             }
             log("Saved " + std::to_string(trials->size()) + " trial results to \"" + path + "\".");

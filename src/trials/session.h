@@ -95,12 +95,13 @@ std::string trial_results_csv_text(const std::vector<TrialData>& trials);
 // Fulfilled with the path written, or undefined when the user cancelled or the file could not
 // be written (then a message says why and nothing else is touched).
 // `title` heads the dialog; `cannot_save` is the message when writing fails, {0} the path and
-// {1} the reason.
+// {1} the reason as `reason_text` words it (the participant's language).
 Promise save_trial_results_as_csv(
     Dialogs& dialogs, Files& files, std::shared_ptr<const std::vector<TrialData>> trials,
     const std::string& title = "Save results as",
     const std::string& cannot_save =
-        "The results could not be saved to \"{0}\": {1}. Choose another place.");
+        "The results could not be saved to \"{0}\": {1}. Choose another place.",
+    std::function<std::string(const std::string&)> reason_text = {});
 
 // "a\b\c.txt" -> "a/b/c.txt": level names compare the same however they were spelled.
 std::string _string_replace_backslashes_with_forward_slashes(std::string name);

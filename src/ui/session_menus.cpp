@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "config/file_error_texts.h"
 #include "config/game_configurations.h"
 #include "config/localization.h"
 #include "config/text_ids.h"
@@ -81,7 +82,10 @@ MenuDefinition _make_session_end_menu(const SessionMenuContext& context, const s
             text_of(language, lid::FinishedMenu_SaveResults), [&services, &language, trials] {
                 save_trial_results_as_csv(*services.dialogs, *services.files, trials,
                                           text_of(language, lid::FinishedMenu_SaveTitle),
-                                          text_of(language, lid::FinishedMenu_SaveFailed))
+                                          text_of(language, lid::FinishedMenu_SaveFailed),
+                                          [&language](const std::string& reason) {
+                                              return file_error_text(language, reason);
+                                          })
                     .and_then([&services, &language](const Value& path) {
                         if (path.is_string())
                             services.dialogs->show_message(

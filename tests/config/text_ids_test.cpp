@@ -2,11 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <fstream>
 #include <set>
 #include <sstream>
 
+#include "config/file_error_texts.h"
 #include "config/localization.h"
+#include "runtime/file_io.h"
 #include "runtime/log.h"
 
 namespace veldra {
@@ -52,6 +55,25 @@ TEST(TextOf, FillsArgumentsAndIsEmptyWithoutALanguage) {
     EXPECT_EQ(text_of(localization, lid::FinishedMenu_Saved, {"x.csv"}),
               "The results are saved in \"x.csv\".");
     EXPECT_EQ(text_replace("TRIAL_NUMBER of TRIAL_NUMBER", "TRIAL_NUMBER", "2/3"), "2/3 of 2/3");
+}
+
+TEST(FileErrorText, CommonReasonsSpeakTheLanguageOthersStayAsTheSystemSaidThem) {
+    Localization localization;
+    localization.active = shipped_language("de");
+    EXPECT_EQ(file_error_text(localization, system_error_text(ENOENT)),
+              "der Ordner existiert nicht");
+    EXPECT_EQ(file_error_text(localization, system_error_text(EACCES)),
+              "dort darf nicht geschrieben werden");
+    EXPECT_EQ(file_error_text(localization, system_error_text(ENOSPC)), "der Datenträger ist voll");
+    EXPECT_EQ(file_error_text(localization, system_error_text(EROFS)),
+              "der Datenträger kann nur gelesen werden");
+    EXPECT_EQ(file_error_text(localization, "is a directory, not a file"),
+              "das ist ein Ordner, keine Datei");
+    EXPECT_EQ(file_error_text(localization, system_error_text(EIO)), system_error_text(EIO));
+    // Without a language the system's words are better than nothing.
+    LogCapture quiet;
+    EXPECT_EQ(file_error_text(Localization{}, system_error_text(ENOSPC)),
+              system_error_text(ENOSPC));
 }
 
 }  // namespace
