@@ -84,14 +84,14 @@ bool HA_ApproachHuman::tick(obj_human& human, Rng&) {
 }
 
 // The flight cell is planned when the action first runs and then at most once per
-// FLIGHT_REPLAN_TICKS, also when no flight cell was found (the creature then stands still until
-// the next plan rather than searching every tick).
+// FLIGHT_REPLAN_TICKS; while there is none (walled in, or the pursuer blocks every way out) it
+// is looked for again every tick, so a gap that opens is taken at once.
 bool detail::AvoidAction::tick(obj_human& human, Rng&) {
     const Instance* pursuer = human.runtime().find(target);
     if (!pursuer || !in_sight(human, *pursuer))
         return false;
     const Ticks now = human.world().spent_ticks;
-    if (!tick_at_last_target_cell_find ||
+    if (!target_cell || !tick_at_last_target_cell_find ||
         now - *tick_at_last_target_cell_find >= FLIGHT_REPLAN_TICKS) {
         target_cell = creature_find_pathfinding_avoiding_target_cell(human, *pursuer);
         tick_at_last_target_cell_find = now;

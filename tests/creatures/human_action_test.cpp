@@ -71,10 +71,12 @@ TEST_F(EatingTest, AutomaticRunsEatSilentlyAndGoneFoodEndsTheAction) {
 class AvoidTest : public HumanTest {};
 
 TEST_F(AvoidTest, FlightIsReplannedAtMostOncePer60Ticks) {
-    load({"   ", "   ", "   "});  // small enough that the pursuer stays in sight
+    // Room to flee to the left; small enough that the pursuer stays in sight.
+    load({"     ", "     ", "     "});
     only_weights({});
-    auto& human = human_at(0, 0);
-    auto& monster = create_unticked<obj_monster>(centre(2), centre(2));
+    set_formula(&GC::move_speed_avoid_monster, "0");  // it never arrives, so a flight cell stays
+    auto& human = human_at(2, 1);
+    auto& monster = create_unticked<obj_monster>(centre(3), centre(1));
     human.force_start_action(std::make_unique<HA_AvoidMonster>(human, monster.id()));
     const auto& avoid = static_cast<const HA_AvoidMonster&>(*human.get_current_action());
     std::set<double> plans;
@@ -85,6 +87,23 @@ TEST_F(AvoidTest, FlightIsReplannedAtMostOncePer60Ticks) {
         plans.insert(*avoid.tick_at_last_target_cell_find);
     }
     EXPECT_EQ(plans, (std::set<double>{0, 60, 120}));
+}
+
+TEST_F(AvoidTest, WithNoWayOutTheFlightCellIsLookedForEveryTick) {
+    load({"rrr", "r r", "rrr"});  // walled in: no cell leads away
+    only_weights({});
+    auto& human = human_at(1, 1);
+    auto& monster = create_unticked<obj_monster>(centre(2), centre(1));
+    human.force_start_action(std::make_unique<HA_AvoidMonster>(human, monster.id()));
+    const auto& avoid = static_cast<const HA_AvoidMonster&>(*human.get_current_action());
+    std::set<double> plans;
+    for (int i = 0; i < 5; ++i) {
+        tick();
+        ASSERT_EQ(human.get_current_action(), &avoid);
+        EXPECT_EQ(avoid.target_cell, nullptr);
+        plans.insert(*avoid.tick_at_last_target_cell_find);
+    }
+    EXPECT_EQ(plans.size(), 5u);
 }
 
 TEST_F(AvoidTest, EndsWhenThePursuerIsOutOfSight) {
