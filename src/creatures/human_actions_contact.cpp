@@ -73,9 +73,9 @@ HA_ExchangeWithHuman::HA_ExchangeWithHuman(const obj_human& human, InstanceId ta
     : TargetedHumanAction(*human.world().action_types.HAT_exchange_with_human, target_human,
                           "target_human") {}
 
-// The meeting ends when the partner is gone or out of sight, or once the trade has happened.
-// One trade settles the meeting for both: the partner's own exchange toward this human ends
-// with it, so the two do not trade twice.
+// The meeting ends when the partner is gone, or once this human has traded. A trade ends only
+// this side's exchange: the partner's own goes on, and the cooldown both now wait out keeps
+// the two from trading again at once.
 bool HA_ExchangeWithHuman::tick(obj_human& human, Rng& rng) {
     // Followed wherever it goes, as long as it lives: the decision loop, not the distance, ends
     // an exchange that leads nowhere.

@@ -69,7 +69,8 @@ int terrain_cells_colliding_between_cells(const Terrain& terrain, const TerrainC
                 continue;
             // The blocking square spans the same 0 to 63 offsets as the swept one. With its far
             // side at +64 a line passing one way would touch a cell that the mirrored line
-            // passes clear of, and one creature could see another that cannot see it back.
+            // passes clear of, and a path could be shortened from one cell to another but not
+            // back.
             const Rect& r = cell.room_rect;
             for (const Segment& s : segments) {
                 if (line_on_rectangle(s.x1, s.y1, s.x2, s.y2, r.x1, r.y1, r.x1 + far, r.y1 + far)) {
