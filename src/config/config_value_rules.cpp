@@ -3,6 +3,8 @@
 #include <array>
 #include <cmath>
 
+#include "config/personality_traits.h"
+
 namespace veldra {
 
 namespace {
@@ -27,8 +29,8 @@ std::string trait_ranges_problem(const Json& value) {
         for (const char* trait : traits) {
             const auto range = entry.find(trait);
             if (range == entry.end() || !range->is_array() || range->size() != 2 ||
-                !is_number_between((*range)[0], -1e9, 1e9) ||
-                !is_number_between((*range)[1], -1e9, 1e9))
+                !is_number_between((*range)[0], -MAX_TRAIT_MAGNITUDE, MAX_TRAIT_MAGNITUDE) ||
+                !is_number_between((*range)[1], -MAX_TRAIT_MAGNITUDE, MAX_TRAIT_MAGNITUDE))
                 return where + "must give \"" + std::string(trait) +
                        "\" as [low, high] with two numbers";
         }
@@ -58,7 +60,10 @@ std::string config_rule_problem(ConfigRule rule, const Json& value) {
                                                          : "must be from 0.0001 to 1000000 "
                                                            "(times per second)";
         case ConfigRule::TRIAL_TIME:
-            return is_number_between(value, 0, 86400) ? "" : "must be from 0 to 86400 (seconds)";
+            // A trial of no time has no tick to play and a score of 0 / 0.
+            return is_number_between(value, 0, 86400) && value.get<double>() > 0
+                       ? ""
+                       : "must be more than 0 and at most 86400 (seconds)";
         case ConfigRule::GAME_SPEED:
             return is_number_between(value, -huge, -1e-300) || is_number_between(value, 0.01, 1000)
                        ? ""
@@ -73,7 +78,7 @@ std::string config_rule_problem(ConfigRule rule, const Json& value) {
             if (!value.is_array() || value.empty() || value.size() > 100)
                 return "must list from 1 to 100 trait values";
             for (const Json& option : value)
-                if (!is_number_between(option, -1e9, 1e9))
+                if (!is_number_between(option, -MAX_TRAIT_MAGNITUDE, MAX_TRAIT_MAGNITUDE))
                     return "must list numbers only";
             return {};
         case ConfigRule::TRAIT_RANGES:
@@ -104,7 +109,7 @@ std::string_view config_rule_text(ConfigRule rule) {
         case ConfigRule::FREQUENCY:
             return "0.0001 to 1000000";
         case ConfigRule::TRIAL_TIME:
-            return "0 to 86400";
+            return "more than 0, up to 86400";
         case ConfigRule::GAME_SPEED:
             return "0.01 to 1000, or negative";
         case ConfigRule::MEMORY_SLOTS:

@@ -16,7 +16,8 @@
 // A wait or a click that does not find its text within a minute stops the program with an error
 // naming the line. While a script runs, the window takes no input from the display: neither a
 // person's nor another window's pointer and focus changes. A program that ends before its script
-// is done (frames= ran out, the window was closed) logs the line it was on and exits with 1.
+// is done (frames= ran out, the window was closed) logs the line it was on and exits with 1, as
+// does a script whose screenshot cannot be written.
 
 #include <memory>
 #include <optional>
@@ -57,9 +58,11 @@ public:
     // Logs the line the script was still on when the program ended without finishing it, so a
     // failed windowed test or demonstration says where it stopped; false in that case. A script
     // that ends the program while it pauses ("frames") has finished.
-    bool report_unfinished() const;
+    bool report_unfinished();
 
 private:
+    // Ends the program (status 1) when the screenshot the script asked for last was not saved.
+    bool screenshot_failed();
     bool run(const UiCommand& command);  // true once the command is done
     void fail(const UiCommand& command, const std::string& why);
 
@@ -69,6 +72,7 @@ private:
     std::size_t next_ = 0;
     long frames_in_command_ = 0;
     int phase_ = 0;
+    std::optional<std::size_t> screenshot_command_;  // waiting to hear whether it was saved
 };
 
 }  // namespace veldra
