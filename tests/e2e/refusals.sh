@@ -74,7 +74,7 @@ print(json.dumps({"weight_" + k: "0" for k in keys}))
 EOF
 "$veldra" trial_level=$level config=zero > out.txt 2> err.txt
 status=$?
-if [ $status -ne 0 ] || ! grep -qE "^Warning: [0-9]+ times? the weights of a human's or monster's choice added up to zero" err.txt; then
+if [ $status -ne 0 ] || ! grep -qE "Warning: [0-9]+ times? the weights of a human's or monster's choice added up to zero" err.txt; then
   echo "FAIL: all-zero weights: status $status"; tail -3 err.txt; failures=$((failures + 1))
 fi
 
