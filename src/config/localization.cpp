@@ -54,20 +54,18 @@ bool load_and_set_localization(Files& files, Localization& localization, std::st
     const std::string path =
         make_included_file_filename("localization/" + std::string(code) + ".ini");
     std::optional<Language> language;
-    std::string why;
     // A code is a name, never a path: "../../x" must not read a file outside the languages.
     if (code.empty() || code.find_first_of("/\\") != std::string_view::npos) {
-        why = "\"" + std::string(code) +
-              "\" is not a language code: give a name such as en or de, without \"/\" or \"\\\"";
+        log_error("\"" + std::string(code) +
+                  "\" is not a language code: give a name such as en or de, without \"/\" or "
+                  "\"\\\".");
     } else if (const FileText text = files.read(path, MAX_LOCALIZATION_FILE_BYTES); !text) {
-        why = "\"" + path + "\" " + text.error;
+        log_error("Localization file \"" + path + "\" " + text.error + ".");
     } else {
         language = parse_language(*text.text, path);  // which logs what is wrong with the text
     }
     if (!language) {
         log_error("Failed to load localization file \"" + path + "\".");
-        if (!why.empty())
-            log_error(why + ".");
         return false;
     }
     localization.active = std::move(language);

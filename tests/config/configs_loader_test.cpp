@@ -213,38 +213,35 @@ TEST_F(ConfigsFormulaCheckTest, FormulasGivingNoNumberForOfferedTraitsAreRefused
         std::vector<std::string> said;
     };
     const std::vector<Case> cases = {
-        {R"({"move_speed_explore": "0/0"})",
+        {R"j({"move_speed_explore": "0/0"})j",
          {"\"move_speed_explore\" (\"0/0\") gives NaN for O=-1, C=-1, E=-1, A=-1, N=-1:"}},
-        {R"({"human_exploration_range": "1/0"})",
+        {R"j({"human_exploration_range": "1/0"})j",
          {"\"human_exploration_range\" (\"1/0\") gives an infinity"}},
         // Only one offered value of one trait breaks it.
-        {R"({"weight_explore": "1 / (O - 1)"})", {"\"weight_explore\"", "for O=1,", "ENERGY_LEVEL="}
-},
-        {R"({"trial_score": "100 / ENERGY_LEVEL"})", {"\"trial_score\"", "ENERGY_LEVEL=0, TIME="}},
-        {R"({"target_weight_avoid_human": "log(DISTANCE)"})", {"DISTANCE=0:"}},
-        {R"({"current_action_weight_modifier": "1 / WEIGHT"})", {"WEIGHT=0"}},
+        {R"j({"weight_explore": "1 / (O - 1)"})j",
+         {"\"weight_explore\"", "for O=1,", "ENERGY_LEVEL="}},
+        {R"j({"trial_score": "100 / ENERGY_LEVEL"})j",
+         {"\"trial_score\"", "ENERGY_LEVEL=0, TIME="}},
+        {R"j({"target_weight_avoid_human": "log(DISTANCE)"})j", {"DISTANCE=0:"}},
+        {R"j({"current_action_weight_modifier": "1 / WEIGHT"})j", {"WEIGHT=0"}},
         // A variable the key is not given reads NaN wherever its branch is taken.
-        {R"({"move_speed_explore": "O > 0 ? 2 + ENERGY_LEVEL : 2"})",
+        {R"j({"move_speed_explore": "O > 0 ? 2 + ENERGY_LEVEL : 2"})j",
          {"for O=1,", "It reads ENERGY_LEVEL, which this key's formula is not given"}},
-        {R"({"human_sight_range": "TIME * 64"})", {"It reads TIME"}},
-        // New options meet the base formulas: "64 * (5 + 2 * O)" is fine, sqrt(O) of -1 is not.
-        {R"({"human_sight_range": "64 * sqrt(O + 1)", "options_openness": [-2, 0]})",
-         {
-    "\"human_sight_range\"", "O=-2"
-}
-}
-,
-};
-for (const Case& c : cases) {
-    EXPECT_FALSE(custom_loads(c.json)) << c.json;
-    for (const std::string& part : c.said)
-        EXPECT_NE(first_error_text().find(part), std::string::npos) << c.json << "\n"
-                                                                    << first_error_text();
-    EXPECT_TRUE(capture.contains("Failed to load custom configs from"));
-    // The base stays in effect, untouched by the refused file's keys.
-    EXPECT_EQ(configs->options_openness.size(), 3u);
-    EXPECT_EQ(configs->move_speed_explore.source(), "1.6 + 0.3 * O");
-}
+        {R"j({"human_sight_range": "TIME * 64"})j", {"It reads TIME"}},
+        // New options meet the base formulas as new formulas meet the base options.
+        {R"j({"human_sight_range": "64 * sqrt(O + 1)", "options_openness": [-2, 0]})j",
+         {"\"human_sight_range\"", "O=-2"}},
+    };
+    for (const Case& c : cases) {
+        EXPECT_FALSE(custom_loads(c.json)) << c.json;
+        for (const std::string& part : c.said)
+            EXPECT_NE(first_error_text().find(part), std::string::npos) << c.json << "\n"
+                                                                        << first_error_text();
+        EXPECT_TRUE(capture.contains("Failed to load custom configs from"));
+        // The base stays in effect, untouched by the refused file's keys.
+        EXPECT_EQ(configs->options_openness.size(), 3u);
+        EXPECT_EQ(configs->move_speed_explore.source(), "1.6 + 0.3 * O");
+    }
 }
 
 TEST_F(ConfigsFormulaCheckTest, FormulasThatCanRunAreKept) {

@@ -64,8 +64,8 @@ TEST_F(LocalizationTest, MissingFileIsLoggedAndKeepsTheActiveLanguage) {
     const std::string path = (root / "datafiles" / "localization" / "xx.ini").string();
     ASSERT_EQ(capture.lines.size(), 2u);
     EXPECT_EQ(capture.lines[0].level, LogLevel::error);
-    EXPECT_EQ(capture.lines[0].message, "Failed to load localization file \"" + path + "\".");
-    EXPECT_EQ(capture.lines[1].message, "\"" + path + "\" no such file.");
+    EXPECT_EQ(capture.lines[0].message, "Localization file \"" + path + "\" no such file.");
+    EXPECT_EQ(capture.lines[1].message, "Failed to load localization file \"" + path + "\".");
 
     write_language("t", "[localization]\nA=1\n");
     ASSERT_TRUE(load_and_set_localization(files, localization, "t"));
@@ -80,7 +80,7 @@ TEST_F(LocalizationTest, ACodeWithASlashIsRefusedSayingWhy) {
         capture.lines.clear();
         EXPECT_FALSE(load_and_set_localization(files, localization, code)) << code;
         ASSERT_EQ(capture.lines.size(), 2u) << code;
-        EXPECT_EQ(capture.lines[1].message,
+        EXPECT_EQ(capture.lines[0].message,
                   "\"" + code +
                       "\" is not a language code: give a name such as en or de, without \"/\" "
                       "or \"\\\".")

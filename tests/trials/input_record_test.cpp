@@ -126,7 +126,7 @@ TEST(InputRecordTest, NumbersTooLargeAreCalledSoWithTheirLimit) {
     EXPECT_EQ(why_refused(replace("move 0 1 -1", "move x 1 -1")),
               "has an error on line 7: the tick is not a whole number");
     EXPECT_EQ(why_refused(replace("seed -9007199254740992", "seed 1e300")),
-              "has an error on line 4: the seed is too large: at most 9007199254740992 either "
+              "has an error on line 5: the seed is too large: at most 9007199254740992 either "
               "side of 0");
     EXPECT_NE(why_refused(replace("traits 1,", "traits 1e300,")).find("each from -1000000000"),
               std::string::npos);
