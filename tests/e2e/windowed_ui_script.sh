@@ -6,14 +6,8 @@ set -euo pipefail
 veldra=$1
 source "$(dirname "$0")/support/own_display.sh"
 work=$(mktemp -d)
-trap 'stop_own_display; rm -rf "$work"' EXIT
 cd "$work"
-export SDL_AUDIODRIVER=dummy
-
-if ! start_own_display; then
-  [ -n "${VELDRA_REQUIRE_DISPLAY:-}" ] && { echo "VELDRA_REQUIRE_DISPLAY is set but Xvfb does not start"; exit 1; }
-  [ -z "${DISPLAY:-}" ] && { echo "no display: skipped"; exit 77; }
-fi
+start_own_display_or_skip
 
 # A byte order mark in front, as some editors save UTF-8.
 printf '\xEF\xBB\xBFwait DEVELOPER MENU\nscreenshot /nonexistent/dir/menu.png\nframes 2\nquit\n' > bad.ui

@@ -31,6 +31,12 @@ InputRecord sample_record() {
     return record;
 }
 
+// `text` with the first `from` replaced by `to`.
+std::string replaced(std::string text, const std::string& from, const std::string& to) {
+    text.replace(text.find(from), from.size(), to);
+    return text;
+}
+
 std::string why_refused(const std::string& text) {
     std::string why;
     EXPECT_FALSE(input_record_parse(text, why).has_value()) << text;
@@ -76,9 +82,7 @@ TEST(InputRecordTest, WindowsLineEndsAndBlankLinesAreRead) {
 TEST(InputRecordTest, BrokenFilesAreRefusedWithTheReason) {
     const std::string good = input_record_to_text(sample_record());
     const auto replace = [&](const std::string& from, const std::string& to) {
-        std::string text = good;
-        text.replace(text.find(from), from.size(), to);
-        return text;
+        return replaced(good, from, to);
     };
     EXPECT_NE(why_refused("").find("not an input recording"), std::string::npos);
     EXPECT_NE(why_refused(std::string("\x89PNG\r\n\x1a\n", 8)).find("not an input recording"),
@@ -115,9 +119,7 @@ TEST(InputRecordTest, BrokenFilesAreRefusedWithTheReason) {
 TEST(InputRecordTest, NumbersTooLargeAreCalledSoWithTheirLimit) {
     const std::string good = input_record_to_text(sample_record());
     const auto replace = [&](const std::string& from, const std::string& to) {
-        std::string text = good;
-        text.replace(text.find(from), from.size(), to);
-        return text;
+        return replaced(good, from, to);
     };
     EXPECT_EQ(why_refused(replace("move 0 1 -1", "move 99999999999999999999 1 -1")),
               "has an error on line 7: the tick is too large: at most 1099511627776");
