@@ -51,6 +51,7 @@ public:
 
     bool is_set() const { return expression_.has_value(); }
     ConfigMethodKind kind() const { return kind_; }
+    ExprVarMask variables_read() const { return expression_ ? expression_->variables_read() : 0; }
     std::string_view source() const {
         return expression_ ? expression_->source() : std::string_view{};
     }
@@ -63,8 +64,9 @@ private:
 
 // The variables a key's formula is given: the five traits always; ENERGY_LEVEL where the
 // callers pass the human's energy (action and exchange weights, target weights, the running
-// action's modifier, the score); and the third argument of its kind. A formula that reads
-// another variable is refused at load, since it would read NaN there.
+// action's modifier, the score); and the third argument of its kind. Another variable reads
+// NaN: a formula may name one only in a branch that the offered traits never take, which the
+// load-time check of every formula's results makes sure of (config_formula_check.h).
 ExprVarMask config_formula_variables(std::string_view key);
 
 }  // namespace veldra

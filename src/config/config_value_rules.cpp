@@ -3,6 +3,8 @@
 #include <array>
 #include <cmath>
 
+#include "config/personality_traits.h"
+
 namespace veldra {
 
 namespace {
@@ -27,8 +29,8 @@ std::string trait_ranges_problem(const Json& value) {
         for (const char* trait : traits) {
             const auto range = entry.find(trait);
             if (range == entry.end() || !range->is_array() || range->size() != 2 ||
-                !is_number_between((*range)[0], -1e9, 1e9) ||
-                !is_number_between((*range)[1], -1e9, 1e9))
+                !is_number_between((*range)[0], -MAX_TRAIT_MAGNITUDE, MAX_TRAIT_MAGNITUDE) ||
+                !is_number_between((*range)[1], -MAX_TRAIT_MAGNITUDE, MAX_TRAIT_MAGNITUDE))
                 return where + "must give \"" + std::string(trait) +
                        "\" as [low, high] with two numbers";
         }
@@ -58,6 +60,7 @@ std::string config_rule_problem(ConfigRule rule, const Json& value) {
                                                          : "must be from 0.0001 to 1000000 "
                                                            "(times per second)";
         case ConfigRule::TRIAL_TIME:
+            // A trial of no time is allowed: it ends at its first tick, survived.
             return is_number_between(value, 0, 86400) ? "" : "must be from 0 to 86400 (seconds)";
         case ConfigRule::GAME_SPEED:
             return is_number_between(value, -huge, -1e-300) || is_number_between(value, 0.01, 1000)
@@ -73,7 +76,7 @@ std::string config_rule_problem(ConfigRule rule, const Json& value) {
             if (!value.is_array() || value.empty() || value.size() > 100)
                 return "must list from 1 to 100 trait values";
             for (const Json& option : value)
-                if (!is_number_between(option, -1e9, 1e9))
+                if (!is_number_between(option, -MAX_TRAIT_MAGNITUDE, MAX_TRAIT_MAGNITUDE))
                     return "must list numbers only";
             return {};
         case ConfigRule::TRAIT_RANGES:

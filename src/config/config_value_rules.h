@@ -18,7 +18,7 @@ enum class ConfigRule {
     POSITIVE,       // more than 0
     FRACTION,       // 0 to 1
     FREQUENCY,      // times per second: 0.0001 to 1000000
-    TRIAL_TIME,     // seconds: 0 to 86400 (a day)
+    TRIAL_TIME,     // seconds: more than 0, up to 86400 (a day)
     GAME_SPEED,     // ticks per frame: negative (the whole trial at once), or 0.01 to 1000
     MEMORY_SLOTS,   // a whole number from 1 to 1000
     TRAIT_OPTIONS,  // 1 to 100 numbers

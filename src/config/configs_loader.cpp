@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <nlohmann/json.hpp>
 
+#include "config/config_formula_check.h"
 #include "config/json_comments.h"
 #include "runtime/assertion.h"
 #include "runtime/callstack.h"
@@ -90,8 +91,9 @@ public:
             source = value.dump();
         else
             return wrong_type(key, "string", value);
-        auto compiled = ExpressionCompiler().compile_expression_from_string(
-            source, config_formula_variables(key));
+        // Every variable compiles: one the key is not given reads NaN, which the check of the
+        // formulas' results refuses where a branch that is taken reads it.
+        auto compiled = ExpressionCompiler().compile_expression_from_string(source);
         if (auto* error = std::get_if<ExpressionError>(&compiled)) {
             log_error("Configuration file \"" + path_ + "\" variable \"" + std::string(key) +
                       "\" has an expression that does not compile: " + error->message +
@@ -208,6 +210,27 @@ void merge_game_configurations(GameConfigurations& base, const GameConfiguration
         base.by_name.set(name, custom.by_name.get(name));
 }
 
+// A copy whose keys by name are its own: a struct Value is shared between copies, and a merge
+// that is then refused must leave the base as it was.
+GameConfigurations copy_of(const GameConfigurations& configs) {
+    GameConfigurations copy = configs;
+    copy.by_name = Value::make_struct();
+    for (const std::string& name : configs.by_name.field_names())
+        copy.by_name.set(name, configs.by_name.get(name));
+    return copy;
+}
+
+// Nothing, with the problem logged, when one of the formulas gives no number for the traits
+// the configuration offers.
+std::optional<GameConfigurations> refuse_formulas_without_numbers(
+    std::optional<GameConfigurations> configs) {
+    if (const std::string problem = config_formulas_problem(*configs); !problem.empty()) {
+        log_error(problem);
+        return std::nullopt;
+    }
+    return configs;
+}
+
 }  // namespace
 
 void initialize_configs(ConfigsState& state) {
@@ -231,6 +254,8 @@ bool reload_game_configurations(ConfigsState& state, Files& files,
     const std::string base_path = make_included_file_filename("configurations.json");
     auto base =
         _load_game_configurations_from_file(files, base_path, true, state.expression_globals);
+    if (base)
+        base = refuse_formulas_without_numbers(std::move(base));
     if (!base) {
         log_error("Failed to load main configs from \"" + base_path + "\".");
         return false;
@@ -252,12 +277,20 @@ bool reload_game_configurations(ConfigsState& state, Files& files,
     const std::string custom_path = resolve_user_path(custom_name);
     auto custom =
         _load_game_configurations_from_file(files, custom_path, false, state.expression_globals);
-    if (!custom) {
+    // The custom values are checked together with the base ones they meet: new options with
+    // the base formulas, new formulas with the base options.
+    std::optional<GameConfigurations> merged;
+    if (custom) {
+        merged = copy_of(*state.configs);
+        merge_game_configurations(*merged, *custom);
+        merged = refuse_formulas_without_numbers(std::move(merged));
+    }
+    if (!merged) {
         log_error("Failed to load custom configs from \"" + custom_path + "\".");
         state.custom_failed = true;
         return true;
     }
-    merge_game_configurations(*state.configs, *custom);
+    state.configs = std::move(merged);
     state.loaded_paths.push_back(custom_path);
     log("Loaded custom configurations from \"" + custom_path +
         "\". All fields that are defined in this configuration were overwritten over the base "

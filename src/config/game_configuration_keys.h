@@ -55,10 +55,10 @@
     X(human_fight_hit_weight, METHOD, ANY, "weight of \"hit\" in a human's fight outcome draw")    \
     X(human_fight_miss_weight, METHOD, ANY, "weight of \"miss\"")                                  \
     X(human_fight_flee_weight, METHOD, ANY, "weight of \"flee\"")                                  \
-    X(monster_fight_hit_weight, NUMBER, NON_NEGATIVE,                                              \
+    X(monster_fight_hit_weight, NUMBER, FINITE,                                                    \
       "weight of \"hit\" in a monster's fight outcome draw")                                       \
-    X(monster_fight_miss_weight, NUMBER, NON_NEGATIVE, "weight of \"miss\"")                       \
-    X(monster_fight_flee_weight, NUMBER, NON_NEGATIVE, "weight of \"flee\"")                       \
+    X(monster_fight_miss_weight, NUMBER, FINITE, "weight of \"miss\"")                             \
+    X(monster_fight_flee_weight, NUMBER, FINITE, "weight of \"flee\"")                             \
     X(human_first_attack_damage, METHOD, ANY, "damage of a human's first attack")                  \
     X(human_normal_attack_damage, METHOD, ANY, "damage of a human's later attacks")                \
     X(human_attacker_energy_gain, METHOD, ANY, "energy a human attacker gains per hit")            \

@@ -52,8 +52,9 @@ inline constexpr std::string_view config_type_name_METHOD = "method";
 
 // Calls visit(name, type_name, rule, field) for every schema key in table order; type_name is the
 // runtime's type name the file's value must have ("number", "bool", "string", "array", "method").
-template <class Visitor>
-void visit_config_fields(GameConfigurations& configs, Visitor&& visit) {
+// `Configs` is GameConfigurations, const or not.
+template <class Configs, class Visitor>
+void visit_config_fields(Configs& configs, Visitor&& visit) {
 #define VELDRA_VISIT_CONFIG_FIELD(key, type, rule, meaning) \
     visit(#key, detail::config_type_name_##type, ConfigRule::rule, configs.key);
     VELDRA_GAME_CONFIGURATION_KEYS(VELDRA_VISIT_CONFIG_FIELD)

@@ -55,13 +55,14 @@ bool load_and_set_localization(Files& files, Localization& localization, std::st
         make_included_file_filename("localization/" + std::string(code) + ".ini");
     std::optional<Language> language;
     // A code is a name, never a path: "../../x" must not read a file outside the languages.
-    const bool plain_code = !code.empty() && code.find_first_of("/\\") == std::string_view::npos;
-    if (plain_code && files.exists(path)) {
-        const FileText text = files.read(path, MAX_LOCALIZATION_FILE_BYTES);
-        if (text)
-            language = parse_language(*text.text, path);
-        else
-            log_error("Localization file \"" + path + "\" " + text.error + ".");
+    if (code.empty() || code.find_first_of("/\\") != std::string_view::npos) {
+        log_error("\"" + std::string(code) +
+                  "\" is not a language code: give a name such as en or de, without \"/\" or "
+                  "\"\\\".");
+    } else if (const FileText text = files.read(path, MAX_LOCALIZATION_FILE_BYTES); !text) {
+        log_error("Localization file \"" + path + "\" " + text.error + ".");
+    } else {
+        language = parse_language(*text.text, path);  // which logs what is wrong with the text
     }
     if (!language) {
         log_error("Failed to load localization file \"" + path + "\".");

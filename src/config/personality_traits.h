@@ -4,6 +4,11 @@
 
 namespace veldra {
 
+// The largest trait value, either side of 0, that the configuration's options and ranges, the
+// traits= parameter and recordings accept. Far beyond any questionnaire's scale, and small
+// enough that a formula's products of traits stay finite.
+inline constexpr double MAX_TRAIT_MAGNITUDE = 1e9;
+
 struct PersonalityTraits {
     double openness = 0;
     double conscientiousness = 0;

@@ -7,7 +7,6 @@
 
 #include "creatures/human.h"
 #include "creatures/human_trial.h"
-#include "runtime/log.h"
 #include "runtime/runtime.h"
 #include "util/geometry.h"
 
@@ -28,9 +27,7 @@ void obj_human::re_evaluate_from_configs() {
     exchange_action_sampler.add(EXCHANGE_GIVE, c.exchange_give_weight(t, ratio));
     exchange_action_sampler.add(EXCHANGE_TAKE, c.exchange_take_weight(t, ratio));
     if (exchange_action_sampler.total_weight() <= 0)
-        log_error(
-            "The total weight of exchange actions (give & take) is zero or negative! This will "
-            "cause problems.");
+        world().log_zero_total_weight("exchange actions (give & take)");
 
     re_evaluate_samplers(ratio);
 
@@ -58,16 +55,14 @@ void obj_human::re_evaluate_samplers(double ratio) {
         action_sampler.add(type, weight);
     }
     if (action_sampler.total_weight() <= 0)
-        log_error("The total weight of actions is zero or negative! This will cause problems.");
+        world().log_zero_total_weight("actions");
 
     fight_action_sampler.clear();
     fight_action_sampler.add(FIGHT_HIT, c.human_fight_hit_weight(t));
     fight_action_sampler.add(FIGHT_MISS, c.human_fight_miss_weight(t));
     fight_action_sampler.add(FIGHT_FLEE, c.human_fight_flee_weight(t));
     if (fight_action_sampler.total_weight() <= 0)
-        log_error(
-            "The total weight of fight actions (hit, miss, flee) is zero or negative! This will "
-            "cause problems.");
+        world().log_zero_total_weight("fight actions (hit, miss, flee)");
 }
 
 double obj_human::get_movement_speed() const {

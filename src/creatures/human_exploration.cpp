@@ -30,7 +30,8 @@ const TerrainCell* human_find_exploration_pathfinding_target(const obj_human& hu
     const double fresh_squared = range_squared / 4;  // half the range, squared
     const int cx = detail::room_to_cell(human.x);
     const int cy = detail::room_to_cell(human.y);
-    const int reach = static_cast<int>(std::max(0.0, std::ceil(range / TERRAIN_CELL_SIZE)));
+    const int reach =
+        terrain_cells_clamped(std::ceil(range / TERRAIN_CELL_SIZE), terrain.width + terrain.height);
 
     ExplorationScratch& scratch = human.world().scratch.exploration;
     const int x_first = std::max(0, cx - reach);

@@ -12,7 +12,7 @@ namespace veldra::detail {
 
 // The cell coordinate of a room position on one axis.
 inline int room_to_cell(double pixels) {
-    return static_cast<int>(std::floor(pixels / TERRAIN_CELL_SIZE));
+    return terrain_room_to_cell(pixels);
 }
 
 }  // namespace veldra::detail

@@ -12,7 +12,6 @@
 #include "creatures/human.h"
 #include "creatures/trial_world.h"
 #include "runtime/assertion.h"
-#include "runtime/log.h"
 #include "runtime/runtime.h"
 #include "util/geometry.h"
 #include "world/terrain.h"
@@ -25,18 +24,14 @@ namespace {
 constexpr Ticks CELL_PICK_MIN_TICKS = 120;
 constexpr Ticks CELL_PICK_MAX_TICKS = 240;
 
-int cell_coordinate(double pixels) {
-    return static_cast<int>(std::floor(pixels / TERRAIN_CELL_SIZE));
-}
-
 // The traversable cells of the square of `half_size` cells each way around (x, y), clamped to
 // the terrain and row by row; with a range, only cells whose centre is within it. A random one
 // from the trial's generator, or nullptr (and no draw) when there is none.
 const TerrainCell* pick_cell_around(TrialWorld& world, double x, double y, int half_size,
                                     double range) {
     const Terrain& terrain = world.current_terrain();
-    const int cx = cell_coordinate(x);
-    const int cy = cell_coordinate(y);
+    const int cx = terrain_room_to_cell(x);
+    const int cy = terrain_room_to_cell(y);
     std::vector<const TerrainCell*>& candidates = world.scratch.monster_cells;
     candidates.clear();
     for (int ty = std::max(0, cy - half_size); ty <= std::min(terrain.height - 1, cy + half_size);
@@ -81,9 +76,7 @@ void obj_monster::on_create() {
     fight_action_sampler.add(FIGHT_MISS, c.monster_fight_miss_weight);
     fight_action_sampler.add(FIGHT_FLEE, c.monster_fight_flee_weight);
     if (fight_action_sampler.total_weight() <= 0)
-        log_error(
-            "The total weight of fight actions (hit, miss, flee) is zero or negative! This will "
-            "cause problems.");
+        world().log_zero_total_weight("fight actions (hit, miss, flee)");
     first_attack_damage = c.monster_first_attack_damage;
     normal_attack_damage = c.monster_normal_attack_damage;
     attacker_energy_gain = c.monster_attacker_energy_gain;
@@ -115,7 +108,7 @@ bool obj_monster::hunt(double speed_factor, Rng& rng) {
     }
     creature_approach(*this,
                       creature_find_pathfinding_adjacent_target_cell(
-                          *this, cell_coordinate(prey->x), cell_coordinate(prey->y)),
+                          *this, terrain_room_to_cell(prey->x), terrain_room_to_cell(prey->y)),
                       movement_speed * speed_factor);
     // A flight only means no blow this time: the monster keeps hunting.
     if (can_attack_creature(*prey) && creature_is_within_attack_range(*this, *prey))
@@ -151,7 +144,9 @@ const TerrainCell* obj_monster::find_pathfinding_target_around_food(const obj_fo
 }
 
 const TerrainCell* obj_monster::find_exploring_pathfinding_target() const {
-    const int half_size = static_cast<int>(std::floor(exploration_range / TERRAIN_CELL_SIZE));
+    const Terrain& terrain = world().current_terrain();
+    const int half_size = terrain_cells_clamped(std::floor(exploration_range / TERRAIN_CELL_SIZE),
+                                                terrain.width + terrain.height);
     return pick_cell_around(world(), x, y, half_size, exploration_range);
 }
 

@@ -1,11 +1,29 @@
 #include "creatures/trial_world.h"
 
+#include "runtime/log.h"
+
 #include "config/game_configurations.h"
 
 namespace veldra {
 
 const GameConfigurations& TrialWorld::configs() const {
     return configs_state.get();
+}
+
+void TrialWorld::log_zero_total_weight(std::string_view what) {
+    ++zero_weight_errors;
+    log_error("The total weight of " + std::string(what) +
+              " is zero or negative! This will cause problems.");
+}
+
+void TrialWorld::log_zero_total_weight_summary() const {
+    if (zero_weight_errors == 0)
+        return;
+    log_warning(std::to_string(zero_weight_errors) +
+                (zero_weight_errors == 1 ? " time" : " times") +
+                " the weights of a human's or monster's choice added up to zero or less (\"The "
+                "total weight of ... is zero or negative!\" above): those choices fell back to "
+                "their default. Check the weight formulas of the configuration.");
 }
 
 void TrialWorld::clear_trial() {

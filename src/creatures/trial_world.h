@@ -7,8 +7,10 @@
 // about drawing: views (ui/) follow the creatures' events and creature_died, and a trial with no
 // view attached simply has no listener.
 
+#include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
 
 #include "creatures/creature_scratch.h"
 #include "creatures/event.h"
@@ -48,6 +50,11 @@ struct TrialWorld {
         VELDRA_ASSERT(rng, "creatures ticked before the trial set its generator?");
         return *rng;
     }
+    // Logs "The total weight of <what> is zero or negative! ..." and counts it.
+    void log_zero_total_weight(std::string_view what);
+    // Logs, as a warning, how many such errors the trials since start-up logged (none: nothing),
+    // so that a shell run whose errors scrolled by ends by saying so.
+    void log_zero_total_weight_summary() const;
     // Forgets the trial's part: what a trial does when it ends.
     void clear_trial();
 
@@ -70,6 +77,10 @@ struct TrialWorld {
     std::function<void(const std::string&)> log_interactive_event;
     // Raised by a creature's destroy event, while it still stands where it died.
     Event<const obj_creature&> creature_died;
+
+    // How often a sampler's weights added up to 0 or less (each time logged as an error) over
+    // every trial since start-up: allowed, but a shell run says at its end that it happened.
+    std::uint64_t zero_weight_errors = 0;
 
     // The player's commands of the running trial; the trial empties it when it is laid out.
     PlayerCommands player_commands;

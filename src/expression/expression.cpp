@@ -51,6 +51,14 @@ std::string_view CompiledExpression::source() const noexcept {
     return program_ ? std::string_view(program_->source) : std::string_view();
 }
 
+std::string_view expr_var_name(ExprVar var) {
+    return detail::variable_name(var);
+}
+
+ExprVarMask CompiledExpression::variables_read() const noexcept {
+    return program_ ? program_->reads : 0;
+}
+
 std::size_t CompiledExpression::instruction_count() const noexcept {
     return program_ ? program_->code.size() : 0;
 }
@@ -62,13 +70,13 @@ ExpressionCompiler::compile_expression_from_string(std::string_view source,
     if (auto* error = std::get_if<ExpressionError>(&parsed)) {
         return std::move(*error);
     }
-    const auto& [ast, root] = std::get<detail::ParsedExpression>(parsed);
+    const auto& [ast, root, reads] = std::get<detail::ParsedExpression>(parsed);
     auto code = detail::generate_code(ast, root);
     if (!code) {
         return ExpressionError{1, "expression nested too deeply"};
     }
-    auto program =
-        std::make_shared<detail::Program>(detail::Program{std::string(source), std::move(*code)});
+    auto program = std::make_shared<detail::Program>(
+        detail::Program{std::string(source), std::move(*code), reads});
     return CompiledExpression(std::move(program));
 }
 

@@ -27,6 +27,9 @@ constexpr bool expr_var_mask_has(ExprVarMask mask, ExprVar var) {
 }
 inline constexpr ExprVarMask EXPR_ALL_VARS = (1u << EXPR_VAR_COUNT) - 1;
 
+// The name a formula reads `var` by ("O", "ENERGY_LEVEL").
+std::string_view expr_var_name(ExprVar var);
+
 namespace detail {
 struct Instr;
 struct Program;
@@ -52,6 +55,8 @@ public:
 
     // The formula as written in the configuration.
     std::string_view source() const noexcept;
+    // The variables the formula names anywhere, in a branch taken or not.
+    ExprVarMask variables_read() const noexcept;
     // Length of the compiled program, in instructions: a rough measure of its cost.
     std::size_t instruction_count() const noexcept;
 

@@ -146,6 +146,7 @@ private:
     int depth_ = 0;
     std::optional<ExpressionError> error_;
     ExprVarMask given_;
+    ExprVarMask reads_ = 0;
 };
 
 std::variant<ParsedExpression, ExpressionError> Parser::run() {
@@ -159,7 +160,7 @@ std::variant<ParsedExpression, ExpressionError> Parser::run() {
     if (error_) {
         return std::move(*error_);
     }
-    return ParsedExpression{std::move(ast_), root};
+    return ParsedExpression{std::move(ast_), root, reads_};
 }
 
 template <class Parse>
@@ -289,6 +290,7 @@ NodeId Parser::parse_name() {
             if (!expr_var_mask_has(given_, v.var))
                 return fail(name.column,
                             "the variable " + quoted(v.name) + " is not given to this formula");
+            reads_ = static_cast<ExprVarMask>(reads_ | expr_var_bit(v.var));
             advance();
             return ast_.variable(v.var);
         }
@@ -351,6 +353,13 @@ NodeId Parser::parse_call(const Function& function, std::size_t column) {
 }
 
 }  // namespace
+
+std::string_view variable_name(ExprVar var) {
+    for (const VariableName& v : VARIABLES)
+        if (v.var == var)
+            return v.name;
+    return {};
+}
 
 std::variant<ParsedExpression, ExpressionError> parse_expression(std::string_view source,
                                                                  ExprVarMask given) {

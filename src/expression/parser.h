@@ -16,7 +16,11 @@ inline constexpr int MAX_NESTING = 256;
 struct ParsedExpression {
     Ast ast;
     NodeId root = NO_NODE;
+    ExprVarMask reads = 0;  // every variable the text names, taken branch or not
 };
+
+// The name a formula reads `var` by ("ENERGY_LEVEL").
+std::string_view variable_name(ExprVar var);
 
 // A name of a variable outside `given` is an error at its column.
 std::variant<ParsedExpression, ExpressionError> parse_expression(std::string_view source,

@@ -154,6 +154,7 @@ inline constexpr int STACK_CAPACITY = 256;
 struct Program {
     std::string source;
     std::vector<Instr> code;  // ends with Fixed::ret
+    ExprVarMask reads = 0;
 };
 
 }  // namespace veldra::detail

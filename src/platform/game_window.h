@@ -46,6 +46,9 @@ public:
     // Saves the next frame as it is shown, menus included, as a PNG at `path` (the log says
     // whether it worked).
     void request_screenshot(const std::string& path);
+    // Why the last requested screenshot was not saved, once; empty when it was (or when no
+    // frame has been shown since the request).
+    std::string take_screenshot_error();
 
 private:
     Services& services_;

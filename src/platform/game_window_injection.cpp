@@ -133,6 +133,11 @@ void GameWindow::inject_key(Key key, bool down) {
 
 void GameWindow::request_screenshot(const std::string& path) {
     session_->pending_screenshot = path;
+    session_->screenshot_error.clear();
+}
+
+std::string GameWindow::take_screenshot_error() {
+    return std::exchange(session_->screenshot_error, std::string());
 }
 
 void GameWindow::inject_text(const std::string& utf8) {

@@ -195,10 +195,13 @@ void SdlRenderer::save_requested_screenshot() {
     const std::string path = std::move(session_->pending_screenshot);
     session_->pending_screenshot.clear();
     std::string error;
-    if (save_screenshot(path, error))
+    if (save_screenshot(path, error)) {
         log("Screenshot saved to " + path);
-    else
+        session_->screenshot_error.clear();
+    } else {
         log_warning("The screenshot was not saved: " + error);
+        session_->screenshot_error = error;
+    }
 }
 
 TextSize SdlRenderer::measure_text_box(std::string_view text, float size, float width) const {

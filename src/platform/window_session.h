@@ -37,6 +37,8 @@ struct WindowSession {
     bool imgui_frame_open = false;
     // Where the next presented frame is to be saved (F12); empty: nowhere.
     std::string pending_screenshot;
+    // Why the last requested screenshot was not saved; empty once it was, or once taken.
+    std::string screenshot_error;
 };
 
 // SDL video, the window, an accelerated renderer (software when none), Dear ImGui and the font

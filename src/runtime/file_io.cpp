@@ -133,9 +133,27 @@ std::string write_whole_file(const std::string& path, const std::string& text) {
 
 std::string write_all_and_flush(std::FILE* file, std::string_view bytes) {
     errno = 0;
-    if (std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size() && std::fflush(file) == 0)
-        return {};
-    return system_error_text(errno ? errno : EIO);
+    if (std::fflush(file) != 0)
+        return system_error_text(errno ? errno : EIO);
+    // Written past the stream's buffer, so that after a failure no piece of `bytes` waits in it
+    // to reach the file at the next flush or close.
+    const int fd = ::fileno(file);
+    const off_t before = ::lseek(fd, 0, SEEK_END);
+    for (std::size_t written = 0; written < bytes.size();) {
+        const ssize_t wrote = ::write(fd, bytes.data() + written, bytes.size() - written);
+        if (wrote < 0 && errno == EINTR)
+            continue;
+        if (wrote <= 0) {
+            const int error_number = wrote < 0 ? errno : EIO;
+            // Back to the last whole piece: a reader then finds complete lines only. A device or
+            // a pipe cannot be cut; nothing of it can be taken back either.
+            if (before >= 0 && ::ftruncate(fd, before) == 0)
+                ::lseek(fd, before, SEEK_SET);
+            return system_error_text(error_number);
+        }
+        written += static_cast<std::size_t>(wrote);
+    }
+    return {};
 }
 
 bool same_file(const std::string& a, const std::string& b) {

@@ -43,8 +43,10 @@ FileText read_whole_file(const std::string& path, std::size_t max_bytes);
 // empty string on success, else the system's reason.
 std::string write_whole_file(const std::string& path, const std::string& text);
 
-// Writes all of `bytes` to an open file and flushes it, so that a full disk shows up here and
-// not at some later close. Returns an empty string on success, else the system's reason.
+// Writes all of `bytes` to the end of an open file at once, so that a full disk shows up here
+// and not at some later close. When the write fails part-way, the file is cut back to its size
+// before the call: it never ends in a piece of `bytes`. Returns an empty string on success, else
+// the system's reason.
 std::string write_all_and_flush(std::FILE* file, std::string_view bytes);
 
 // True when both paths name the same existing file (hard links and different spellings

@@ -63,4 +63,26 @@ std::string csv_from_rows(const std::vector<std::vector<Value>>& rows, char deli
     return out;
 }
 
+std::vector<CsvRecord> csv_records(std::string_view text, std::size_t from, char delimiter) {
+    std::vector<CsvRecord> records;
+    CsvRecord record{from, from, 1};
+    bool quoted = false;
+    // A doubled quote inside a quoted cell toggles twice: it changes nothing, as it should.
+    for (std::size_t i = from; i < text.size(); ++i) {
+        const char c = text[i];
+        if (c == '"') {
+            quoted = !quoted;
+        } else if (quoted) {
+            continue;
+        } else if (c == delimiter) {
+            ++record.cells;
+        } else if (c == '\n') {
+            record.end = i + 1;
+            records.push_back(record);
+            record = CsvRecord{i + 1, i + 1, 1};
+        }
+    }
+    return records;
+}
+
 }  // namespace veldra

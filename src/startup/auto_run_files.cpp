@@ -1,11 +1,14 @@
 #include "startup/auto_run_files.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
+#include <vector>
 
 #include "runtime/file_io.h"
 #include "runtime/files.h"
 #include "runtime/log.h"
+#include "serial/csv.h"
 #include "startup/auto_run_fingerprint.h"
 #include "trials/trial_data.h"
 
@@ -17,31 +20,22 @@ bool starts_with_header(const std::string& text) {
     return text.starts_with(trial_data_as_csv_headers());
 }
 
-// Fields of one CSV line: delimiters outside quoted text, plus one.
-std::size_t csv_field_count(std::string_view line) {
-    std::size_t fields = 1;
-    bool quoted = false;
-    for (char c : line) {
-        if (c == '"')
-            quoted = !quoted;
-        else if (c == ';' && !quoted)
-            ++fields;
-    }
-    return fields;
+std::size_t header_cells() {
+    return csv_records(trial_data_as_csv_headers()).front().cells;
 }
 
-// The first data line (1-based line number in the file) that is not a whole trial record, or 0.
-std::size_t first_bad_line(const std::string& text, std::size_t begin, std::size_t end) {
-    const std::string& header = trial_data_as_csv_headers();
-    const std::size_t fields =
-        csv_field_count(std::string_view(header).substr(0, header.size() - 1));
+// The first record (as its 1-based line number in the file) that is not a whole trial record,
+// or 0. A record may span lines: a cell such as a level name can hold a quoted line break.
+std::size_t first_bad_line(const std::string& text, const std::vector<CsvRecord>& records) {
+    const std::size_t cells = header_cells();
     std::size_t line_number = 2;
-    for (std::size_t at = begin; at < end; ++line_number) {
-        const std::size_t stop = text.find('\n', at);
-        const std::string_view line(text.data() + at, stop - at);
-        if (line.empty() || csv_field_count(line) != fields)
+    std::size_t counted_to = trial_data_as_csv_headers().size();
+    for (const CsvRecord& record : records) {
+        line_number += static_cast<std::size_t>(
+            std::count(text.begin() + counted_to, text.begin() + record.begin, '\n'));
+        counted_to = record.begin;
+        if (record.end - record.begin == 1 || record.cells != cells)
             return line_number;
-        at = stop + 1;
     }
     return 0;
 }
@@ -70,16 +64,16 @@ std::optional<std::size_t> auto_run_count_finished_runs(Files& files, const std:
         log_error("Cannot resume: \"" + path + "\" does not start with the trial CSV header.");
         return std::nullopt;
     }
-    const std::size_t header_size = trial_data_as_csv_headers().size();
-    const std::size_t complete_end = text.text->rfind('\n') + 1;
-    if (const std::size_t bad = first_bad_line(*text.text, header_size, complete_end)) {
+    const std::vector<CsvRecord> records =
+        csv_records(*text.text, trial_data_as_csv_headers().size());
+    const std::size_t complete_end =
+        records.empty() ? trial_data_as_csv_headers().size() : records.back().end;
+    if (const std::size_t bad = first_bad_line(*text.text, records)) {
         log_error("Cannot resume: line " + std::to_string(bad) + " of \"" + path +
                   "\" is not a trial record.");
         return std::nullopt;
     }
-    std::size_t runs = 0;
-    for (std::size_t i = header_size; i < complete_end; ++i)
-        runs += (*text.text)[i] == '\n';
+    const std::size_t runs = records.size();
     if (runs > most) {
         log_error("Cannot resume: \"" + path + "\" holds " + std::to_string(runs) +
                   " runs, but this run has only " + std::to_string(most) + ".");
@@ -103,10 +97,11 @@ bool auto_run_append_part(Files& files, std::FILE* output, const std::string& ou
         return false;
     }
     const std::size_t header_size = trial_data_as_csv_headers().size();
-    // Only whole lines: a part cut short by a kill ends at its last complete run.
-    const std::size_t complete_end = text.text->rfind('\n') + 1;
-    if (complete_end <= header_size)
+    // Only whole records: a part cut short by a kill ends at its last complete run.
+    const std::vector<CsvRecord> records = csv_records(*text.text, header_size);
+    if (records.empty())
         return true;
+    const std::size_t complete_end = records.back().end;
     return auto_run_write(output, output_name,
                           text.text->substr(header_size, complete_end - header_size));
 }

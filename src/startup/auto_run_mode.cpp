@@ -167,6 +167,7 @@ void run_in_this_process(AppState& app, const ProgramParameters& params, double 
                         how, new_runs, seconds,
                         seconds > 0 ? static_cast<double>(new_runs) / seconds : 0.0,
                         output.c_str());
+            app.sim.world.log_zero_total_weight_summary();
             end_program(app,
                         completed.as_bool() ? 0 : (interrupt_requested() ? EXIT_INTERRUPTED : 1));
         })

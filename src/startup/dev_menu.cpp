@@ -189,7 +189,7 @@ void play_level_from_file(AppState& app) {
             if (!file.is_string() || file.as_string().empty())
                 return;
             const std::string path = file.as_string();
-            if (!level_load_from_file(*app.services.files, app.sim.cell_types,
+            if (!level_load_for_trial(*app.services.files, app.sim.cell_types,
                                       resolve_user_path(path)))
                 return message(app, "Failed to load level from file.");
             start_session_from_menu(app, {path}, "LOCAL_USER", true);

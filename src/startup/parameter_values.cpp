@@ -31,7 +31,7 @@ std::optional<PersonalityTraits> parse_traits_value(std::string_view text) {
     double values[5];
     for (std::size_t i = 0; i < 5; ++i) {
         const auto value = try_string_to_real(parts[i]);
-        if (!value)
+        if (!value || std::fabs(*value) > MAX_TRAIT_MAGNITUDE)
             return std::nullopt;
         values[i] = *value;
     }

@@ -25,8 +25,11 @@ inline constexpr std::string_view SEED_PROBLEM =
 // "0" or "1".
 std::optional<bool> parse_switch_value(std::string_view text);
 
-// Five finite numbers O,C,E,A,N.
+// Five numbers O,C,E,A,N, each at most MAX_TRAIT_MAGNITUDE either side of 0.
 std::optional<PersonalityTraits> parse_traits_value(std::string_view text);
+
+inline constexpr std::string_view TRAITS_PROBLEM =
+    "must be five numbers O,C,E,A,N, each from -1000000000 to 1000000000.";
 
 // Logs "<key>=<text> <problem>" and ends the program with status 2 (bad parameters).
 void bad_parameter(AppState& app, std::string_view key, std::string_view text,

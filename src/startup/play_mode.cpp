@@ -170,7 +170,7 @@ std::optional<Level> load_level(AppState& app, const std::string& path, std::str
         return std::nullopt;
     }
     digest = level_digest_of(*text.text);
-    return level_load_from_file(*app.services.files, app.sim.cell_types, resolved);
+    return level_load_for_trial(*app.services.files, app.sim.cell_types, resolved);
 }
 
 std::optional<std::string> configuration_digest(AppState& app) {
@@ -240,7 +240,7 @@ void start_replay_mode(AppState& app, const ProgramParameters& params) {
     std::string why;
     auto record = input_record_parse(*text.text, why);
     if (!record) {
-        log_error("Cannot replay \"" + path + "\": it " + why + ".");
+        log_error("Cannot replay \"" + path + "\": the file " + why + ".");
         return end_program(app, 1);
     }
     if (!record->result) {

@@ -1,8 +1,9 @@
 #include "startup/program.h"
 
-#include <charconv>
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
+#include <limits>
 #include <memory>
 #include <system_error>
 
@@ -25,6 +26,7 @@
 #include "startup/rooms.h"
 #include "startup/ui_script.h"
 #include "startup/window_setup.h"
+#include "util/text.h"
 #include "veldra_version.h"
 
 namespace veldra {
@@ -49,14 +51,16 @@ std::filesystem::path program_directory(const char* argv0) {
     return std::filesystem::absolute(argv0, error).parent_path();
 }
 
-std::optional<long long> parse_frames(const std::optional<std::string>& text) {
+// frames= as a count of frames; nullopt when not given. The limit is what the frame counter holds.
+std::optional<long long> parse_frames(const std::optional<std::string>& text,
+                                      std::string& problem) {
     if (!text)
         return std::nullopt;
-    long long frames = 0;
-    auto [end, error] = std::from_chars(text->data(), text->data() + text->size(), frames);
-    if (error != std::errc() || end != text->data() + text->size() || frames < 0)
-        return -1;
-    return frames;
+    constexpr auto most = static_cast<std::uint64_t>(std::numeric_limits<long long>::max());
+    problem = whole_number_problem(*text, 0, most);
+    if (!problem.empty())
+        return std::nullopt;
+    return static_cast<long long>(*try_string_to_whole_number(*text, 0, most));
 }
 
 bool write_screenshot(AppState& app, const std::string& path) {
@@ -121,9 +125,10 @@ int run_program(int argc, char** argv) {
         }
     }
     const ProgramParameters early = get_program_parameters(arguments);
-    const auto frames = parse_frames(early.frames);
-    if (frames && *frames < 0) {
-        std::fprintf(stderr, "frames=%s is not a whole number of frames.\n", early.frames->c_str());
+    std::string frames_problem;
+    const auto frames = parse_frames(early.frames, frames_problem);
+    if (!frames_problem.empty()) {
+        std::fprintf(stderr, "frames=%s %s.\n", early.frames->c_str(), frames_problem.c_str());
         return 2;
     }
 
@@ -178,7 +183,7 @@ int run_program(int argc, char** argv) {
     // Frames ran out before the mode was done: it keeps what it has, as if the window closed.
     if (!runtime.end_requested() && app.on_quit_requested)
         app.on_quit_requested(false);
-    if (const auto* script = runtime.instance_find<obj_ui_script>(0);
+    if (auto* script = runtime.instance_find<obj_ui_script>(0);
         script && !script->report_unfinished() && app.exit_status == 0)
         app.exit_status = 1;
     if (early.screenshot && !write_screenshot(app, *early.screenshot))

@@ -24,7 +24,7 @@ void start_single_trial_mode(AppState& app, const ProgramParameters& params) {
         return;
     const double seed = trial_params->seed;
     const PersonalityTraits traits = trial_params->traits;
-    auto level = level_load_from_file(*app.services.files, app.sim.cell_types,
+    auto level = level_load_for_trial(*app.services.files, app.sim.cell_types,
                                       resolve_user_path(*params.trial_level));
     if (!level)
         return end_program(app, 1);
@@ -38,6 +38,7 @@ void start_single_trial_mode(AppState& app, const ProgramParameters& params) {
             trial.initialize(level, seed, true, sim.configs->game_speed, 0);
             const TrialResult result = std::get<TrialResult>(trial.start(traits));
             std::printf("%s\n", json_stringify(trial_result_to_value(result), false).c_str());
+            sim.world.log_zero_total_weight_summary();
             end_program(app, 0);
         })
         .and_catch([&app](const Value& reason) {

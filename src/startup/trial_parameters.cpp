@@ -18,7 +18,7 @@ std::optional<TrialParameters> read_trial_parameters(AppState& app,
     if (params.traits) {
         const auto parsed = parse_traits_value(*params.traits);
         if (!parsed) {
-            bad_parameter(app, "traits", *params.traits, "must be five numbers O,C,E,A,N.");
+            bad_parameter(app, "traits", *params.traits, TRAITS_PROBLEM);
             return std::nullopt;
         }
         out.traits = *parsed;

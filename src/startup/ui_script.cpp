@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
+#include <limits>
 #include <sstream>
 
 #include "platform/game_window.h"
@@ -13,6 +15,7 @@
 #include "startup/program.h"
 #include "ui/imgui_dialogs.h"
 #include "ui/popup_menu.h"
+#include "util/text.h"
 
 namespace veldra {
 
@@ -46,12 +49,14 @@ std::optional<Key> key_named(std::string_view name) {
     return std::nullopt;
 }
 
-std::optional<long> count_of(std::string_view text) {
-    long value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || end != text.data() + text.size() || value < 0)
+constexpr auto MAX_COUNT = static_cast<std::uint64_t>(std::numeric_limits<long>::max());
+
+// A count of frames; `problem` says why the text is none ("is too large: at most ...").
+std::optional<long> count_of(std::string_view text, std::string& problem) {
+    problem = whole_number_problem(text, 0, MAX_COUNT);
+    if (!problem.empty())
         return std::nullopt;
-    return value;
+    return static_cast<long>(*try_string_to_whole_number(text, 0, MAX_COUNT));
 }
 
 std::optional<double> number_of(std::string_view text) {
@@ -78,7 +83,7 @@ obj_popup_menu* top_menu(Runtime& runtime) {
 
 std::optional<std::vector<UiCommand>> parse_ui_script(const std::string& text, std::string& error) {
     std::vector<UiCommand> commands;
-    std::istringstream lines(text);
+    std::istringstream lines{std::string(string_without_utf8_bom(text))};
     std::string line;
     int number = 0;
     while (std::getline(lines, line)) {
@@ -127,15 +132,21 @@ std::optional<std::vector<UiCommand>> parse_ui_script(const std::string& text, s
             command.kind = word == "key" ? UiCommand::Kind::key : UiCommand::Kind::hold;
             command.key = *key;
             if (word == "hold") {
-                const auto count = count_of(frames);
-                if (!count)
+                std::string problem;
+                const auto count = count_of(frames, problem);
+                if (frames.empty())
                     return bad("\"hold\" needs a key and a number of frames");
+                if (!count)
+                    return bad("\"hold\" " + frames + " " + problem);
                 command.count = *count;
             }
         } else if (word == "frames") {
-            const auto count = count_of(rest);
-            if (!count)
+            std::string problem;
+            const auto count = count_of(rest, problem);
+            if (rest.empty())
                 return bad("\"frames\" needs a whole number");
+            if (!count)
+                return bad("\"frames\" " + rest + " " + problem);
             command.kind = UiCommand::Kind::frames;
             command.count = *count;
         } else if (word == "quit") {
@@ -159,7 +170,23 @@ void obj_ui_script::fail(const UiCommand& command, const std::string& why) {
     end_program(app_, 1);
 }
 
-bool obj_ui_script::report_unfinished() const {
+bool obj_ui_script::screenshot_failed() {
+    if (!screenshot_command_)
+        return false;
+    const std::string error = window_.take_screenshot_error();
+    const UiCommand& command = commands_[*screenshot_command_];
+    screenshot_command_.reset();
+    if (error.empty())
+        return false;
+    // Like screenshot= on the command line: a demonstration or test that meant to keep a picture
+    // and has none has failed.
+    fail(command, "the screenshot \"" + command.text + "\" was not saved: " + error + ".");
+    return true;
+}
+
+bool obj_ui_script::report_unfinished() {
+    if (screenshot_failed())
+        return false;
     const std::string ignored = window_.ignored_input_summary();
     if (!ignored.empty())
         log("UI script: input from the display was ignored: " + ignored + ".");
@@ -177,6 +204,8 @@ bool obj_ui_script::report_unfinished() const {
 
 // Runs before the frame's other steps, so what it pushes is read by the next frame's poll.
 void obj_ui_script::on_step_begin() {
+    if (screenshot_failed())
+        return;
     if (next_ >= commands_.size())
         return;
     const UiCommand& command = commands_[next_];
@@ -263,7 +292,9 @@ bool obj_ui_script::run(const UiCommand& command) {
             return frames_in_command_ >= command.count;
         case Kind::screenshot:
             // Mid-frame the menus of the last frame are gone; the frame about to be shown has them.
+            // Whether it was written is known once that frame is shown.
             window_.request_screenshot(command.text);
+            screenshot_command_ = static_cast<std::size_t>(&command - commands_.data());
             return true;
         case Kind::quit:
             if (app_.on_quit_requested)

@@ -23,7 +23,8 @@
 // A wait or a click that does not find its text within a minute stops the program with an error
 // naming the line. While a script runs, the window takes no input from the display: neither a
 // person's nor another window's pointer and focus changes. A program that ends before its script
-// is done (frames= ran out, the window was closed) logs the line it was on and exits with 1.
+// is done (frames= ran out, the window was closed) logs the line it was on and exits with 1, as
+// does a script whose screenshot cannot be written.
 
 #include <memory>
 #include <optional>
@@ -66,9 +67,11 @@ public:
     // Logs the line the script was still on when the program ended without finishing it, so a
     // failed windowed test or demonstration says where it stopped; false in that case. A script
     // that ends the program while it pauses ("frames") has finished.
-    bool report_unfinished() const;
+    bool report_unfinished();
 
 private:
+    // Ends the program (status 1) when the screenshot the script asked for last was not saved.
+    bool screenshot_failed();
     bool run(const UiCommand& command);  // true once the command is done
     bool press_at(float x, float y);
     bool click_menu_part(const std::string& text, obj_popup_menu::Part part,
@@ -81,6 +84,7 @@ private:
     std::size_t next_ = 0;
     long frames_in_command_ = 0;
     int phase_ = 0;
+    std::optional<std::size_t> screenshot_command_;  // waiting to hear whether it was saved
 };
 
 }  // namespace veldra

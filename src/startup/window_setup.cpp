@@ -83,10 +83,13 @@ std::optional<WindowRequest> read_window_request(const ProgramParameters& params
             std::from_chars(text.data(), text.data() + x, width).ptr == text.data() + x &&
             std::from_chars(text.data() + x + 1, text.data() + text.size(), height).ptr ==
                 text.data() + text.size() &&
-            width >= 320 && height >= 180 && width <= 16384 && height <= 16384;
+            width >= MIN_WINDOW_WIDTH && height >= MIN_WINDOW_HEIGHT && width <= MAX_WINDOW_WIDTH &&
+            height <= MAX_WINDOW_HEIGHT;
         if (!ok) {
-            error = "window_size=" + text +
-                    " must be WIDTHxHEIGHT in pixels, from 320x180 to 16384x16384.";
+            error = "window_size=" + text + " must be WIDTHxHEIGHT in pixels, from " +
+                    std::to_string(MIN_WINDOW_WIDTH) + "x" + std::to_string(MIN_WINDOW_HEIGHT) +
+                    " to " + std::to_string(MAX_WINDOW_WIDTH) + "x" +
+                    std::to_string(MAX_WINDOW_HEIGHT) + ".";
             return std::nullopt;
         }
         request.width = width;

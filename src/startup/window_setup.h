@@ -17,6 +17,14 @@ namespace platform {
 class GameWindow;
 }
 
+// The sizes window_size= accepts. The largest is an 8K screen: every frame is drawn (and a
+// screenshot read back) at the window's size, and beyond a real screen that costs seconds and
+// gigabytes for a picture nobody can see whole.
+inline constexpr int MIN_WINDOW_WIDTH = 320;
+inline constexpr int MIN_WINDOW_HEIGHT = 180;
+inline constexpr int MAX_WINDOW_WIDTH = 7680;
+inline constexpr int MAX_WINDOW_HEIGHT = 4320;
+
 // Settings of the window read from the command line; a bad value is reported with the
 // parameter's name in `error`.
 struct WindowRequest {

@@ -27,7 +27,7 @@ const Level* auto_run_level(SimulationState& sim, const std::string& filename) {
     auto& levels = sim.auto_run_levels;
     if (auto it = levels.find(filename); it != levels.end())
         return &it->second;
-    auto level = level_load_from_file(sim.files, sim.cell_types, resolve_user_path(filename));
+    auto level = level_load_for_trial(sim.files, sim.cell_types, resolve_user_path(filename));
     if (!level)
         return nullptr;
     return &levels.emplace(filename, std::move(*level)).first->second;

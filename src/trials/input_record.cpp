@@ -9,6 +9,7 @@
 #include "runtime/file_io.h"
 #include "runtime/files.h"
 #include "util/digest.h"
+#include "util/text.h"
 
 namespace veldra {
 
@@ -19,6 +20,8 @@ constexpr std::string_view MAGIC = "veldra-inputs 1";
 // arithmetic on a tick can overflow.
 constexpr Ticks MAX_TICK = Ticks{1} << 40;
 constexpr double MAX_COORDINATE = 1e7;
+// Seeds are whole numbers that a double holds exactly (2^53), as on the command line.
+constexpr double MAX_SEED = 9007199254740992.0;
 
 std::string number(double v) {
     char text[40];
@@ -68,10 +71,10 @@ bool is_digest(std::string_view text) {
 class RecordParser {
 public:
     std::optional<InputRecord> parse(std::string_view text, std::string& why) {
-        std::vector<std::string_view> lines = split(text, '\n');
+        std::vector<std::string_view> lines = split(string_without_utf8_bom(text), '\n');
         if (lines.empty() || strip(lines[0]) != MAGIC) {
-            why = "is not an input recording: it does not begin with \"" + std::string(MAGIC) +
-                  "\"";
+            why =
+                "is not an input recording: it does not begin with \"" + std::string(MAGIC) + "\"";
             return std::nullopt;
         }
         for (line_ = 2; line_ <= lines.size(); ++line_) {
@@ -89,7 +92,8 @@ public:
             why = "is truncated: it has no end line (the trial was not saved to its end)";
             return std::nullopt;
         }
-        for (const char* field : {"level", "level_digest", "configuration_digest", "seed", "traits"})
+        for (const char* field :
+             {"level", "level_digest", "configuration_digest", "seed", "traits"})
             if (!seen(field)) {
                 why = std::string("has no ") + field + " line";
                 return std::nullopt;
@@ -110,7 +114,7 @@ private:
 
     // Always false, so a check can end with `return fail(...)`.
     bool fail(std::string& why, const std::string& problem) const {
-        why = "line " + std::to_string(line_) + ": " + problem;
+        why = "has an error on line " + std::to_string(line_) + ": " + problem;
         return false;
     }
 
@@ -170,8 +174,11 @@ private:
             if (!header(keyword, why))
                 return false;
             const auto seed = parse_real(rest);
-            if (!seed || *seed != std::floor(*seed) || std::fabs(*seed) > 9007199254740992.0)
+            if (!seed || *seed != std::floor(*seed))
                 return fail(why, "the seed is not a whole number");
+            if (std::fabs(*seed) > MAX_SEED)
+                return fail(why, "the seed is too large: at most " + number(MAX_SEED) +
+                                     " either side of 0");
             record_.seed = *seed;
             return true;
         }
@@ -201,8 +208,10 @@ private:
             return fail(why, "traits needs five numbers O,C,E,A,N");
         for (std::size_t i = 0; i < 5; ++i) {
             const auto v = parse_real(parts[i]);
-            if (!v)
-                return fail(why, "traits needs five numbers O,C,E,A,N");
+            if (!v || std::fabs(*v) > MAX_TRAIT_MAGNITUDE)
+                return fail(why,
+                            "traits needs five numbers O,C,E,A,N, each from -1000000000 to "
+                            "1000000000");
             values[i] = *v;
         }
         record_.traits = PersonalityTraits{values[0], values[1], values[2], values[3], values[4]};
@@ -215,7 +224,7 @@ private:
             return fail(why, keyword + " needs a tick and two numbers");
         const auto tick = parse_whole(args[0], 0, MAX_TICK);
         if (!tick)
-            return fail(why, "the tick is not a whole number of ticks");
+            return fail(why, "the tick " + whole_number_problem(args[0], 0, MAX_TICK));
         if (*tick < last_tick_)
             return fail(why, "the ticks go backwards");
         last_tick_ = *tick;
@@ -293,8 +302,8 @@ std::string input_record_to_text(const InputRecord& record) {
             out += "move " + std::to_string(c.tick) + " " + std::to_string(c.dx) + " " +
                    std::to_string(c.dy) + "\n";
         else
-            out += "target " + std::to_string(c.tick) + " " + number(c.x) + " " + number(c.y) +
-                   "\n";
+            out +=
+                "target " + std::to_string(c.tick) + " " + number(c.x) + " " + number(c.y) + "\n";
     }
     if (const auto& r = record.result)
         out += std::string("result ") +

@@ -74,6 +74,25 @@ std::optional<std::uint64_t> try_string_to_whole_number(std::string_view text, s
     return value;
 }
 
+std::string whole_number_problem(std::string_view text, std::uint64_t low, std::uint64_t high) {
+    if (try_string_to_whole_number(text, low, high))
+        return {};
+    const std::string trimmed = string_trim(text);
+    const bool digits_only =
+        !trimmed.empty() && trimmed.find_first_not_of("0123456789") == std::string::npos;
+    if (!digits_only)
+        return "is not a whole number";
+    // Digits beyond 64 bits are too large as surely as a value above `high`.
+    if (!try_string_to_whole_number(trimmed, 0, low))
+        return "is too large: at most " + std::to_string(high);
+    return "is too small: at least " + std::to_string(low);
+}
+
+std::string_view string_without_utf8_bom(std::string_view text) {
+    constexpr std::string_view bom = "\xEF\xBB\xBF";
+    return text.starts_with(bom) ? text.substr(bom.size()) : text;
+}
+
 bool string_starts_with(std::string_view text, std::string_view prefix) {
     return text.starts_with(prefix);
 }

@@ -9,6 +9,7 @@
 
 #include "runtime/files.h"
 #include "runtime/log.h"
+#include "util/text.h"
 
 namespace veldra {
 
@@ -111,10 +112,7 @@ std::optional<Level> level_load_from_file(Files& files, const LevelCellTypeTable
     const FileText text = files.read(path.string(), MAX_LEVEL_FILE_BYTES);
     if (!text)
         return fail(text.error);
-    std::string_view content = *text.text;
-    // Editors on Windows like to start UTF-8 files with a byte order mark.
-    if (content.starts_with("\xEF\xBB\xBF"))
-        content.remove_prefix(3);
+    const std::string_view content = string_without_utf8_bom(*text.text);
     std::string why;
     const auto lines = split_text(content, why);
     if (!lines)
@@ -150,6 +148,17 @@ std::optional<Level> level_load_from_file(Files& files, const LevelCellTypeTable
         log_warning(fmt::format("\"{}\": {} more cells could not be parsed and are empty.",
                                 path.string(), warnings - MAX_CELL_WARNINGS));
     return Level(path.stem().string(), std::move(rows), types);
+}
+
+std::optional<Level> level_load_for_trial(Files& files, const LevelCellTypeTable& types,
+                                          const std::filesystem::path& path) {
+    auto level = level_load_from_file(files, types, path);
+    if (level && level_get_num_cells_of_type(*level, types.LCT_player) == 0) {
+        log_error(fmt::format("Level file \"{}\" has no player (no \"p\" cell): a trial needs one.",
+                              path.string()));
+        return std::nullopt;
+    }
+    return level;
 }
 
 bool level_write_to_file(Files& files, const Level& level, const std::filesystem::path& path) {

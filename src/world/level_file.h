@@ -27,6 +27,12 @@ inline constexpr std::size_t MAX_LEVEL_SIDE = 1000;
 std::optional<Level> level_load_from_file(Files& files, const LevelCellTypeTable& types,
                                           const std::filesystem::path& path);
 
+// As level_load_from_file, for a level that is to be played: one without a player ("p") loads
+// as a level, but a trial of it would end at its first tick with nothing to score, so it is
+// refused here with an error naming the file.
+std::optional<Level> level_load_for_trial(Files& files, const LevelCellTypeTable& types,
+                                          const std::filesystem::path& path);
+
 // False (with an error logged) when the file cannot be written.
 bool level_write_to_file(Files& files, const Level& level, const std::filesystem::path& path);
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <vector>
 
@@ -96,33 +97,73 @@ void _levgen_cut_island(Grid& grid) {
     }
 }
 
-// One pass, in place: open ground one cell wide closes, walls one cell thick open. True when a
-// cell changed.
-bool _levgen_thin_feature_sweep(Grid& grid) {
-    const CellType empty = grid.table.LCT_empty;
-    const CellType hole = grid.table.LCT_hole;
-    bool changed = false;
-    for (int cy = 1; cy < grid.height - 1; ++cy) {
-        for (int cx = 1; cx < grid.width - 1; ++cx) {
-            const CellType type = grid.at(cx, cy);
-            if (type != empty && type != hole)
-                continue;
-            const int across = (grid.at(cx - 1, cy) == type) + (grid.at(cx + 1, cy) == type);
-            const int along = (grid.at(cx, cy - 1) == type) + (grid.at(cx, cy + 1) == type);
-            if (across == 0 || along == 0) {
-                grid.at(cx, cy) = type == empty ? hole : empty;
-                changed = true;
-            }
-        }
-    }
-    return changed;
+// Whether the cell flips: open ground one cell wide closes, a wall one cell thick opens.
+bool _levgen_is_thin(const Grid& grid, int index) {
+    const CellType type = grid.types[index];
+    if (type != grid.table.LCT_empty && type != grid.table.LCT_hole)
+        return false;
+    const int across = (grid.types[index - 1] == type) + (grid.types[index + 1] == type);
+    const int along =
+        (grid.types[index - grid.width] == type) + (grid.types[index + grid.width] == type);
+    return across == 0 || along == 0;
 }
 
-// False when the sweeps do not settle.
+// Sweeps row by row, left to right, in place (later cells of a sweep see earlier flips), until
+// a sweep flips nothing; false when they do not settle. A cell can only flip if it flipped in
+// its last visit or a neighbour flipped since, so each sweep visits just those cells, in the
+// same order: the same flips as sweeping every cell, in time that grows with the flips instead
+// of with sweeps times cells (a cell flipping back and forth kept whole sweeps going).
 bool _levgen_remove_thin_features(Grid& grid) {
+    const int width = grid.width;
+    const auto inner = [&](int index) {
+        const int cx = grid.cx_of(index);
+        const int cy = grid.cy_of(index);
+        return cx > 0 && cy > 0 && cx < width - 1 && cy < grid.height - 1;
+    };
+    std::vector<char> due_now(grid.types.size(), 0);
+    std::vector<char> due_next(grid.types.size(), 0);
+    // Indices of this sweep still to visit (a min-heap: flips add cells further on) and of the
+    // next sweep.
+    std::vector<int> now;
+    std::vector<int> next;
+    for (int index = 0; index < grid.size(); ++index)
+        if (inner(index))
+            now.push_back(index);
+    for (const int index : now)
+        due_now[index] = 1;
+    const auto later_first = std::greater<int>();
     for (int sweep = 0; sweep < MAX_THIN_FEATURE_SWEEPS; ++sweep) {
-        if (!_levgen_thin_feature_sweep(grid))
+        std::make_heap(now.begin(), now.end(), later_first);
+        bool changed = false;
+        while (!now.empty()) {
+            std::pop_heap(now.begin(), now.end(), later_first);
+            const int index = now.back();
+            now.pop_back();
+            due_now[index] = 0;
+            if (!_levgen_is_thin(grid, index))
+                continue;
+            grid.types[index] = grid.types[index] == grid.table.LCT_empty ? grid.table.LCT_hole
+                                                                          : grid.table.LCT_empty;
+            changed = true;
+            for (const int other : {index, index - 1, index + 1, index - width, index + width}) {
+                if (!inner(other))
+                    continue;
+                if (other > index) {
+                    if (!due_now[other]) {
+                        due_now[other] = 1;
+                        now.push_back(other);
+                        std::push_heap(now.begin(), now.end(), later_first);
+                    }
+                } else if (!due_next[other]) {
+                    due_next[other] = 1;
+                    next.push_back(other);
+                }
+            }
+        }
+        if (!changed)
             return true;
+        std::swap(now, next);
+        std::swap(due_now, due_next);
     }
     return false;
 }

@@ -15,6 +15,12 @@ namespace veldra {
 // leaves the generator advanced and the next attempt starts afresh.
 inline constexpr int LEVEL_GENERATOR_MAX_ATTEMPTS = 999;
 
+// The largest width and height the level-set generator asks for. Every attempt can fail where
+// the thin-feature sweeps leave cells flipping back and forth for ever, and such a spot becomes
+// likelier with every cell: a 400 x 400 level takes about ten attempts (a second), 800 x 800 some
+// seventy (half a minute), and 1000 x 1000 mostly none in all 999.
+inline constexpr int MAX_GENERATED_LEVEL_SIDE = 400;
+
 // A level with an empty name, or nothing when every attempt failed (for example 2 x 2, which
 // is border only). Counts larger than the room available are cut short: the level then simply
 // has fewer sand cells or things.

@@ -135,8 +135,8 @@ std::optional<LevelSetRequest> read_request(Files& files, const std::filesystem:
         return std::nullopt;
     RequestReader reader(*root, path);
     LevelSetRequest request;
-    request.width = reader.whole_number("width", 3, static_cast<int>(MAX_LEVEL_SIDE));
-    request.height = reader.whole_number("height", 3, static_cast<int>(MAX_LEVEL_SIDE));
+    request.width = reader.whole_number("width", 3, MAX_GENERATED_LEVEL_SIDE);
+    request.height = reader.whole_number("height", 3, MAX_GENERATED_LEVEL_SIDE);
     request.count = reader.whole_number("count", 1, MAX_LEVEL_COUNT);
     request.monster_amounts = reader.amounts("monster_amounts");
     request.food_amounts = reader.amounts("food_amounts");

@@ -3,6 +3,7 @@
 // can be walked, whether it is sand or rock, and its square in room pixels. Creatures look cells
 // up every tick, so the grid is one flat row-major vector and lookups never allocate.
 
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -13,6 +14,28 @@ namespace veldra {
 
 // Room pixels per cell side.
 inline constexpr int TERRAIN_CELL_SIZE = 64;
+
+// Past any level on either axis (levels have at most 1000 cells a side), and small enough that
+// a cell coordinate plus a range in cells never overflows an int.
+inline constexpr int TERRAIN_FAR_CELL = 1 << 24;
+
+// The cell a room position falls in on one axis. Positions come from movement at formula-given
+// speeds, so one may be NaN or astronomically far: it lands outside every terrain (at -1 or
+// TERRAIN_FAR_CELL) instead of in an integer overflow.
+inline int terrain_room_to_cell(double pixels) {
+    const double cell = std::floor(pixels / TERRAIN_CELL_SIZE);
+    if (!(cell >= -1.0))
+        return -1;
+    return cell >= TERRAIN_FAR_CELL ? TERRAIN_FAR_CELL : static_cast<int>(cell);
+}
+
+// A number of cells (a range from a formula, already rounded) as an int from 0 to `most`: NaN
+// and negative ranges reach no cell, an infinite one every cell up to `most`.
+inline int terrain_cells_clamped(double cells, int most) {
+    if (!(cells > 0.0))
+        return 0;
+    return cells >= most ? most : static_cast<int>(cells);
+}
 
 struct TerrainCell {
     TerrainCell() = default;

@@ -165,6 +165,7 @@ TEST_F(ConfigsLoaderTest, ValuesOutsideTheirRuleAreRefusedWithKeyValueAndRule) {
         {R"({"num_memory_slots": 2.5})", "variable \"num_memory_slots\" must be a whole number"},
         {R"({"non_player_sound_volume": 1.5})", "must be from 0 to 1, not 1.5."},
         {R"({"trial_time": 1e12})", "variable \"trial_time\" must be from 0 to 86400"},
+        {R"({"trial_time": -5})", "variable \"trial_time\" must be from 0 to 86400"},
         {R"({"options_openness": []})", "must list from 1 to 100 trait values, not []."},
         {R"({"options_openness": [1, "x"]})", "must list numbers only"},
         {R"({"ai_human_traits": [{"openness": [0, 1]}]})",
@@ -180,33 +181,92 @@ TEST_F(ConfigsLoaderTest, ValuesOutsideTheirRuleAreRefusedWithKeyValueAndRule) {
             << first_error()->message;
     }
     EXPECT_TRUE(_load_game_configurations_from_file(
-        files, write("fine.json", R"({"game_speed": -1, "trial_time": 0, "num_memory_slots": 3})"),
+        files,
+        write("fine.json", R"({"game_speed": -1, "trial_time": 0.5, "num_memory_slots": 3})"),
         false, globals));
+    // A monster that is more likely not to hit: a negative weight is never drawn, and allowed.
+    EXPECT_TRUE(_load_game_configurations_from_file(
+        files,
+        write("fine.json",
+              R"({"monster_fight_miss_weight": -1, "monster_fight_flee_weight": -0.5})"),
+        false, globals))
+        << (first_error() ? first_error()->message : "");
 }
 
-TEST_F(ConfigsLoaderTest, FormulasReadOnlyTheVariablesTheirKeyIsGiven) {
-    const std::vector<std::pair<std::string, std::string>> refused = {
-        {"move_speed_explore", "2 + ENERGY_LEVEL"},
-        {"human_sight_range", "TIME * 64"},
-        {"weight_explore", "DISTANCE"},
-        {"trial_score", "WEIGHT"},
-        {"target_weight_avoid_human", "TIME"},
-    };
-    for (const auto& [key, formula] : refused) {
+// What a custom file with these keys does to the shipped configuration: true when it loads.
+class ConfigsFormulaCheckTest : public ConfigsLoaderTest {
+protected:
+    bool custom_loads(const std::string& json) {
+        write("configurations.json", shipped_configuration());
+        write("custom.json", json);
         capture.lines.clear();
-        const std::string path = write("vars.json", "{\"" + key + "\": \"" + formula + "\"}");
-        EXPECT_FALSE(_load_game_configurations_from_file(files, path, false, globals)) << key;
-        ASSERT_NE(first_error(), nullptr);
-        EXPECT_NE(first_error()->message.find("\"" + key + "\""), std::string::npos);
-        EXPECT_NE(first_error()->message.find("is not given to this formula"), std::string::npos)
-            << first_error()->message;
+        EXPECT_TRUE(reload_game_configurations(configs, files, "custom"));
+        return !configs.custom_failed;
     }
-    const std::string given = R"({"weight_explore": "ENERGY_LEVEL + O",
-        "exchange_take_weight": "1 - ENERGY_LEVEL", "trial_score": "TIME + ENERGY_LEVEL",
+    std::string first_error_text() const { return first_error() ? first_error()->message : ""; }
+};
+
+TEST_F(ConfigsFormulaCheckTest, FormulasGivingNoNumberForOfferedTraitsAreRefusedByKey) {
+    struct Case {
+        std::string json;
+        std::vector<std::string> said;
+    };
+    const std::vector<Case> cases = {
+        {R"j({"move_speed_explore": "0/0"})j",
+         {"\"move_speed_explore\" (\"0/0\") gives NaN for O=-1, C=-1, E=-1, A=-1, N=-1:"}},
+        {R"j({"human_exploration_range": "1/0"})j",
+         {"\"human_exploration_range\" (\"1/0\") gives an infinity"}},
+        // Only one offered value of one trait breaks it.
+        {R"j({"weight_explore": "1 / (O - 1)"})j",
+         {"\"weight_explore\"", "for O=1,", "ENERGY_LEVEL="}},
+        {R"j({"trial_score": "100 / ENERGY_LEVEL"})j",
+         {"\"trial_score\"", "ENERGY_LEVEL=0, TIME="}},
+        {R"j({"target_weight_avoid_human": "log(DISTANCE)"})j", {"DISTANCE=0:"}},
+        {R"j({"current_action_weight_modifier": "1 / WEIGHT"})j", {"WEIGHT=0"}},
+        // A variable the key is not given reads NaN wherever its branch is taken.
+        {R"j({"move_speed_explore": "O > 0 ? 2 + ENERGY_LEVEL : 2"})j",
+         {"for O=1,", "It reads ENERGY_LEVEL, which this key's formula is not given"}},
+        {R"j({"human_sight_range": "TIME * 64"})j", {"It reads TIME"}},
+        // New options meet the base formulas as new formulas meet the base options.
+        {R"j({"human_sight_range": "64 * sqrt(O + 1)", "options_openness": [-2, 0]})j",
+         {"\"human_sight_range\"", "O=-2"}},
+    };
+    for (const Case& c : cases) {
+        EXPECT_FALSE(custom_loads(c.json)) << c.json;
+        for (const std::string& part : c.said)
+            EXPECT_NE(first_error_text().find(part), std::string::npos) << c.json << "\n"
+                                                                        << first_error_text();
+        EXPECT_TRUE(capture.contains("Failed to load custom configs from"));
+        // The base stays in effect, untouched by the refused file's keys.
+        EXPECT_EQ(configs->options_openness.size(), 3u);
+        EXPECT_EQ(configs->move_speed_explore.source(), "1.6 + 0.3 * O");
+    }
+}
+
+TEST_F(ConfigsFormulaCheckTest, FormulasThatCanRunAreKept) {
+    // A variable the key is not given, in a branch the offered traits never take.
+    EXPECT_TRUE(custom_loads(R"({"move_speed_explore": "O > 5 ? ENERGY_LEVEL : 2"})"))
+        << first_error_text();
+    // Every variable its key is given, each at the values the game passes.
+    EXPECT_TRUE(custom_loads(R"({"weight_explore": "ENERGY_LEVEL + O",
+        "exchange_take_weight": "1 - ENERGY_LEVEL", "trial_score": "100 / TIME",
         "current_action_weight_modifier": "WEIGHT * ENERGY_LEVEL",
-        "target_weight_approach_food": "1 - DISTANCE * ENERGY_LEVEL", "move_speed_explore": "2 + N"})";
-    EXPECT_TRUE(
-        _load_game_configurations_from_file(files, write("vars.json", given), false, globals));
+        "target_weight_approach_food": "1 - DISTANCE * ENERGY_LEVEL", "move_speed_explore": "2 + N"})"))
+        << first_error_text();
+    EXPECT_EQ(configs->trial_score(PersonalityTraits{}, 0, 0.5), 200);
+    // Division by a trait that is never 0 among the options.
+    EXPECT_TRUE(custom_loads(R"({"options_openness": [1, 2], "weight_explore": "1 / O"})"))
+        << first_error_text();
+}
+
+TEST_F(ConfigsFormulaCheckTest, ABaseFileWithAFormulaGivingNoNumberDoesNotLoad) {
+    write("configurations.json", shipped_with("\"move_speed_explore\": \"1.6 + 0.3 * O\"",
+                                              "\"move_speed_explore\": \"0/0\""));
+    EXPECT_FALSE(reload_game_configurations(configs, files, ""));
+    EXPECT_NE(first_error_text().find("\"move_speed_explore\" (\"0/0\") gives NaN"),
+              std::string::npos);
+    EXPECT_TRUE(capture.contains("Failed to load main configs from"));
+    EXPECT_FALSE(configs.loaded());
 }
 
 // The table of keys in docs/configuration.md says what the loader accepts: it must not drift.

@@ -61,16 +61,32 @@ TEST_F(LocalizationTest, MissingLidWarnsOnEveryLookup) {
 TEST_F(LocalizationTest, MissingFileIsLoggedAndKeepsTheActiveLanguage) {
     EXPECT_FALSE(load_and_set_localization(files, localization, "xx"));
     EXPECT_EQ(localization.active_language(), nullptr);
-    ASSERT_EQ(capture.lines.size(), 1u);
+    const std::string path = (root / "datafiles" / "localization" / "xx.ini").string();
+    ASSERT_EQ(capture.lines.size(), 2u);
     EXPECT_EQ(capture.lines[0].level, LogLevel::error);
-    EXPECT_EQ(capture.lines[0].message,
-              "Failed to load localization file \"" +
-                  (root / "datafiles" / "localization" / "xx.ini").string() + "\".");
+    EXPECT_EQ(capture.lines[0].message, "Localization file \"" + path + "\" no such file.");
+    EXPECT_EQ(capture.lines[1].message, "Failed to load localization file \"" + path + "\".");
 
     write_language("t", "[localization]\nA=1\n");
     ASSERT_TRUE(load_and_set_localization(files, localization, "t"));
     EXPECT_FALSE(load_and_set_localization(files, localization, "xx"));
     EXPECT_EQ(localization.active_language()->get("A"), "1");
+}
+
+// A code is a name: one that is a path is refused with the reason, before any file is read.
+TEST_F(LocalizationTest, ACodeWithASlashIsRefusedSayingWhy) {
+    write_language("t", "[localization]\nA=1\n");
+    for (const std::string code : {"../localization/t", "..\\t", "de/"}) {
+        capture.lines.clear();
+        EXPECT_FALSE(load_and_set_localization(files, localization, code)) << code;
+        ASSERT_EQ(capture.lines.size(), 2u) << code;
+        EXPECT_EQ(capture.lines[0].message,
+                  "\"" + code +
+                      "\" is not a language code: give a name such as en or de, without \"/\" "
+                      "or \"\\\".")
+            << code;
+    }
+    EXPECT_EQ(localization.active_language(), nullptr);
 }
 
 TEST_F(LocalizationTest, StrayLinesAreWarnedAndAMissingSectionIsAnError) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 #include <random>
 #include <set>
 #include <string>
@@ -259,6 +260,31 @@ TEST_F(ExplorationTargetTest, DrawsAsAPlainScanDoesOnRandomTerrains) {
         }
     }
     EXPECT_GT(drawn, 300);  // most probes have somewhere to go
+}
+
+// Traits outside the configuration's options can send a range formula to an infinity or NaN,
+// and movement can carry a human to a position no cell coordinate holds: neither may reach an
+// integer conversion. An infinite range reaches the whole level, NaN nowhere.
+TEST_F(ExplorationTargetTest, RangesAndPositionsBeyondAnyLevelStayInsideIt) {
+    load({"   ", "   ", "   "});
+    auto& human = human_at(1, 1);
+    for (const double range : {1e300, std::numeric_limits<double>::infinity()}) {
+        human.exploration_range = range;
+        std::set<std::pair<int, int>> seen;
+        for (int i = 0; i < 200; ++i) {
+            const TerrainCell* cell = human_find_exploration_pathfinding_target(human, tick_rng);
+            ASSERT_NE(cell, nullptr) << range;
+            seen.insert({cell->cx, cell->cy});
+        }
+        EXPECT_EQ(seen.size(), 8u) << range;  // every cell but the human's own
+    }
+    human.exploration_range = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_EQ(human_find_exploration_pathfinding_target(human, tick_rng), nullptr);
+    human.exploration_range = 130;
+    for (const double far : {-1e300, 1e300}) {
+        human.x = far;
+        EXPECT_EQ(human_find_exploration_pathfinding_target(human, tick_rng), nullptr) << far;
+    }
 }
 
 TEST_F(ExplorationTargetTest, NoCandidateGivesNoTargetAndNoExplore) {

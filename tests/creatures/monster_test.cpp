@@ -132,6 +132,20 @@ TEST_F(MonsterTest, CellSquaresAreClampedAtTheLevelEdge) {
     EXPECT_EQ(t.width, 3);
 }
 
+// monster_exploration_range may be any number up to 1e300: the square it spans is the level.
+TEST_F(MonsterTest, ARangeBeyondAnyLevelSpansTheWholeLevel) {
+    load({"   ", "   ", "   "});
+    auto& m = create_unticked<obj_monster>(centre(1), centre(1));
+    m.exploration_range = 1e300;
+    std::set<std::pair<int, int>> explored;
+    for (int i = 0; i < 300; ++i) {
+        const TerrainCell* e = m.find_exploring_pathfinding_target();
+        ASSERT_NE(e, nullptr);
+        explored.insert({e->cx, e->cy});
+    }
+    EXPECT_EQ(explored.size(), 9u);
+}
+
 TEST_F(MonsterTest, NoCandidateCellMeansStandingStillWithoutADraw) {
     load({"x x", "x x"});
     auto& m = monster_at(centre(1), centre(0));

@@ -8,7 +8,7 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cd "$work"
 
-EXPECTED=6a7ffb51d9cd701b73616a516c0223a193499d11dc5dac11feb9fe6a8a2cbea8
+EXPECTED=51bd1e46b9f81eb1ec437077e55f05fbcd08d23ce4050daf1c43df5f3a7974fc
 
 # 2 x 2 x 3 trait permutations, two runs each, on all ten levels: 240 trials.
 cat > traits.json <<'JSON'

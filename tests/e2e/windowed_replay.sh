@@ -7,14 +7,8 @@ set -euo pipefail
 veldra=$1
 source "$(dirname "$0")/support/own_display.sh"
 work=$(mktemp -d)
-trap 'stop_own_display; rm -rf "$work"' EXIT
 cd "$work"
-export SDL_AUDIODRIVER=dummy
-
-if ! start_own_display; then
-  [ -n "${VELDRA_REQUIRE_DISPLAY:-}" ] && { echo "VELDRA_REQUIRE_DISPLAY is set but Xvfb does not start"; exit 1; }
-  [ -z "${DISPLAY:-}" ] && { echo "no display: skipped"; exit 77; }
-fi
+start_own_display_or_skip
 
 # A short trial at five ticks a frame, so the window plays it in a few seconds.
 echo '{ "trial_time": 20, "game_speed": 5 }' > short.json

@@ -1,7 +1,11 @@
 #include "runtime/file_io.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+
+#include <csignal>
+#include <cstdio>
 
 #include <filesystem>
 #include <fstream>
@@ -57,6 +61,54 @@ TEST(WriteWholeFile, ReplacesTheFileOnlyWhenEveryByteIsWritten) {
     // A full disk is reported, and the device is not replaced by a file.
     EXPECT_EQ(write_whole_file("/dev/full", std::string(100000, 'x')), "No space left on device");
     EXPECT_FALSE(std::filesystem::is_regular_file("/dev/full"));
+}
+
+// A file size limit makes a real file fill up part-way through a line, as a full disk does.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t bytes) {
+        ::getrlimit(RLIMIT_FSIZE, &saved_);
+        previous_handler_ = std::signal(SIGXFSZ, SIG_IGN);  // the write fails instead
+        rlimit limit = saved_;
+        limit.rlim_cur = bytes;
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() {
+        ::setrlimit(RLIMIT_FSIZE, &saved_);
+        std::signal(SIGXFSZ, previous_handler_);
+    }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+private:
+    rlimit saved_{};
+    void (*previous_handler_)(int) = SIG_DFL;
+};
+
+TEST(WriteAllAndFlush, AFailedWriteLeavesOnlyWholePiecesInTheFile) {
+    testing::ScratchDirectory dir("file_io");
+    const std::string path = (dir.path() / "lines.csv").string();
+    std::FILE* file = std::fopen(path.c_str(), "ab");
+    ASSERT_NE(file, nullptr);
+    EXPECT_EQ(write_all_and_flush(file, "header\n"), "");
+    {
+        FileSizeLimit limit(20);
+        EXPECT_EQ(write_all_and_flush(file, "line 1\n"), "");
+        EXPECT_EQ(write_all_and_flush(file, "a line that does not fit\n"), "File too large");
+    }
+    std::fclose(file);
+    EXPECT_EQ(*read_whole_file(path, 100).text, "header\nline 1\n");
+
+    // Nothing of the failed piece waits in the stream to be written later either.
+    file = std::fopen(path.c_str(), "ab");
+    ASSERT_NE(file, nullptr);
+    {
+        FileSizeLimit limit(20);
+        EXPECT_NE(write_all_and_flush(file, "another long line\n"), "");
+    }
+    EXPECT_EQ(write_all_and_flush(file, "line 2\n"), "");
+    std::fclose(file);
+    EXPECT_EQ(*read_whole_file(path, 100).text, "header\nline 1\nline 2\n");
 }
 
 TEST(SameFile, SeesThroughSpellingsAndLinks) {

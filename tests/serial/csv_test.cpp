@@ -36,6 +36,22 @@ TEST_F(CsvTest, OnlyCellsThatNeedItAreQuoted) {
               "\"carriage\rreturn\";\n");
 }
 
+// What the writer writes, the record reader reads back as the same records.
+TEST_F(CsvTest, RecordsAreReadBackAsWrittenQuotedLineBreaksIncluded) {
+    const std::string first = csv_from_rows({{"a", "two\nlines", "say \"x;y\""}});
+    const std::string second = csv_from_rows({{1, 2}});
+    const std::string text = first + second + "cut;\"short\n";
+    const std::vector<CsvRecord> records = csv_records(text);
+    ASSERT_EQ(records.size(), 2u);
+    EXPECT_EQ(records[0].begin, 0u);
+    EXPECT_EQ(records[0].end, first.size());
+    EXPECT_EQ(records[0].cells, 3u);
+    EXPECT_EQ(records[1].end, first.size() + second.size());
+    EXPECT_EQ(records[1].cells, 2u);
+    EXPECT_EQ(csv_records(text, first.size()).size(), 1u);
+    EXPECT_TRUE(csv_records("no line break").empty());
+}
+
 TEST_F(CsvTest, QuotingFollowsTheChosenDelimiter) {
     EXPECT_EQ(csv_from_rows({{"a,b", "c;d"}}, ','), "\"a,b\",c;d\n");
 }

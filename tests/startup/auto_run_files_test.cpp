@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <filesystem>
 
 #include "runtime/files.h"
@@ -48,6 +49,36 @@ TEST(AutoRunFilesInMemory, FingerprintRoundTripsAndFinishedRunsAreCounted) {
     EXPECT_TRUE(
         capture.contains("Cannot resume: line 3 of \"memory_only_run.csv\" is not a "
                          "trial record."));
+}
+
+// A level named with a line break is written in quotes across two lines: resume and merge read
+// it back as the one record it is.
+TEST(AutoRunFilesInMemory, QuotedLineBreaksBelongToTheirRecord) {
+    MemoryFiles files;
+    const std::string output = "memory_only_quoted.csv";
+    const std::string quoted = "\"level\n2\";" + record_line().substr(2);
+    LogCapture capture;
+    files.files[output] = trial_data_as_csv_headers() + record_line() + quoted + record_line();
+    EXPECT_EQ(auto_run_count_finished_runs(files, output, 4), 3u) << capture.lines.size();
+    // A record cut short inside its quoted cell is not counted; the one after a bad one names
+    // the line it starts on.
+    files.files[output] = trial_data_as_csv_headers() + quoted + quoted.substr(0, 9);
+    EXPECT_EQ(auto_run_count_finished_runs(files, output, 4), 1u);
+    files.files[output] = trial_data_as_csv_headers() + quoted + "cut;short\n";
+    EXPECT_FALSE(auto_run_count_finished_runs(files, output, 4));
+    EXPECT_TRUE(capture.contains("Cannot resume: line 4 of \"memory_only_quoted.csv\""));
+
+    // Merging copies whole records only, quoted line breaks included.
+    const std::string part = "memory_only_part.csv";
+    files.files[part] = trial_data_as_csv_headers() + quoted + quoted.substr(0, 9);
+    std::FILE* out = std::tmpfile();
+    ASSERT_NE(out, nullptr);
+    EXPECT_TRUE(auto_run_append_part(files, out, "merged", part));
+    std::rewind(out);
+    std::string merged(quoted.size() + 16, '\0');
+    merged.resize(std::fread(merged.data(), 1, merged.size(), out));
+    std::fclose(out);
+    EXPECT_EQ(merged, quoted);
 }
 
 }  // namespace

@@ -42,19 +42,38 @@ TEST(UiScript, SlidesTakeAValueAndTheSlidersLabelBoxesTheLabel) {
     EXPECT_EQ((*commands)[1].text, "Level of detail");
 }
 
+// Editors on some systems save UTF-8 with a byte order mark in front of the first command.
+TEST(UiScript, ALeadingByteOrderMarkIsNoPartOfTheFirstCommand) {
+    std::string error;
+    const auto commands = parse_ui_script("\xEF\xBB\xBFwait Level 1\r\nquit\r\n", error);
+    ASSERT_TRUE(commands) << error;
+    ASSERT_EQ(commands->size(), 2u);
+    EXPECT_EQ((*commands)[0].kind, UiCommand::Kind::wait);
+    EXPECT_EQ((*commands)[0].source, "wait Level 1");
+}
+
 TEST(UiScript, NamesTheLineOfTheFirstMistake) {
     const std::pair<const char*, const char*> cases[] = {
         {"frames 2\njump high\n", "line 2: unknown command \"jump\""},
         {"click\n", "line 1: \"click\" needs a text after it"},
         {"key q\n", "line 1: \"q\" is not a key this game knows"},
         {"hold d\n", "line 1: \"hold\" needs a key and a number of frames"},
-        {"frames -3\n", "line 1: \"frames\" needs a whole number"},
-        {"frames 1e9\n", "line 1: \"frames\" needs a whole number"},
         {"slide Openness\n", "line 1: \"slide\" needs a number and the label of a slider"},
         {"slide 0.5\n", "line 1: \"slide\" needs a number and the label of a slider"},
         {"slide nan Openness\n", "line 1: \"slide\" needs a number and the label of a slider"},
         {"box\n", "line 1: \"box\" needs a text after it"},
-        {"\x7f""ELF\x02\x01\n", "line 1: this is no UI script: it holds bytes that are not text"},
+        {"frames\n", "line 1: \"frames\" needs a whole number"},
+        {"frames -3\n", "line 1: \"frames\" -3 is not a whole number"},
+        {"frames 1e9\n", "line 1: \"frames\" 1e9 is not a whole number"},
+        {"frames 99999999999999999999\n",
+         "line 1: \"frames\" 99999999999999999999 is too large: at most 9223372036854775807"},
+        {"hold d 9223372036854775808\n",
+         "line 1: \"hold\" 9223372036854775808 is too large: at most 9223372036854775807"},
+        // A byte order mark elsewhere than at the start is no part of a command.
+        {"frames 1\n\xEF\xBB\xBFwait x\n", "line 2: unknown command \"\xEF\xBB\xBFwait\""},
+        {"\x7f"
+         "ELF\x02\x01\n",
+         "line 1: this is no UI script: it holds bytes that are not text"},
     };
     for (const auto& [text, message] : cases) {
         std::string error;

@@ -31,6 +31,12 @@ InputRecord sample_record() {
     return record;
 }
 
+// `text` with the first `from` replaced by `to`.
+std::string replaced(std::string text, const std::string& from, const std::string& to) {
+    text.replace(text.find(from), from.size(), to);
+    return text;
+}
+
 std::string why_refused(const std::string& text) {
     std::string why;
     EXPECT_FALSE(input_record_parse(text, why).has_value()) << text;
@@ -76,9 +82,7 @@ TEST(InputRecordTest, WindowsLineEndsAndBlankLinesAreRead) {
 TEST(InputRecordTest, BrokenFilesAreRefusedWithTheReason) {
     const std::string good = input_record_to_text(sample_record());
     const auto replace = [&](const std::string& from, const std::string& to) {
-        std::string text = good;
-        text.replace(text.find(from), from.size(), to);
-        return text;
+        return replaced(good, from, to);
     };
     EXPECT_NE(why_refused("").find("not an input recording"), std::string::npos);
     EXPECT_NE(why_refused(std::string("\x89PNG\r\n\x1a\n", 8)).find("not an input recording"),
@@ -99,14 +103,42 @@ TEST(InputRecordTest, BrokenFilesAreRefusedWithTheReason) {
     EXPECT_NE(why_refused(replace("traits ", "traits 1,")).find("five numbers"), std::string::npos);
     EXPECT_NE(why_refused(replace("result perished", "result lost")).find("survived or perished"),
               std::string::npos);
-    EXPECT_NE(why_refused(replace("move 0 1 -1\n", "move 0 1 -1\nseed 4\n")).find("a second seed line"),
-              std::string::npos);
+    EXPECT_NE(
+        why_refused(replace("move 0 1 -1\n", "move 0 1 -1\nseed 4\n")).find("a second seed line"),
+        std::string::npos);
     EXPECT_NE(why_refused(replace("seed -9007199254740992\n", "")).find("no seed"),
               std::string::npos);
     EXPECT_NE(why_refused(replace("move 0 1 -1", "jump 0 1 -1")).find("unknown line \"jump\""),
               std::string::npos);
     EXPECT_NE(why_refused(replace("move 0 1 -1", "move 99999999999999999999 1 -1")).find("tick"),
               std::string::npos);
+}
+
+// Numbers beyond what a recording may hold are said to be too large, with the limit, and
+// every problem reads on after "the file": "the file has an error on line 7: ...".
+TEST(InputRecordTest, NumbersTooLargeAreCalledSoWithTheirLimit) {
+    const std::string good = input_record_to_text(sample_record());
+    const auto replace = [&](const std::string& from, const std::string& to) {
+        return replaced(good, from, to);
+    };
+    EXPECT_EQ(why_refused(replace("move 0 1 -1", "move 99999999999999999999 1 -1")),
+              "has an error on line 7: the tick is too large: at most 1099511627776");
+    EXPECT_EQ(why_refused(replace("move 0 1 -1", "move 1099511627777 1 -1")),
+              "has an error on line 7: the tick is too large: at most 1099511627776");
+    EXPECT_EQ(why_refused(replace("move 0 1 -1", "move x 1 -1")),
+              "has an error on line 7: the tick is not a whole number");
+    EXPECT_EQ(why_refused(replace("seed -9007199254740992", "seed 1e300")),
+              "has an error on line 5: the seed is too large: at most 9007199254740992 either "
+              "side of 0");
+    EXPECT_NE(why_refused(replace("traits 1,", "traits 1e300,")).find("each from -1000000000"),
+              std::string::npos);
+}
+
+TEST(InputRecordTest, ALeadingByteOrderMarkIsNoPartOfTheFirstLine) {
+    std::string why;
+    const auto record =
+        input_record_parse("\xEF\xBB\xBF" + input_record_to_text(sample_record()), why);
+    EXPECT_TRUE(record) << why;
 }
 
 TEST(InputRecordTest, DigestsTellContentsApart) {

@@ -124,6 +124,27 @@ TEST_F(LevelFile, LineEndsAndEmptyFiles) {
     EXPECT_EQ(empty->height, 0);
 }
 
+// Such levels load as they stand, but a trial of one ends at its first tick with no player to
+// score: a level for a trial is refused with the file named.
+TEST_F(LevelFile, ALevelForATrialNeedsAPlayer) {
+    for (const auto& [name, text] : std::vector<std::pair<std::string, std::string>>{
+             {"empty.txt", ""}, {"blanks.txt", "   \n   \n"}, {"no_player.txt", "xxx\nxmx\n"}}) {
+        LogCapture capture;
+        const auto path = write_text(name, text);
+        EXPECT_TRUE(level_load_from_file(files, types, path)) << name;
+        EXPECT_FALSE(level_load_for_trial(files, types, path)) << name;
+        EXPECT_TRUE(capture.contains("Level file \"" + path.string() +
+                                     "\" has no player (no \"p\" cell): a trial needs one."))
+            << name;
+    }
+    const auto played = level_load_for_trial(files, types, write_text("ok.txt", "xxx\nxpx\n"));
+    ASSERT_TRUE(played);
+    EXPECT_EQ(played->name, "ok");
+    LogCapture capture;
+    EXPECT_FALSE(level_load_for_trial(files, types, scratch() / "missing.txt"));
+    EXPECT_TRUE(capture.contains("no such file."));
+}
+
 TEST_F(LevelFile, UnreadableOrUnwritableFiles) {
     LogCapture capture;
     const auto missing = scratch() / "missing.txt";

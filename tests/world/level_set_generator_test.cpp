@@ -92,6 +92,10 @@ TEST_F(LevelSetGenerator, BadFilesFailWithClearMessages) {
     std::string two_by_two = VALID;
     two_by_two.replace(two_by_two.find("\"width\": 14"), 11, "\"width\": 2");
     expect_failure(two_by_two, "\"width\" must be a whole number from 3 to");
+    // Sizes whose generation takes minutes or never succeeds are refused before any attempt.
+    std::string huge = VALID;
+    huge.replace(huge.find("\"width\": 14"), 11, "\"width\": 401");
+    expect_failure(huge, "\"width\" must be a whole number from 3 to 400");
     std::string no_food = VALID;
     no_food.replace(no_food.find("[2]"), 3, "[]");
     expect_failure(no_food, "\"food_amounts\" must be a non-empty array");

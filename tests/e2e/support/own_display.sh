@@ -25,3 +25,16 @@ start_own_display() {
 stop_own_display() {
   [ -n "${own_display_pid:-}" ] && kill "$own_display_pid" 2> /dev/null || true
 }
+
+# The start every windowed script makes: its own display, else the desktop's, else the test is
+# skipped (exit 77), unless VELDRA_REQUIRE_DISPLAY is set, which makes a missing display a
+# failure. Stops the display and removes `$work` on exit, and silences SDL's audio.
+start_own_display_or_skip() {
+  trap 'stop_own_display; rm -rf "$work"' EXIT
+  export SDL_AUDIODRIVER=dummy
+  if ! start_own_display; then
+    [ -n "${VELDRA_REQUIRE_DISPLAY:-}" ] && { echo "VELDRA_REQUIRE_DISPLAY is set but Xvfb does not start"; exit 1; }
+    [ -z "${DISPLAY:-}" ] && { echo "no display: skipped"; exit 77; }
+  fi
+  return 0
+}
