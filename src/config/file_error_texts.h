@@ -7,7 +7,7 @@
 
 namespace veldra {
 
-class Localization;
+struct Localization;
 
 std::string file_error_text(const Localization& localization, const std::string& reason);
 
