@@ -56,8 +56,11 @@ double menu_field_snapped(const MenuField& field, double number) {
     const double steps = std::round((number - field.minimum) / step);
     // Computed from the range's start, the step count and the step, then rounded to the two
     // decimals numbers are written with, so 0.1 steps give 0.3 and not 0.30000000000000004.
-    const double snapped = std::round((field.minimum + steps * step) * 100) / 100;
-    return std::clamp(snapped, field.minimum, field.maximum);
+    return menu_field_typed(field, field.minimum + steps * step);
+}
+
+double menu_field_typed(const MenuField& field, double number) {
+    return std::clamp(std::round(number * 100) / 100, field.minimum, field.maximum);
 }
 
 MenuEntry menu_heading(std::string text) {

@@ -73,6 +73,8 @@ struct MenuField {
 // range (within the range).
 double menu_field_step(const MenuField& field);
 double menu_field_snapped(const MenuField& field, double number);
+// A typed number kept to the two decimals numbers are written with, within the field's range.
+double menu_field_typed(const MenuField& field, double number);
 
 struct MenuDefinition;
 

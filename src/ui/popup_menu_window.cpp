@@ -123,7 +123,7 @@ void number_input(MenuField& field, EntryRects& rects, TabFollow& tab, bool with
     ImGui::SetNextItemWidth(-FLT_MIN);
     // A typed value keeps the two decimals that the records are written with.
     if (ImGui::InputDouble("##number", &field.number, with_buttons ? step : 0, step * 10, "%g"))
-        field.number = std::round(field.number * 100) / 100;
+        field.number = menu_field_typed(field, field.number);
     field.number = std::clamp(field.number, field.minimum, field.maximum);
     remember_part(rects, obj_popup_menu::Part::box);
     tab.after_item();
@@ -158,10 +158,9 @@ void slider(MenuField& field, EntryRects& rects, TabFollow& tab) {
     // Dragged values land on a step; a value typed into the slider (Tab, or Ctrl and a click)
     // keeps two decimals like the box's.
     if (moved)
-        field.number =
-            ImGui::IsMouseDown(ImGuiMouseButton_Left)
-                ? menu_field_snapped(field, field.number)
-                : std::clamp(std::round(field.number * 100) / 100, field.minimum, field.maximum);
+        field.number = ImGui::IsMouseDown(ImGuiMouseButton_Left)
+                           ? menu_field_snapped(field, field.number)
+                           : menu_field_typed(field, field.number);
     step_slider_with_arrows(field);
     remember_part(rects, obj_popup_menu::Part::bar);
     tab.after_item();
