@@ -16,11 +16,10 @@ void TrialWorld::log_zero_total_weight(std::string_view what) {
               " is zero or negative! This will cause problems.");
 }
 
-void TrialWorld::log_zero_total_weight_summary() const {
-    if (zero_weight_errors == 0)
+void log_zero_total_weight_summary(std::uint64_t errors) {
+    if (errors == 0)
         return;
-    log_warning(std::to_string(zero_weight_errors) +
-                (zero_weight_errors == 1 ? " time" : " times") +
+    log_warning(std::to_string(errors) + (errors == 1 ? " time" : " times") +
                 " the weights of a human's or monster's choice added up to zero or less (\"The "
                 "total weight of ... is zero or negative!\" above): those choices fell back to "
                 "their default. Check the weight formulas of the configuration.");

@@ -30,6 +30,10 @@ struct GameConfigurations;
 struct HumanActionTypes;
 struct CreaturePathfinding;
 
+// Logs, as a warning, that `errors` times a human's or monster's weights added up to zero or
+// less (nothing when none did): a parallel run sums its workers' counts into one such line.
+void log_zero_total_weight_summary(std::uint64_t errors);
+
 struct TrialWorld {
     TrialWorld(Runtime& runtime, const ConfigsState& configs, const HumanActionTypes& action_types,
                CreaturePathfinding& pathfinding)
@@ -54,7 +58,9 @@ struct TrialWorld {
     void log_zero_total_weight(std::string_view what);
     // Logs, as a warning, how many such errors the trials since start-up logged (none: nothing),
     // so that a shell run whose errors scrolled by ends by saying so.
-    void log_zero_total_weight_summary() const;
+    void log_zero_total_weight_summary() const {
+        veldra::log_zero_total_weight_summary(zero_weight_errors);
+    }
     // Forgets the trial's part: what a trial does when it ends.
     void clear_trial();
 

@@ -19,6 +19,7 @@
 #include <string>
 #include <vector>
 
+#include "creatures/trial_world.h"
 #include "platform/signals.h"
 #include "platform/wait_for_input.h"
 #include "runtime/file_io.h"
@@ -268,11 +269,15 @@ int run_auto_run_jobs(Files& files, const ProgramParameters& params,
     }
     if (failed)
         return 1;
+    std::uint64_t zero_weight_errors = 0;
+    for (const auto& worker : run.workers)
+        zero_weight_errors += worker ? worker->zero_weight_errors() : 0;
     std::printf(
         "Auto run done: %zu trials in %.1f s (%.1f trials/s) with %zu jobs; results in "
         "\"%s\".\n",
         total, seconds, seconds > 0 ? static_cast<double>(total) / seconds : 0.0, request.jobs,
         request.output.c_str());
+    log_zero_total_weight_summary(zero_weight_errors);
     return 0;
 }
 

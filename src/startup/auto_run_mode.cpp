@@ -77,7 +77,9 @@ void play_worker_chunks(AppState& app, const ProgramParameters& params, double s
         .and_then([&app, params, seed](const Value& completed) {
             if (!completed.as_bool())
                 return end_program(app, interrupt_requested() ? EXIT_INTERRUPTED : 1);
-            if (!platform::write_all(auto_run_worker_reply_fd, "done\n"))
+            const std::string done =
+                "done " + std::to_string(app.sim.world.zero_weight_errors) + "\n";
+            if (!platform::write_all(auto_run_worker_reply_fd, done))
                 return end_program(app, 1);
             play_worker_chunks(app, params, seed);
         })

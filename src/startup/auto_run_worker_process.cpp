@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <charconv>
 #include <csignal>
 
 #include "platform/executable_path.h"
@@ -53,8 +54,16 @@ AutoRunWorkerProcess::Reply AutoRunWorkerProcess::read_reply() {
     // The worker holds the other end until it exits, so the end of its answers is its end.
     if (!got || *got == 0)
         return Reply::ended;
-    return std::find(buffer, buffer + *got, '\n') != buffer + *got ? Reply::chunk_done
-                                                                   : Reply::nothing_yet;
+    // A line is far shorter than the pipe's atomic write, so it arrives whole.
+    const char* begin = buffer;
+    const char* end = buffer + *got;
+    if (std::find(begin, end, '\n') == end)
+        return Reply::nothing_yet;
+    std::uint64_t errors = 0;
+    const char* digits = std::find(begin, end, ' ');
+    if (digits != end && std::from_chars(digits + 1, end, errors).ec == std::errc())
+        zero_weight_errors_ = errors;
+    return Reply::chunk_done;
 }
 
 void AutoRunWorkerProcess::interrupt() {

@@ -1,8 +1,10 @@
 #pragma once
 // A worker of a parallel auto run as its parent sees it: the process, the pipe that carries
 // its chunks ("FIRST LAST PART" lines on its standard input) and the pipe of its answers (one
-// "done" line per chunk on auto_run_worker_reply_fd). See auto_run_mode.h for the worker's side.
+// "done ERRORS" line per chunk on auto_run_worker_reply_fd, ERRORS counting the zero-weight
+// errors it has logged so far). See auto_run_mode.h for the worker's side.
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -38,6 +40,8 @@ public:
     // Reads its answers once reply_fd() is readable.
     enum class Reply { nothing_yet, chunk_done, ended };
     Reply read_reply();
+    // How often its trials' weights added up to zero or less, as of its last "done".
+    std::uint64_t zero_weight_errors() const { return zero_weight_errors_; }
     // Forwards Ctrl-C: it stops after the trial in progress.
     void interrupt();
     // Closes both pipes and waits for it to end; its exit status as a shell reports it.
@@ -53,6 +57,7 @@ private:
     platform::ChildProcess process_;
     platform::FileDescriptor commands_;  // its standard input
     platform::FileDescriptor replies_;   // its answers
+    std::uint64_t zero_weight_errors_ = 0;
 };
 
 }  // namespace veldra

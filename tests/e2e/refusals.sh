@@ -77,6 +77,27 @@ status=$?
 if [ $status -ne 0 ] || ! grep -qE "Warning: [0-9]+ times? the weights of a human's or monster's choice added up to zero" err.txt; then
   echo "FAIL: all-zero weights: status $status"; tail -3 err.txt; failures=$((failures + 1))
 fi
+# A parallel auto run counts its workers' errors into the one line a single process writes.
+cp "$(dirname "$veldra")/datafiles/$level" z.txt
+python3 - > zero_small.json << 'EOF2'
+import json
+config = json.load(open("zero.json"))
+config.update({"options_" + t: [0] for t in
+               ["openness", "conscientiousness", "extraversion", "agreeableness"]})
+config.update({"options_neuroticism": [-1, 0, 1], "trial_time": 5})
+print(json.dumps(config))
+EOF2
+echo '{"levels": ["z.txt"], "num_runs_per_permutation": 1}' > zero_runs.json
+zero_auto() {
+  "$veldra" config=zero_small auto_run_config=zero_runs.json auto_run_seed=3 "$@" 2>&1 > /dev/null |
+    grep -oE "Warning: [0-9]+ times? the weights" | tr -dc 0-9
+}
+single=$(zero_auto auto_run_output=zero1.csv)
+parallel=$(zero_auto auto_run_output=zero2.csv auto_run_jobs=2)
+if [ -z "$single" ] || [ "$single" != "$parallel" ]; then
+  echo "FAIL: zero-weight errors of an auto run: one process says '$single', two jobs '$parallel'"
+  failures=$((failures + 1))
+fi
 
 # A recording with a mistake names its line in words that read.
 "$veldra" headless=1 play_level=$level seed=1 record_inputs=rec.inputs > /dev/null 2>&1
