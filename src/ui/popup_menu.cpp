@@ -141,6 +141,7 @@ void obj_popup_menu::on_step() {
     request.interactive = top;
     request.take_focus = top && want_focus_;
     request.dim_behind = options_.dim_behind;
+    request.keep_clear = options_.keep_clear;
     if (!page_shown_ms_)
         page_shown_ms_ = runtime().current_time();
     request.page_age_ms = runtime().current_time() - *page_shown_ms_;

@@ -45,6 +45,7 @@
 #include "runtime/instance.h"
 #include "runtime/object_type.h"
 #include "runtime/value.h"
+#include "ui/camera.h"
 
 namespace veldra {
 
@@ -116,9 +117,12 @@ struct PopupOptions {
     // Dims the game behind the menu, for menus that stand between trials: the finished world
     // steps back and the menu is what to read.
     bool dim_behind = false;
+    // A point of the 1600 x 900 screen the menu must not hide, such as the player at the end of
+    // a trial: the menu moves sideways off it when the centre would cover it.
+    std::optional<ScreenPoint> keep_clear;
 };
 
-// Opens `definition` centred on the screen, above every other popup. The promise is fulfilled
+// Opens `definition` centred on the screen (or beside its keep_clear point), above every other popup. The promise is fulfilled
 // with the pressed button's value when a button closes the menu, and with undefined when Escape
 // closes a non-persistent menu from its top page (a dismissal, not a choice: give buttons values
 // when the difference matters). It is never rejected, and stays pending when the menu is

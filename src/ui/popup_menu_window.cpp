@@ -25,6 +25,8 @@ const ImVec2 ITEM_SPACING{12, 12};
 constexpr float ROUNDING = 10;
 constexpr float GRAB_SIZE = 18;                 // a slider's grab
 constexpr float SCREEN_MARGIN = 24;             // the nearest a menu comes to the screen's edge
+// How far a menu stays from a point it must not hide: a creature's sprite and a little air.
+constexpr float KEEP_CLEAR_RADIUS = 56;
 constexpr float FIELD_LABEL_COLUMN = 0.3f;      // where a field starts, as a part of the width
 constexpr float SLIDER_NUMBER_BOX_WIDTH = 110;  // the typed value beside a slider
 // "›" and "‹": a page button leads somewhere, its back button returns.
@@ -284,6 +286,24 @@ float slider_value_x(const obj_popup_menu::Rect& bar, const MenuField& field, do
            static_cast<float>(t) * (bar.w - 2 * grab_padding - GRAB_SIZE);
 }
 
+float menu_window_left(float screen_width, float width, std::optional<ScreenPoint> keep_clear) {
+    const float centred = (screen_width - width) / 2;
+    if (!keep_clear)
+        return centred;
+    const auto x = static_cast<float>(keep_clear->x);
+    if (x + KEEP_CLEAR_RADIUS <= centred || x - KEEP_CLEAR_RADIUS >= centred + width)
+        return centred;
+    const float left_of = x - KEEP_CLEAR_RADIUS - width;
+    const float right_of = x + KEEP_CLEAR_RADIUS;
+    const bool fits_left = left_of >= SCREEN_MARGIN;
+    const bool fits_right = right_of + width <= screen_width - SCREEN_MARGIN;
+    if (fits_left && (!fits_right || x >= screen_width / 2))
+        return left_of;
+    if (fits_right)
+        return right_of;
+    return centred;  // too narrow a screen to step aside: the menu matters more
+}
+
 bool menu_frame_open() {
     const ImGuiContext* context = ImGui::GetCurrentContext();
     return context && context->WithinFrameScope;
@@ -301,8 +321,9 @@ MenuWindowResult draw_menu_window(const MenuDefinition& page, const std::string*
         ImGui::GetBackgroundDrawList()->AddRectFilled(ImVec2(0, 0), screen,
                                                       ImGui::GetColorU32(DIMMED_GAME));
     const float width = std::min(page.width, screen.x - 2 * SCREEN_MARGIN);
-    ImGui::SetNextWindowPos(ImVec2(screen.x / 2, screen.y / 2), ImGuiCond_Always,
-                            ImVec2(0.5f, 0.5f));
+    ImGui::SetNextWindowPos(
+        ImVec2(menu_window_left(screen.x, width, request.keep_clear), screen.y / 2),
+        ImGuiCond_Always, ImVec2(0, 0.5f));
     ImGui::SetNextWindowSizeConstraints(ImVec2(width, 0),
                                         ImVec2(width, screen.y - 2 * SCREEN_MARGIN));
     if (request.take_focus) {

@@ -22,6 +22,7 @@ struct MenuWindowRequest {
     bool take_focus = false;  // give it the keyboard (new on top, or the focus went nowhere)
     double page_age_ms = 0;   // how long the page has been shown (typed texts)
     bool dim_behind = false;  // darken the game under every menu
+    std::optional<ScreenPoint> keep_clear;  // a point the menu stays off
 };
 
 struct MenuWindowResult {
@@ -34,6 +35,10 @@ struct MenuWindowResult {
 
 // Where on a slider's bar (as drawn) the grab's centre stands for `value`.
 float slider_value_x(const obj_popup_menu::Rect& bar, const MenuField& field, double value);
+
+// Where the left edge of a menu `width` wide goes on a screen `screen_width` wide: centred,
+// unless that covers `keep_clear`; then beside it, on the side with room.
+float menu_window_left(float screen_width, float width, std::optional<ScreenPoint> keep_clear);
 
 // Draws `page` in this frame; with `back_label` a back button follows the entries, as the entry
 // after the last.

@@ -11,6 +11,7 @@
 #include "runtime/runtime.h"
 #include "runtime/services.h"
 #include "ui/traits_menu.h"
+#include "ui/trial_views.h"
 
 namespace veldra {
 
@@ -18,6 +19,16 @@ namespace {
 
 // Characters a second: the outcome types itself out, a small moment of suspense.
 constexpr double RESULT_TYPING_SPEED = 30;
+
+// The menus between trials stand over the finished world, dimmed, and step aside from the player
+// so that its last moment stays in view.
+PopupOptions between_trials_options(const Runtime& runtime) {
+    PopupOptions options;
+    options.dim_behind = true;
+    if (const auto* views = runtime.instance_find<obj_trial_views>(0))
+        options.keep_clear = views->player_on_screen();
+    return options;
+}
 
 }  // namespace
 
@@ -49,11 +60,9 @@ MenuDefinition _make_session_trial_result_menu(const SessionMenuContext& context
 Promise session_show_trial_result_menu(const SessionMenuContext& context, const TrialData& trial,
                                        std::size_t total_num_levels) {
     context.services.audio->play(Sound::trial_end);
-    PopupOptions options;
-    options.dim_behind = true;
     return create_popup_menu(context.runtime,
                              _make_session_trial_result_menu(context, trial, total_num_levels),
-                             options);
+                             between_trials_options(context.runtime));
 }
 
 std::string session_completion_url(const std::string& next_url, const std::string& user_id,
@@ -109,10 +118,9 @@ void session_show_end_menu(const SessionMenuContext& context, const std::string&
                            double total_score,
                            std::shared_ptr<const std::vector<TrialData>> trials) {
     Rng rng(static_cast<double>(random_seed_value()));
-    PopupOptions options;
+    PopupOptions options = between_trials_options(context.runtime);
     options.persistent = true;
     options.name = "session_end";
-    options.dim_behind = true;
     create_popup_menu(context.runtime,
                       _make_session_end_menu(context, user_id, total_score, std::move(trials), rng),
                       options);

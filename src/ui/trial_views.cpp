@@ -92,6 +92,13 @@ void obj_trial_views::on_step_end() {
     sounds.flush(*runtime().services().audio);
 }
 
+std::optional<ScreenPoint> obj_trial_views::player_on_screen() const {
+    const auto* player = runtime().instance_find<obj_human_player>(0);
+    if (!player || world_hidden())
+        return std::nullopt;
+    return camera.world_to_screen(player->x, player->y);
+}
+
 void obj_trial_views::on_draw() {
     const auto* view = runtime().find_as<obj_world_view>(world_view);
     const obj_trial* t = trial();

@@ -50,6 +50,8 @@ public:
 
     // Whether the world is covered: the trial is being fast-forwarded.
     bool world_hidden() const;
+    // Where the player stands on the screen; nullopt when it is gone or the world is covered.
+    std::optional<ScreenPoint> player_on_screen() const;
 
     Camera camera;
     PlayerController controller;

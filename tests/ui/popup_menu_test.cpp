@@ -13,6 +13,7 @@
 #include "runtime/runtime.h"
 #include "runtime/services.h"
 #include "support/headless_imgui.h"
+#include "ui/popup_menu_window.h"
 
 namespace veldra {
 namespace {
@@ -324,6 +325,35 @@ TEST_F(PopupMenuTest, AMenuBetweenTrialsDimsTheGameBehindItOthersDoNot) {
     EXPECT_EQ(behind.VtxBuffer[2].pos.y, 900);
 }
 
+TEST_F(PopupMenuTest, AMenuStepsAsideFromAPointItMustNotHide) {
+    MenuDefinition menu;
+    menu.entries = {menu_button("Continue")};
+    PopupOptions options;
+    options.keep_clear = ScreenPoint{820, 450};  // just right of the centre
+    create_popup_menu(runtime, menu, options);
+    frames(2);
+    const auto rect = runtime.instance_find<obj_popup_menu>(0)->entry_rect("Continue");
+    ASSERT_GT(rect.w, 0);
+    EXPECT_LT(rect.x + rect.w, 820 - 40);  // beside it, on the left where there is more room
+
+    options.keep_clear = ScreenPoint{150, 450};  // the centred menu leaves it free
+    close_popup_menus(runtime, "");
+    create_popup_menu(runtime, menu, options);
+    frames(2);
+    const auto centred = runtime.instance_find<obj_popup_menu>(0)->entry_rect("Continue");
+    EXPECT_NEAR(centred.x + centred.w / 2, 800, 1);
+}
+
+TEST(MenuWindowPlace, BesideThePointOnTheSideWithRoomCentredWhenNeitherSideHasIt) {
+    using detail::menu_window_left;
+    EXPECT_FLOAT_EQ(menu_window_left(1600, 400, std::nullopt), 600);
+    EXPECT_FLOAT_EQ(menu_window_left(1600, 400, ScreenPoint{700, 0}), 756);  // left half: right
+    EXPECT_FLOAT_EQ(menu_window_left(1600, 400, ScreenPoint{900, 0}), 444);  // right half: left
+    EXPECT_FLOAT_EQ(menu_window_left(1600, 400, ScreenPoint{500, 0}), 600);  // not covered
+    EXPECT_FLOAT_EQ(menu_window_left(1600, 700, ScreenPoint{500, 0}), 556);  // no room left
+    EXPECT_FLOAT_EQ(menu_window_left(700, 400, ScreenPoint{350, 0}), 150);   // no room at all
+}
+
 TEST_F(PopupMenuTest, ALinkOpensItsAddressAndLeavesTheMenuOpen) {
     MenuDefinition menu;
     menu.entries = {menu_text("Thank you!"),
@@ -370,7 +400,7 @@ TEST_F(PopupMenuTest, APersistentPopupOutlivesItsRoomAndIgnoresEscapeOnItsTopPag
     MenuDefinition tools;
     tools.entries = {menu_page("More", MenuDefinition{{menu_text("Deeper")}}),
                      menu_button("Close", "closed")};
-    Promise developer = create_popup_menu(runtime, tools, {.persistent = true, .name = "tools"});
+    Promise developer = create_popup_menu(runtime, tools, {.persistent = true, .name = "tools", .dim_behind = false, .keep_clear = {}});
     Promise level_menu = create_popup_menu(runtime, MenuDefinition{{menu_button("Go")}});
     runtime.room_goto(second);
     frames(2);
