@@ -122,11 +122,11 @@ struct PopupOptions {
     std::optional<ScreenPoint> keep_clear;
 };
 
-// Opens `definition` centred on the screen (or beside its keep_clear point), above every other popup. The promise is fulfilled
-// with the pressed button's value when a button closes the menu, and with undefined when Escape
-// closes a non-persistent menu from its top page (a dismissal, not a choice: give buttons values
-// when the difference matters). It is never rejected, and stays pending when the menu is
-// destroyed another way (its room ends, or code destroys it).
+// Opens `definition` centred on the screen (or beside its keep_clear point), above every other
+// popup. The promise is fulfilled with the pressed button's value when a button closes the menu,
+// and with undefined when Escape closes a non-persistent menu from its top page (a dismissal, not a
+// choice: give buttons values when the difference matters). It is never rejected, and stays pending
+// when the menu is destroyed another way (its room ends, or code destroys it).
 Promise create_popup_menu(Runtime& runtime, MenuDefinition definition, PopupOptions options = {});
 
 // How many popups named `name` are open.

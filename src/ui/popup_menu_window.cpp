@@ -25,13 +25,13 @@ const ImVec2 ITEM_SPACING{12, 12};
 constexpr float ROUNDING = 10;
 constexpr float GRAB_SIZE = 18;                 // a slider's grab
 constexpr float SCREEN_MARGIN = 24;             // the nearest a menu comes to the screen's edge
-// How far a menu stays from a point it must not hide: a creature's sprite and a little air.
-constexpr float KEEP_CLEAR_RADIUS = 56;
 constexpr float FIELD_LABEL_COLUMN = 0.3f;      // where a field starts, as a part of the width
 constexpr float SLIDER_NUMBER_BOX_WIDTH = 110;  // the typed value beside a slider
 // "›" and "‹": a page button leads somewhere, its back button returns.
 constexpr const char* PAGE_MARK = " \xE2\x80\xBA";
 constexpr const char* BACK_MARK = "\xE2\x80\xB9 ";
+// How far a menu stays from a point it must not hide: a creature's sprite and a little air.
+constexpr float KEEP_CLEAR_RADIUS = 56;
 
 // Titles take the largest font of the atlas (the first face of that size is the regular one);
 // with one font loaded, that one.

@@ -22,6 +22,7 @@
 #include "runtime/log.h"
 #include "runtime/runtime.h"
 #include "runtime/services.h"
+#include "support/scoped_environment.h"
 #include "world/level.h"
 #include "world/level_cell_types.h"
 
@@ -29,8 +30,10 @@ namespace veldra::testing {
 
 class CreatureTest : public ::testing::Test {
 protected:
+    // First, so that it is set before the members below are made and put back after.
+    testing::ScopedEnvironment data_folder = testing::data_folder_is_source_tree();
+
     void SetUp() override {
-        setenv("VeldraProjectDir", VELDRA_SOURCE_DIR, 1);
         initialize_configs(configs);
         ASSERT_TRUE(reload_game_configurations(configs, *services.files, ""));
         initialize_level_cell_types(cell_types);

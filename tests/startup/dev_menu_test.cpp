@@ -9,6 +9,7 @@
 #include "runtime/gc.h"
 #include "startup/app_state.h"
 #include "support/menu_labels.h"
+#include "support/scoped_environment.h"
 
 namespace veldra {
 namespace {
@@ -26,8 +27,10 @@ const MenuDefinition& page_of(const MenuDefinition& menu, const std::string& lab
 
 class DevMenuTest : public ::testing::Test {
 protected:
+    // First, so that it is set before the members below are made and put back after.
+    testing::ScopedEnvironment data_folder = testing::data_folder_is_source_tree();
+
     void SetUp() override {
-        setenv("VeldraProjectDir", VELDRA_SOURCE_DIR, 1);
         ASSERT_TRUE(reload_game_configurations(app.sim.configs, *app.services.files, ""));
         dialogs().echo_messages_to_stderr = false;
     }

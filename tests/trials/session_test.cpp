@@ -14,6 +14,7 @@
 #include "runtime/log.h"
 #include "runtime/runtime.h"
 #include "runtime/services.h"
+#include "support/scoped_environment.h"
 #include "support/scratch_directory.h"
 #include "trials/game_systems.h"
 #include "trials/session_autosave.h"
@@ -26,8 +27,10 @@ namespace {
 // at game speed -1: each is over in one frame.
 class LocalSessionTest : public ::testing::Test {
 protected:
+    // First, so that it is set before the members below are made and put back after.
+    testing::ScopedEnvironment data_folder = testing::data_folder_is_source_tree();
+
     void SetUp() override {
-        setenv("VeldraProjectDir", VELDRA_SOURCE_DIR, 1);
         initialize_game_systems(sim);
         ASSERT_TRUE(reload_game_configurations(sim.configs, sim.files, ""));
         configs().trial_time = 0.5;

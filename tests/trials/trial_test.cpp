@@ -13,8 +13,9 @@
 #include "runtime/log.h"
 #include "runtime/runtime.h"
 #include "runtime/services.h"
-#include "support/level_rows.h"
 #include "serial/json.h"
+#include "support/level_rows.h"
+#include "support/scoped_environment.h"
 #include "trials/game_systems.h"
 #include "trials/simulation_state.h"
 #include "trials/trial_data.h"
@@ -25,8 +26,10 @@ namespace {
 
 class TrialTest : public ::testing::Test {
 protected:
+    // First, so that it is set before the members below are made and put back after.
+    testing::ScopedEnvironment data_folder = testing::data_folder_is_source_tree();
+
     void SetUp() override {
-        setenv("VeldraProjectDir", VELDRA_SOURCE_DIR, 1);
         initialize_game_systems(sim);
         ASSERT_TRUE(reload_game_configurations(sim.configs, sim.files, ""));
         runtime.start(runtime.room_add({"rm_game", nullptr}));

@@ -400,7 +400,9 @@ TEST_F(PopupMenuTest, APersistentPopupOutlivesItsRoomAndIgnoresEscapeOnItsTopPag
     MenuDefinition tools;
     tools.entries = {menu_page("More", MenuDefinition{{menu_text("Deeper")}}),
                      menu_button("Close", "closed")};
-    Promise developer = create_popup_menu(runtime, tools, {.persistent = true, .name = "tools", .dim_behind = false, .keep_clear = {}});
+    Promise developer = create_popup_menu(
+        runtime, tools,
+        {.persistent = true, .name = "tools", .dim_behind = false, .keep_clear = {}});
     Promise level_menu = create_popup_menu(runtime, MenuDefinition{{menu_button("Go")}});
     runtime.room_goto(second);
     frames(2);

@@ -12,6 +12,7 @@
 #include "runtime/runtime.h"
 #include "runtime/services.h"
 #include "support/menu_labels.h"
+#include "support/scoped_environment.h"
 
 namespace veldra {
 namespace {
@@ -22,8 +23,10 @@ using testing::labels_of;
 
 class SessionMenusTest : public ::testing::Test {
 protected:
+    // First, so that it is set before the members below are made and put back after.
+    testing::ScopedEnvironment data_folder = testing::data_folder_is_source_tree();
+
     void SetUp() override {
-        setenv("VeldraProjectDir", VELDRA_SOURCE_DIR, 1);
         ASSERT_TRUE(reload_game_configurations(configs, *services.files, ""));
         ASSERT_TRUE(load_and_set_localization(*services.files, localization, "en"));
         trial.level_info.play_order = 1;

@@ -10,6 +10,7 @@
 #include "runtime/gc.h"
 #include "runtime/runtime.h"
 #include "runtime/services.h"
+#include "support/scoped_environment.h"
 
 namespace veldra {
 namespace {
@@ -17,8 +18,10 @@ namespace {
 // Menus without a window: the entries are activated as a click would.
 class TraitsMenuTest : public ::testing::Test {
 protected:
+    // First, so that it is set before the members below are made and put back after.
+    testing::ScopedEnvironment data_folder = testing::data_folder_is_source_tree();
+
     void SetUp() override {
-        setenv("VeldraProjectDir", VELDRA_SOURCE_DIR, 1);
         ASSERT_TRUE(reload_game_configurations(configs, *services.files, ""));
         ASSERT_TRUE(load_and_set_localization(*services.files, localization, "de"));
         start_promise_event_loop(runtime);

@@ -17,6 +17,7 @@
 #include "runtime/runtime.h"
 #include "runtime/services.h"
 #include "support/level_rows.h"
+#include "support/scoped_environment.h"
 #include "trials/game_systems.h"
 #include "trials/simulation_state.h"
 #include "trials/trial.h"
@@ -27,8 +28,10 @@ namespace veldra::testing {
 
 class TrialViewsTest : public ::testing::Test {
 protected:
+    // First, so that it is set before the members below are made and put back after.
+    testing::ScopedEnvironment data_folder = testing::data_folder_is_source_tree();
+
     void SetUp() override {
-        setenv("VeldraProjectDir", VELDRA_SOURCE_DIR, 1);
         initialize_game_systems(sim);
         ASSERT_TRUE(reload_game_configurations(sim.configs, sim.files, ""));
         initialize_localization(localization);
