@@ -1,4 +1,4 @@
-#include "startup/program.h"
+#include "startup/run_program.h"
 
 int main(int argc, char** argv) {
     return veldra::run_program(argc, argv);

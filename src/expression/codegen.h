@@ -1,11 +1,11 @@
 #pragma once
-// Turns a (folded) Ast into the instruction array of program.h.
+// Turns a (folded) Ast into the instruction array of compiled_program.h.
 
 #include <optional>
 #include <vector>
 
 #include "expression/ast.h"
-#include "expression/program.h"
+#include "expression/compiled_program.h"
 
 namespace veldra::detail {
 

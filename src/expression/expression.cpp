@@ -4,7 +4,7 @@
 
 #include "expression/codegen.h"
 #include "expression/parser.h"
-#include "expression/program.h"
+#include "expression/compiled_program.h"
 
 namespace veldra {
 namespace {

@@ -1,10 +1,10 @@
-// The evaluator: runs a program of program.h. This is the hot path of every behaviour decision,
-// so dispatch jumps straight from one handler to the next through a table of label addresses
-// (a GCC/Clang extension); other compilers get an equivalent switch loop. It is built twice:
-// with every operation, and lean, without the ones that call the maths library.
+// The evaluator: runs a program of compiled_program.h. This is the hot path of every behaviour
+// decision, so dispatch jumps straight from one handler to the next through a table of label
+// addresses (a GCC/Clang extension); other compilers get an equivalent switch loop. It is built
+// twice: with every operation, and lean, without the ones that call the maths library.
 
+#include "expression/compiled_program.h"
 #include "expression/expression.h"
-#include "expression/program.h"
 
 #if defined(__GNUC__) && !defined(VELDRA_EXPR_SWITCH_DISPATCH)
 #define VELDRA_EXPR_COMPUTED_GOTO 1
@@ -153,7 +153,7 @@ double run_program(const Instr* ip, const double* vars) noexcept {
                 VELDRA_EXPR_TERNARY_OPS(VELDRA_EXPR_TERNARY_LABELS)
                     VELDRA_EXPR_ARITH_OPS(VELDRA_EXPR_PAIR_LABELS)};
     static_assert(sizeof(HANDLERS) / sizeof(HANDLERS[0]) == OPCODE_COUNT,
-                  "handler table out of step with the opcode numbering in program.h");
+                  "handler table out of step with the opcode numbering in compiled_program.h");
 #endif
     double stack[STACK_CAPACITY];  // left uninitialised: only slots written by a push are read
     double* sp = stack;

@@ -19,7 +19,7 @@
 #include "startup/auto_run_fingerprint.h"
 #include "startup/interrupt.h"
 #include "startup/parameter_values.h"
-#include "startup/program.h"
+#include "startup/run_program.h"
 #include "startup/progress_line.h"
 #include "trials/auto_runner.h"
 #include "util/text.h"

@@ -1,7 +1,7 @@
 #pragma once
 // Ctrl-C (SIGINT) and SIGTERM, in every mode. The handler only notes the signal: the frame loop
 // sees it after the frame in progress and ends the mode the way closing the window does, so
-// every finished record is on disk (startup/program.cpp); a running batch stops after the trial
+// every finished record is on disk (startup/run_program.cpp); a running batch stops after the trial
 // in progress, so its output stays a valid file. Either way the program exits with status 130.
 //
 // A SIGINT that the parent set to ignored stays ignored: a shell starts background jobs of a

@@ -15,7 +15,7 @@
 #include "runtime/random_source.h"
 #include "runtime/services.h"
 #include "startup/app_state.h"
-#include "startup/program.h"
+#include "startup/run_program.h"
 #include "startup/run_mode.h"
 #include "trials/game_systems.h"
 #include "ui/dialog_texts.h"

@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "runtime/log.h"
-#include "startup/program.h"
+#include "startup/run_program.h"
 #include "util/text.h"
 
 namespace veldra {

@@ -17,7 +17,7 @@
 #include "serial/json.h"
 #include "startup/app_state.h"
 #include "startup/parameter_values.h"
-#include "startup/program.h"
+#include "startup/run_program.h"
 #include "startup/trial_parameters.h"
 #include "trials/input_record.h"
 #include "trials/trial.h"

@@ -17,7 +17,7 @@
 #include "startup/interrupt.h"
 #include "startup/parameter_values.h"
 #include "startup/play_mode.h"
-#include "startup/program.h"
+#include "startup/run_program.h"
 #include "startup/session_mode.h"
 #include "startup/single_trial_mode.h"
 #include "world/level_file.h"

@@ -9,7 +9,7 @@
 #include "runtime/random_source.h"
 #include "runtime/services.h"
 #include "startup/app_state.h"
-#include "startup/program.h"
+#include "startup/run_program.h"
 #include "trials/session.h"
 #include "trials/session_autosave.h"
 #include "trials/trial.h"

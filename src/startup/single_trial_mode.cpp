@@ -10,7 +10,7 @@
 #include "runtime/runtime.h"
 #include "serial/json.h"
 #include "startup/app_state.h"
-#include "startup/program.h"
+#include "startup/run_program.h"
 #include "startup/trial_parameters.h"
 #include "trials/trial.h"
 #include "trials/trial_data.h"

@@ -12,7 +12,7 @@
 #include "runtime/runtime.h"
 #include "runtime/services.h"
 #include "startup/app_state.h"
-#include "startup/program.h"
+#include "startup/run_program.h"
 #include "ui/imgui_dialogs.h"
 #include "ui/popup_menu.h"
 #include "util/text.h"

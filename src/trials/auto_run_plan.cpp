@@ -6,7 +6,7 @@
 
 #include "config/game_configurations.h"
 #include "config/json_comments.h"
-#include "creatures/personality_traits.h"
+#include "creatures/personality_sources.h"
 #include "runtime/files.h"
 #include "runtime/log.h"
 #include "serial/json.h"

@@ -10,7 +10,7 @@
 #include "creatures/human_ai.h"
 #include "creatures/human_player.h"
 #include "creatures/monster.h"
-#include "creatures/personality_traits.h"
+#include "creatures/personality_sources.h"
 #include "creatures/trial_world.h"
 #include "runtime/callstack.h"
 #include "runtime/log.h"

@@ -5,7 +5,7 @@
 #include "async/waiters.h"
 #include "config/game_configurations.h"
 #include "config/text_ids.h"
-#include "creatures/personality_traits.h"
+#include "creatures/personality_sources.h"
 #include "runtime/number_format.h"
 #include "runtime/runtime.h"
 

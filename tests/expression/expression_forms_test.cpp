@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "expression/ops.h"
-#include "expression/program.h"
+#include "expression/compiled_program.h"
 #include "expression_test_util.h"
 
 namespace veldra::test {

@@ -15,7 +15,7 @@
 #include <thread>
 
 #include "runtime/file_io.h"
-#include "startup/program.h"
+#include "startup/run_program.h"
 #include "support/scratch_directory.h"
 
 namespace veldra {

@@ -1,4 +1,4 @@
-#include "startup/program.h"
+#include "startup/run_program.h"
 
 #include <cstdint>
 #include <cstdio>

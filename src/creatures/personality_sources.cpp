@@ -1,6 +1,6 @@
 // Making personality traits: copies, draws from ranges, permutations, configuration entries.
 
-#include "creatures/personality_traits.h"
+#include "creatures/personality_sources.h"
 
 #include <fmt/format.h>
 

@@ -1,4 +1,4 @@
-#include "creatures/personality_traits.h"
+#include "creatures/personality_sources.h"
 
 #include <gtest/gtest.h>
 

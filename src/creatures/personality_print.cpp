@@ -9,7 +9,7 @@
 
 #include "config/game_configurations.h"
 #include "creatures/human_action_type.h"
-#include "creatures/personality_traits.h"
+#include "creatures/personality_sources.h"
 #include "runtime/log.h"
 #include "runtime/number_format.h"
 
