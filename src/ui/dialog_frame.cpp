@@ -2,11 +2,12 @@
 
 #include "ui/styled_text.h"
 
-#include <imgui_internal.h>
+#include <imgui.h>
 
 #include <algorithm>
 
 #include "runtime/log.h"
+#include "ui/imgui_adapter.h"
 
 namespace veldra {
 
@@ -34,7 +35,7 @@ void draw_backdrop() {
                  ImGuiWindowFlags_NoDecoration | ImGuiWindowFlags_NoMove |
                      ImGuiWindowFlags_NoSavedSettings | ImGuiWindowFlags_NoNav |
                      ImGuiWindowFlags_NoBringToFrontOnFocus | ImGuiWindowFlags_NoFocusOnAppearing);
-    ImGui::BringWindowToDisplayFront(ImGui::GetCurrentWindow());
+    imgui_adapter::bring_current_window_to_front();
     ImGui::End();
     ImGui::PopStyleVar();
     ImGui::PopStyleColor();
@@ -76,10 +77,10 @@ void begin_dialog_window(const DialogFrame& frame, float width, float height) {
     }
     ImGui::Begin(frame.window_id.c_str(), nullptr, flags);
     // Menus bring themselves forward too; the dialog is drawn last in the frame, so it wins.
-    ImGui::BringWindowToDisplayFront(ImGui::GetCurrentWindow());
+    imgui_adapter::bring_current_window_to_front();
     if (!ImGui::IsWindowFocused(ImGuiFocusedFlags_RootAndChildWindows))
         ImGui::SetWindowFocus();
-    ImGui::CaptureKeyboardFromApp(true);
+    imgui_adapter::capture_keyboard();
 }
 
 void end_dialog_window() {
@@ -115,7 +116,7 @@ int dialog_buttons(DialogFrame& frame, const std::vector<std::string>& labels) {
     for (const auto& label : labels)
         total += width_of(label) + style.ItemSpacing.x;
     total -= style.ItemSpacing.x;
-    const float right = ImGui::GetWindowContentRegionMax().x;
+    const float right = imgui_adapter::content_right();
     ImGui::SetCursorPosX(std::max(ImGui::GetCursorPosX(), right - total));
     int pressed = -1;
     for (std::size_t i = 0; i < labels.size(); ++i) {
@@ -131,10 +132,7 @@ int dialog_buttons(DialogFrame& frame, const std::vector<std::string>& labels) {
 bool dialog_key_pressed(const DialogFrame& frame, ImGuiKey key) {
     if (!frame.keys_live)
         return false;
-    if (ImGui::IsKeyPressed(ImGui::GetKeyIndex(key), false))
-        return true;
-    return key == ImGuiKey_Enter &&
-           ImGui::IsKeyPressed(ImGui::GetKeyIndex(ImGuiKey_KeyPadEnter), false);
+    return imgui_adapter::key_pressed(key);
 }
 
 }  // namespace veldra

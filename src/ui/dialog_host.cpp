@@ -1,28 +1,19 @@
 #include "ui/dialog_host.h"
 
 #include <imgui.h>
-#include <imgui_internal.h>
 
 #include <memory>
 
 #include "runtime/runtime.h"
 #include "runtime/services.h"
+#include "ui/imgui_adapter.h"
 #include "ui/imgui_dialogs.h"
 
 namespace veldra {
 
-namespace {
-
-bool imgui_frame_open() {
-    const ImGuiContext* context = ImGui::GetCurrentContext();
-    return context && context->WithinFrameScope;
-}
-
-}  // namespace
-
 void obj_dialog_host::on_draw_gui_end() {
     auto* dialogs = dynamic_cast<ImGuiDialogs*>(runtime().services().dialogs.get());
-    if (dialogs && imgui_frame_open())
+    if (dialogs && imgui_adapter::frame_open())
         dialogs->draw();
 }
 

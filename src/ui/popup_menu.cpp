@@ -8,6 +8,7 @@
 #include "runtime/assertion.h"
 #include "runtime/runtime.h"
 #include "runtime/services.h"
+#include "ui/imgui_adapter.h"
 #include "ui/popup_menu_window.h"
 
 namespace veldra {
@@ -127,7 +128,7 @@ obj_popup_menu::obj_popup_menu(MenuDefinition definition, PopupOptions options, 
 }
 
 void obj_popup_menu::on_step() {
-    if (!detail::menu_frame_open())
+    if (!imgui_adapter::frame_open())
         return;
     const bool top = on_top();
     if (top && !was_on_top_)

@@ -1,13 +1,13 @@
 #include "ui/popup_menu_window.h"
 
 #include <imgui.h>
-#include <imgui_internal.h>
 
 #include <algorithm>
 #include <cfloat>
 #include <cmath>
 
 #include "runtime/number_format.h"
+#include "ui/imgui_adapter.h"
 #include "ui/menu_text.h"
 #include "ui/typewriter.h"
 
@@ -44,22 +44,13 @@ ImFont* title_font() {
     return title;
 }
 
-bool key_pressed(ImGuiKey key) {
-    return ImGui::IsKeyPressed(ImGui::GetKeyIndex(key), false);
-}
-
-// ImGui shows which entry has the keyboard only once a key has moved it, and hides it again at
-// a mouse click; Space presses the highlighted entry only while it shows.
-bool keyboard_highlight_shown() {
-    return !ImGui::GetCurrentContext()->NavDisableHighlight;
-}
-
 // Clicks and Space press an ImGui button; Enter on the highlighted one counts as well, since that
 // is the key a player tries first.
 bool menu_button(const std::string& text) {
     const bool clicked = ImGui::Button(text.c_str(), ImVec2(-FLT_MIN, 0));
-    return clicked || (ImGui::IsItemFocused() && keyboard_highlight_shown() &&
-                       (key_pressed(ImGuiKey_Enter) || key_pressed(ImGuiKey_KeyPadEnter)));
+    // Space presses the highlighted entry only while the highlight shows; so does Enter.
+    return clicked || (ImGui::IsItemFocused() && imgui_adapter::keyboard_highlight_shown() &&
+                       imgui_adapter::key_pressed(ImGuiKey_Enter));
 }
 
 using EntryRects = std::array<obj_popup_menu::Rect, 3>;
@@ -75,7 +66,7 @@ struct TabFollow {
     static TabFollow of_this_frame(bool interactive) {
         TabFollow tab;
         tab.pressed = interactive && !ImGui::IsAnyItemActive() && !ImGui::GetIO().KeyShift &&
-                      ImGui::IsKeyPressed(ImGui::GetKeyIndex(ImGuiKey_Tab));
+                      imgui_adapter::key_pressed_or_repeated(ImGuiKey_Tab);
         return tab;
     }
     // Call before each field's widget.
@@ -136,12 +127,12 @@ void number_input(MenuField& field, EntryRects& rects, TabFollow& tab, bool with
 void step_slider_with_arrows(MenuField& field) {
     if (!ImGui::IsItemFocused() || ImGui::IsItemActive())
         return;
-    const int direction = (ImGui::IsKeyPressed(ImGui::GetKeyIndex(ImGuiKey_RightArrow)) ? 1 : 0) -
-                          (ImGui::IsKeyPressed(ImGui::GetKeyIndex(ImGuiKey_LeftArrow)) ? 1 : 0);
+    const int direction = (imgui_adapter::key_pressed_or_repeated(ImGuiKey_RightArrow) ? 1 : 0) -
+                          (imgui_adapter::key_pressed_or_repeated(ImGuiKey_LeftArrow) ? 1 : 0);
     if (direction == 0)
         return;
     field.number = menu_field_snapped(field, field.number + direction * menu_field_step(field));
-    ImGui::NavMoveRequestCancel();
+    imgui_adapter::cancel_keyboard_move();
 }
 
 // A slider to drag and, beside it, a box to type the exact value: both edit the same number.
@@ -304,17 +295,12 @@ float menu_window_left(float screen_width, float width, std::optional<ScreenPoin
     return centred;  // too narrow a screen to step aside: the menu matters more
 }
 
-bool menu_frame_open() {
-    const ImGuiContext* context = ImGui::GetCurrentContext();
-    return context && context->WithinFrameScope;
-}
-
 MenuWindowResult draw_menu_window(const MenuDefinition& page, const std::string* back_label,
                                   const MenuWindowRequest& request) {
     MenuWindowResult result;
     // Escape that leaves a text field is the field's; it only goes back once nothing is edited.
-    result.escape =
-        request.interactive && !ImGui::IsAnyItemActive() && key_pressed(ImGuiKey_Escape);
+    result.escape = request.interactive && !ImGui::IsAnyItemActive() &&
+                    imgui_adapter::key_pressed(ImGuiKey_Escape);
 
     const ImVec2 screen = ImGui::GetIO().DisplaySize;
     if (request.dim_behind)
@@ -330,7 +316,7 @@ MenuWindowResult draw_menu_window(const MenuDefinition& page, const std::string*
         ImGui::SetNextWindowFocus();
         // The first entry shows the keyboard highlight at once, so a player who reaches for
         // the keys sees where they are and Enter or Space works without moving first.
-        ImGui::GetCurrentContext()->NavDisableHighlight = false;
+        imgui_adapter::show_keyboard_highlight();
     }
     ImGuiWindowFlags flags = ImGuiWindowFlags_NoTitleBar | ImGuiWindowFlags_NoMove |
                              ImGuiWindowFlags_NoResize | ImGuiWindowFlags_NoCollapse |
@@ -346,7 +332,7 @@ MenuWindowResult draw_menu_window(const MenuDefinition& page, const std::string*
         draw_entries(page, back_label, request.page_age_ms, request.interactive, result);
         // A new window is measured in a first frame it does not show: its places are not
         // where it will be drawn.
-        if (ImGui::GetCurrentWindowRead()->Hidden)
+        if (imgui_adapter::current_window_measuring())
             result.rects.clear();
         if (!request.interactive)
             ImGui::EndDisabled();

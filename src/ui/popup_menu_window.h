@@ -12,10 +12,6 @@
 
 namespace veldra::detail {
 
-// True while Dear ImGui is between NewFrame and Render: only then may widgets be built. A
-// headless run has no ImGui context at all.
-bool menu_frame_open();
-
 struct MenuWindowRequest {
     std::string name;         // the ImGui window's name; a new name makes a new window
     bool interactive = true;  // false below the top popup: dimmed, and no clicks or keys

@@ -1,11 +1,11 @@
 #include "ui/styled_text.h"
 
 #include <imgui.h>
-#include <imgui_internal.h>
 
 #include <algorithm>
 #include <cstdint>
 
+#include "ui/imgui_adapter.h"
 #include "ui/text_layout.h"
 
 namespace veldra {
@@ -19,7 +19,7 @@ std::uint8_t channel(float value) {
 }  // namespace
 
 void styled_text(std::string_view markup, float wrap_width, std::size_t visible_characters) {
-    if (ImGui::GetCurrentWindow()->SkipItems)
+    if (imgui_adapter::current_window_skips_items())
         return;
     const float width = wrap_width > 0 ? wrap_width : ImGui::GetContentRegionAvail().x;
     const ImVec4 own = ImGui::GetStyleColorVec4(ImGuiCol_Text);
@@ -35,7 +35,7 @@ void styled_text(std::string_view markup, float wrap_width, std::size_t visible_
     ImVec2 origin = ImGui::GetCursorScreenPos();
     // A label beside a field sits on the field's text line (AlignTextToFramePadding), as
     // ImGui's own text would.
-    origin.y += ImGui::GetCurrentWindow()->DC.CurrLineTextBaseOffset;
+    origin.y += imgui_adapter::current_line_text_offset();
     ImDrawList& draw = *ImGui::GetWindowDrawList();
     draw.PushTextureID(font.ContainerAtlas->TexID);
     // The text takes the room its glyphs cover, not the whole box: a widget on the same line

@@ -1,7 +1,6 @@
 #include "ui/text_fonts.h"
 
 #include <imgui.h>
-#include <imgui_internal.h>
 
 #include <array>
 #include <cerrno>
@@ -12,38 +11,31 @@
 #include <vector>
 
 #include "runtime/assertion.h"
+#include "ui/imgui_adapter.h"
 
 namespace veldra {
 
 namespace {
 
-// The families live in their Dear ImGui context, as the user data of a hook the context calls
-// when it shuts down; that call frees them, so no family outlives the atlas its faces are in.
+// The families live in their Dear ImGui context and are freed when it is destroyed, so no
+// family outlives the atlas its faces are in.
 struct Families {
     std::vector<TextFontFamily> list;
 };
 
-void forget_families(ImGuiContext*, ImGuiContextHook* hook) {
-    delete static_cast<Families*>(hook->UserData);
-    hook->UserData = nullptr;
+void forget_families(void* families) {
+    delete static_cast<Families*>(families);
 }
 
 Families* families_of(ImGuiContext& context) {
-    for (ImGuiContextHook& hook : context.Hooks)
-        if (hook.Type == ImGuiContextHookType_Shutdown && hook.Callback == forget_families)
-            return static_cast<Families*>(hook.UserData);
-    return nullptr;
+    return static_cast<Families*>(imgui_adapter::context_data(context, forget_families));
 }
 
 Families& make_families(ImGuiContext& context) {
     if (Families* families = families_of(context))
         return *families;
     auto families = std::make_unique<Families>();
-    ImGuiContextHook hook;
-    hook.Type = ImGuiContextHookType_Shutdown;
-    hook.Callback = forget_families;
-    hook.UserData = families.get();
-    ImGui::AddContextHook(&context, &hook);
+    imgui_adapter::attach_context_data(context, families.get(), forget_families);
     return *families.release();
 }
 

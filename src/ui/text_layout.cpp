@@ -1,10 +1,11 @@
 #include "ui/text_layout.h"
 
-#include <imgui_internal.h>
+#include <imgui.h>
 
 #include <algorithm>
 #include <cmath>
 
+#include "ui/imgui_adapter.h"
 #include "ui/text_fonts.h"
 
 namespace veldra {
@@ -31,8 +32,8 @@ void TextLayout::lay_out(const ImFont& font, std::string_view markup, const Text
         const char* text = run.text.data();
         for (std::size_t at = 0; at < run.text.size(); ++character) {
             const std::size_t length = utf8_character_length(run.text.substr(at));
-            unsigned int c = 0;
-            ImTextCharFromUtf8(&c, text + at, text + at + length);
+            int bytes = 0;
+            const unsigned int c = imgui_adapter::decode_utf8(text + at, text + at + length, bytes);
             at += length;
             if (c != '\n') {
                 place(face, c, run, character);
