@@ -65,7 +65,7 @@ float content_right() {
 }
 
 bool keyboard_highlight_shown() {
-#if IMGUI_VERSION_NUM >= 19137
+#if IMGUI_VERSION_NUM >= 19140
     return ImGui::GetCurrentContext()->NavCursorVisible;
 #else
     return !ImGui::GetCurrentContext()->NavDisableHighlight;
@@ -73,8 +73,8 @@ bool keyboard_highlight_shown() {
 }
 
 void show_keyboard_highlight() {
-#if IMGUI_VERSION_NUM >= 19137
-    ImGui::GetCurrentContext()->NavCursorVisible = true;
+#if IMGUI_VERSION_NUM >= 19140  // 1.91.4 calls the highlight the "nav cursor"
+    ImGui::SetNavCursorVisible(true);
 #else
     ImGui::GetCurrentContext()->NavDisableHighlight = false;
 #endif
