@@ -1,5 +1,5 @@
 #pragma once
-// Signals the program changes the handling of, besides Ctrl-C (startup/interrupt.h).
+// Signals the program changes the handling of, besides Ctrl-C (platform/interrupt.h).
 
 namespace veldra::platform {
 

@@ -6,8 +6,13 @@
 #include <filesystem>
 #include <memory>
 
+#include "batch/auto_run_files.h"
+#include "batch/auto_run_fingerprint.h"
+#include "batch/auto_run_jobs.h"
 #include "config/game_configurations.h"
 #include "platform/file_descriptor.h"
+#include "platform/interrupt.h"
+#include "platform/progress_line.h"
 #include "runtime/file_io.h"
 #include "runtime/log.h"
 #include "runtime/number_format.h"
@@ -15,12 +20,8 @@
 #include "runtime/random_source.h"
 #include "runtime/runtime.h"
 #include "startup/app_state.h"
-#include "startup/auto_run_files.h"
-#include "startup/auto_run_fingerprint.h"
-#include "startup/interrupt.h"
 #include "startup/parameter_values.h"
 #include "startup/run_program.h"
-#include "startup/progress_line.h"
 #include "trials/auto_runner.h"
 #include "util/text.h"
 

@@ -7,6 +7,7 @@
 
 #include "config/game_configurations.h"
 #include "config/program_parameters.h"
+#include "platform/interrupt.h"
 #include "runtime/log.h"
 #include "runtime/paths.h"
 #include "runtime/runtime.h"
@@ -14,7 +15,6 @@
 #include "startup/app_state.h"
 #include "startup/auto_run_mode.h"
 #include "startup/dev_menu.h"
-#include "startup/interrupt.h"
 #include "startup/parameter_values.h"
 #include "startup/play_mode.h"
 #include "startup/run_program.h"

@@ -1,13 +1,13 @@
-#include "startup/auto_run_files.h"
+#include "batch/auto_run_files.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdio>
 #include <filesystem>
 
+#include "batch/auto_run_fingerprint.h"
 #include "runtime/files.h"
 #include "runtime/log.h"
-#include "startup/auto_run_fingerprint.h"
 #include "trials/trial_data.h"
 
 namespace veldra {

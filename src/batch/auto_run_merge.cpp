@@ -3,10 +3,10 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "batch/auto_run_files.h"
+#include "batch/auto_run_fingerprint.h"
 #include "runtime/file_io.h"
 #include "runtime/log.h"
-#include "startup/auto_run_files.h"
-#include "startup/auto_run_fingerprint.h"
 #include "trials/trial_data.h"
 
 namespace veldra {

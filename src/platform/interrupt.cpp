@@ -1,4 +1,4 @@
-#include "startup/interrupt.h"
+#include "platform/interrupt.h"
 
 #include <signal.h>
 

@@ -1,15 +1,15 @@
-#include "startup/auto_run_files.h"
+#include "batch/auto_run_files.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <vector>
 
+#include "batch/auto_run_fingerprint.h"
 #include "runtime/file_io.h"
 #include "runtime/files.h"
 #include "runtime/log.h"
 #include "serial/csv.h"
-#include "startup/auto_run_fingerprint.h"
 #include "trials/trial_data.h"
 
 namespace veldra {

@@ -1,4 +1,4 @@
-#include "startup/auto_run_fingerprint.h"
+#include "batch/auto_run_fingerprint.h"
 
 #include <cstdio>
 #include <filesystem>

@@ -2,7 +2,7 @@
 // A worker of a parallel auto run as its parent sees it: the process, the pipe that carries
 // its chunks ("FIRST LAST PART" lines on its standard input) and the pipe of its answers (one
 // "done ERRORS" line per chunk on auto_run_worker_reply_fd, ERRORS counting the zero-weight
-// errors it has logged so far). See auto_run_mode.h for the worker's side.
+// errors it has logged so far), as auto_run_jobs.h describes.
 
 #include <cstdint>
 #include <optional>

@@ -1,4 +1,4 @@
-#include "startup/progress_line.h"
+#include "platform/progress_line.h"
 
 #include <cstdio>
 

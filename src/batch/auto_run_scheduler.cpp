@@ -1,4 +1,4 @@
-#include "startup/auto_run_scheduler.h"
+#include "batch/auto_run_scheduler.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "startup/auto_run_worker_process.h"
+#include "batch/auto_run_worker_process.h"
 
 #include <unistd.h>
 
@@ -6,10 +6,10 @@
 #include <charconv>
 #include <csignal>
 
+#include "batch/auto_run_jobs.h"
 #include "platform/executable_path.h"
 #include "platform/pipe.h"
 #include "runtime/number_format.h"
-#include "startup/auto_run_mode.h"
 
 namespace veldra {
 

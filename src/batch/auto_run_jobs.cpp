@@ -19,18 +19,18 @@
 #include <string>
 #include <vector>
 
+#include "batch/auto_run_files.h"
+#include "batch/auto_run_fingerprint.h"
+#include "batch/auto_run_jobs.h"
+#include "batch/auto_run_scheduler.h"
+#include "batch/auto_run_worker_process.h"
 #include "creatures/trial_world.h"
+#include "platform/interrupt.h"
+#include "platform/progress_line.h"
 #include "platform/signals.h"
 #include "platform/wait_for_input.h"
 #include "runtime/file_io.h"
 #include "runtime/log.h"
-#include "startup/auto_run_files.h"
-#include "startup/auto_run_fingerprint.h"
-#include "startup/auto_run_mode.h"
-#include "startup/auto_run_scheduler.h"
-#include "startup/auto_run_worker_process.h"
-#include "startup/interrupt.h"
-#include "startup/progress_line.h"
 #include "trials/auto_run_plan.h"
 #include "trials/trial_data.h"
 
