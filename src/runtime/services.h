@@ -72,13 +72,13 @@ class Terminal {
 public:
     virtual ~Terminal() = default;
     virtual void println(LogLevel level, std::string_view line) = 0;
+    bool verbose = false;  // shows info lines too, not only warnings and errors
 };
 
 // Headless: warnings and errors to stderr with markup removed; info lines too when verbose.
 class StderrTerminal final : public Terminal {
 public:
     void println(LogLevel level, std::string_view line) override;
-    bool verbose = false;
 };
 
 struct Services {

@@ -30,6 +30,8 @@
 
 namespace veldra {
 
+class ImGuiDialogs;
+
 // What an auto run started from the shell keeps while its batch runs.
 struct AutoRunModeState {
     std::optional<Rng> rng;
@@ -55,6 +57,8 @@ struct AppState {
     AutoRunModeState auto_run;
     // The window's pictures, made when it opens (ui/sprites.h); none in headless runs.
     std::unique_ptr<Sprites> sprites;
+    // The window's dialogs, also the services' dialogs once the window is open; null headless.
+    ImGuiDialogs* window_dialogs = nullptr;
     int exit_status = 0;  // what the program returns; set by end_program
     // LoadingStatus: the loading-status display, made at start-up.
     InstanceId loading_status = NO_INSTANCE;

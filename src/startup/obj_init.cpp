@@ -64,8 +64,8 @@ Promise choose_language(AppState& app) {
     return code.and_then([&app](const Value& language) {
         load_and_set_localization(*app.services.files, app.localization,
                                   language.is_string() ? language.as_string() : "en");
-        if (auto* dialogs = dynamic_cast<ImGuiDialogs*>(app.services.dialogs.get()))
-            dialogs->set_texts(dialog_texts_from(app.localization));
+        if (app.window_dialogs)
+            app.window_dialogs->set_texts(dialog_texts_from(app.localization));
     });
 }
 
@@ -86,8 +86,7 @@ void obj_init::on_create() {
     promises_set_uncaught_handler(log_uncaught_rejection);
     AppState& app = app_;
     app.params = get_program_parameters(app.arguments);
-    if (auto* terminal = dynamic_cast<StderrTerminal*>(app.services.terminal.get()))
-        terminal->verbose = app.params.verbose == "1";
+    app.services.terminal->verbose = app.params.verbose == "1";
     app.sim.log_automatic_trial_events = app.params.auto_run_output || app.params.trial_level;
     initialize_log(app.runtime, app.logger, app.params.log_output_file);
     initialize_api_env(*app.services.files, app.api_env);

@@ -68,8 +68,7 @@ std::optional<double> number_of(std::string_view text) {
 }
 
 // The dialog in front, when one shows: it takes the input before any menu.
-const DialogFrame* front_dialog(Runtime& runtime) {
-    const auto* dialogs = dynamic_cast<const ImGuiDialogs*>(runtime.services().dialogs.get());
+const DialogFrame* front_dialog(const ImGuiDialogs* dialogs) {
     return dialogs && dialogs->waiting() > 0 ? &dialogs->last_frame() : nullptr;
 }
 
@@ -252,7 +251,7 @@ bool obj_ui_script::run(const UiCommand& command) {
     using Kind = UiCommand::Kind;
     switch (command.kind) {
         case Kind::wait: {
-            if (const DialogFrame* dialog = front_dialog(runtime()))
+            if (const DialogFrame* dialog = front_dialog(app_.window_dialogs))
                 return dialog->shows(command.text);
             const obj_popup_menu* menu = top_menu(runtime());
             if (!menu)
@@ -263,7 +262,7 @@ bool obj_ui_script::run(const UiCommand& command) {
             return false;
         }
         case Kind::click: {
-            if (const DialogFrame* dialog = front_dialog(runtime())) {
+            if (const DialogFrame* dialog = front_dialog(app_.window_dialogs)) {
                 const std::optional<DialogRect> r = dialog->item(command.text);
                 return r && r->w > 0 && r->h > 0 && press_at(r->x + r->w / 2, r->y + r->h / 2);
             }

@@ -113,7 +113,7 @@ std::unique_ptr<platform::GameWindow> open_window(AppState& app, const WindowReq
     app.services.audio->set_volume(request.volume);
     // Questions are asked in the window from now on; the host is persistent, so it is in place
     // before the first room starts and stays through every room change.
-    install_window_dialogs(app.runtime);
+    app.window_dialogs = &install_window_dialogs(app.runtime);
     app.sprites = std::make_unique<Sprites>(make_sprites(*app.services.renderer));
     app.sim.create_trial_views = [&app, request](obj_trial& trial) {
         const bool replaying = request.replaying;

@@ -12,15 +12,19 @@
 namespace veldra {
 
 void obj_dialog_host::on_draw_gui_end() {
-    auto* dialogs = dynamic_cast<ImGuiDialogs*>(runtime().services().dialogs.get());
-    if (dialogs && imgui_adapter::frame_open())
-        dialogs->draw();
+    if (imgui_adapter::frame_open())
+        dialogs_.draw();
 }
 
-void install_window_dialogs(Runtime& runtime) {
-    runtime.services().dialogs = std::make_unique<ImGuiDialogs>();
-    if (runtime.instance_number<obj_dialog_host>() == 0)
-        runtime.instance_create<obj_dialog_host>(0, 0, "");
+ImGuiDialogs& install_window_dialogs(Runtime& runtime) {
+    auto dialogs = std::make_unique<ImGuiDialogs>();
+    ImGuiDialogs& installed = *dialogs;
+    runtime.services().dialogs = std::move(dialogs);
+    // A second window replaces the dialogs; the old host would draw ones that are gone.
+    runtime.for_each<obj_dialog_host>(
+        [&runtime](obj_dialog_host& host) { runtime.instance_destroy(host.id()); });
+    runtime.instance_create<obj_dialog_host>(0, 0, "", installed);
+    return installed;
 }
 
 }  // namespace veldra

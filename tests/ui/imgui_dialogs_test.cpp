@@ -24,12 +24,11 @@ struct Answer {
 
 class ImGuiDialogsTest : public ::testing::Test {
 protected:
-    ImGuiDialogsTest() {
-        install_window_dialogs(runtime);
+    ImGuiDialogsTest() : installed(&install_window_dialogs(runtime)) {
         runtime.start(runtime.room_add({"room", nullptr}));
     }
 
-    ImGuiDialogs& dialogs() { return dynamic_cast<ImGuiDialogs&>(*services.dialogs); }
+    ImGuiDialogs& dialogs() { return *installed; }
     const DialogFrame& shown() { return dialogs().last_frame(); }
     static DialogAnswer to(Answer& answer) {
         return [&answer](std::optional<std::string> text) {
@@ -82,6 +81,7 @@ protected:
     Services services;
     Runtime runtime{services};
     test::HeadlessImGui imgui;
+    ImGuiDialogs* installed;
 };
 
 TEST_F(ImGuiDialogsTest, TypedTextAndEnterAnswerInALaterFrameNeverInsideTheCall) {
