@@ -13,6 +13,7 @@
 #include "platform/game_window.h"
 #include "platform/interrupt.h"
 #include "platform/local_time.h"
+#include "platform/ui_script_player.h"
 #include "runtime/frame_loop.h"
 #include "runtime/gc.h"
 #include "runtime/log.h"
@@ -24,7 +25,6 @@
 #include "startup/frame_times.h"
 #include "startup/obj_init.h"
 #include "startup/rooms.h"
-#include "startup/ui_script.h"
 #include "startup/window_setup.h"
 #include "util/text.h"
 #include "veldra_version.h"
@@ -91,7 +91,17 @@ bool start_ui_script(AppState& app, platform::GameWindow* window, const std::str
         return false;
     }
     window->take_only_injected_input();
-    app.runtime.instance_create<obj_ui_script>(0, 0, "", app, *window, std::move(*commands));
+    platform::UiScriptHooks hooks;
+    hooks.dialogs = app.window_dialogs;
+    hooks.end = [&app](int status) { end_program(app, status); };
+    hooks.quit = [&app] {
+        if (app.on_quit_requested)
+            app.on_quit_requested(true);
+        else
+            end_program(app, 0);
+    };
+    app.runtime.instance_create<platform::obj_ui_script>(0, 0, "", std::move(hooks), *window,
+                                                         std::move(*commands));
     return true;
 }
 
@@ -183,7 +193,7 @@ int run_program(int argc, char** argv) {
     // Frames ran out before the mode was done: it keeps what it has, as if the window closed.
     if (!runtime.end_requested() && app.on_quit_requested)
         app.on_quit_requested(false);
-    if (auto* script = runtime.instance_find<obj_ui_script>(0);
+    if (auto* script = runtime.instance_find<platform::obj_ui_script>(0);
         script && !script->report_unfinished() && app.exit_status == 0)
         app.exit_status = 1;
     if (early.screenshot && !write_screenshot(app, *early.screenshot))

@@ -1,7 +1,7 @@
 // The UI-script reader: it accepts a script or names the line it refuses, and every command it
 // accepts is complete (a key command has a key the game knows, counts are not negative).
 #include "fuzz/fuzz_support.h"
-#include "startup/ui_script.h"
+#include "ui/ui_script_commands.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace veldra;

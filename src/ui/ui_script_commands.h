@@ -1,7 +1,7 @@
 #pragma once
-// UI scripts: a text file of waits, clicks, keys and typing that the program plays into its own
-// window as real input events, so a whole session can be driven without a person (windowed
-// tests, a demonstration on a screen). One command a line; "#" starts a comment:
+// The language of UI scripts: a text file of waits, clicks, keys and typing that the program plays
+// into its own window as real input events, so a whole session can be driven without a person
+// (windowed tests, a demonstration on a screen). One command a line; "#" starts a comment:
 //
 //   wait TEXT        until the dialog in front, or else the top menu, shows a text holding TEXT
 //                    (markup removed): a menu entry, a dialog's title or message
@@ -26,22 +26,13 @@
 // is done (frames= ran out, the window was closed) logs the line it was on and exits with 1, as
 // does a script whose screenshot cannot be written.
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "runtime/input.h"
-#include "runtime/instance.h"
-#include "runtime/object_type.h"
-#include "ui/popup_menu.h"
 
 namespace veldra {
-
-struct AppState;
-namespace platform {
-class GameWindow;
-}
 
 struct UiCommand {
     enum class Kind { wait, click, slide, box, key, hold, type, frames, screenshot, quit };
@@ -56,35 +47,5 @@ struct UiCommand {
 
 // The commands of a script's text; nullopt with `error` naming the line of the first bad one.
 std::optional<std::vector<UiCommand>> parse_ui_script(const std::string& text, std::string& error);
-
-class obj_ui_script : public Instance {
-    VELDRA_OBJECT(obj_ui_script, Instance)
-public:
-    obj_ui_script(AppState& app, platform::GameWindow& window, std::vector<UiCommand> commands)
-        : app_(app), window_(window), commands_(std::move(commands)) {}
-    void on_create() override { persistent = true; }
-    void on_step_begin() override;
-    // Logs the line the script was still on when the program ended without finishing it, so a
-    // failed windowed test or demonstration says where it stopped; false in that case. A script
-    // that ends the program while it pauses ("frames") has finished.
-    bool report_unfinished();
-
-private:
-    // Ends the program (status 1) when the screenshot the script asked for last was not saved.
-    bool screenshot_failed();
-    bool run(const UiCommand& command);  // true once the command is done
-    bool press_at(float x, float y);
-    bool click_menu_part(const std::string& text, obj_popup_menu::Part part,
-                         std::optional<double> slider_value);
-    void fail(const UiCommand& command, const std::string& why);
-
-    AppState& app_;
-    platform::GameWindow& window_;
-    std::vector<UiCommand> commands_;
-    std::size_t next_ = 0;
-    long frames_in_command_ = 0;
-    int phase_ = 0;
-    std::optional<std::size_t> screenshot_command_;  // waiting to hear whether it was saved
-};
 
 }  // namespace veldra

@@ -1,4 +1,4 @@
-#include "startup/ui_script.h"
+#include "ui/ui_script_commands.h"
 
 #include <gtest/gtest.h>
 
