@@ -11,7 +11,7 @@ packages=(
   xvfb xauth
   libgtest-dev libgmock-dev libbenchmark-dev
   libmuparser-dev libboost-graph-dev
-  locales
+  locales python3
 )
 missing=()
 for p in "${packages[@]}"; do
