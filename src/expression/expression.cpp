@@ -3,8 +3,8 @@
 #include <limits>
 
 #include "expression/codegen.h"
-#include "expression/parser.h"
 #include "expression/compiled_program.h"
+#include "expression/parser.h"
 
 namespace veldra {
 namespace {

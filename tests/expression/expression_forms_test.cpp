@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "expression/ops.h"
 #include "expression/compiled_program.h"
+#include "expression/ops.h"
 #include "expression_test_util.h"
 
 namespace veldra::test {

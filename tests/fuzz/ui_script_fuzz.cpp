@@ -16,10 +16,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const UiCommand& command : *commands) {
         if (command.line <= 0 || command.count < 0 || command.key >= Key::count)
             __builtin_trap();
-        const bool needs_text = command.kind == UiCommand::Kind::wait ||
-                                command.kind == UiCommand::Kind::click ||
-                                command.kind == UiCommand::Kind::type ||
-                                command.kind == UiCommand::Kind::screenshot;
+        const bool needs_text =
+            command.kind == UiCommand::Kind::wait || command.kind == UiCommand::Kind::click ||
+            command.kind == UiCommand::Kind::type || command.kind == UiCommand::Kind::screenshot;
         if (needs_text && command.text.empty())
             __builtin_trap();
     }
