@@ -6,15 +6,25 @@
 
 namespace veldra {
 
-void ScriptedDialogs::answer_next(std::string_view question, const DialogAnswer& answer) {
+void ScriptedDialogs::answer_next(std::string_view question, DialogAnswer answer) {
     questions_asked.emplace_back(question);
     std::optional<std::string> next;
     if (!answers.empty()) {
         next = std::move(answers.front());
         answers.pop_front();
     }
-    if (answer)
-        answer(std::move(next));
+    waiting_.push_back({std::move(next), std::move(answer), frames_ended_});
+}
+
+void ScriptedDialogs::end_frame() {
+    // An answer may ask again; that question is this frame's and waits behind the loop's end.
+    while (!waiting_.empty() && waiting_.front().asked_in_frame < frames_ended_) {
+        Waiting next = std::move(waiting_.front());
+        waiting_.pop_front();
+        if (next.callback)
+            next.callback(std::move(next.answer));
+    }
+    ++frames_ended_;
 }
 
 void ScriptedDialogs::get_string(std::string_view prompt, std::string_view, DialogAnswer answer) {

@@ -11,6 +11,7 @@ std::size_t run_program_frame(Runtime& runtime, Services& services) {
     for (const HttpResponse& response : services.http->poll())
         runtime.raise_async_http(response);
     runtime.run_draw_events();
+    services.dialogs->end_frame();
     const std::size_t drawn = services.renderer->draw_list().commands().size();
     services.renderer->present();
     runtime.end_frame();

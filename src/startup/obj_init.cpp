@@ -48,7 +48,7 @@ void log_start_up_lines() {
 }
 
 // The start-up questions are the developer's: a release build in a window, where a participant
-// may sit, never stops to ask. Headless, scripted dialogs answer at once either way.
+// may sit, never stops to ask. Headless, scripted dialogs answer (or cancel) either way.
 bool developer_asked(const AppState& app) {
     return DEBUG_BUILD || app.services.headless;
 }
@@ -93,7 +93,7 @@ void obj_init::on_create() {
     log_start_up_lines();
     app.debugs = load_active_debug_settings(*app.services.files);
     // The questions may stay open over many frames in a window, so the rest of start-up follows
-    // their answers; headless, they are answered at once and all of it runs in this event.
+    // their answers; headless, scripted answers come a frame later, as a window's would.
     choose_language(app)
         .and_then([&app] {
             initialize_game_systems(app.sim);

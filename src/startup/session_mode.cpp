@@ -56,7 +56,8 @@ void on_quit_during_session(AppState& app, bool can_ask) {
     const bool in_progress = session && !session->finished && !session->failed;
     auto quit = [&app] {
         const auto& left = app.local_session;
-        if (left && left->autosave)
+        // A finished session said where its results are when it finished.
+        if (left && left->autosave && !left->finished)
             log("The session ended early; the results of its " +
                 std::to_string(left->trials->size()) + " finished trials are in \"" +
                 left->autosave->path() + "\".");
@@ -90,7 +91,7 @@ void on_quit_during_session(AppState& app, bool can_ask) {
 // its records in the autosave.
 SessionScreens headless_session_screens(AppState& app) {
     SessionScreens screens;
-    screens.show_end = [&app](const std::string&, double total,
+    screens.show_end = [&app](const std::string&, double,
                               std::shared_ptr<const std::vector<TrialData>>) {
         const LocalSession& session = *app.local_session;
         if (session.records_not_autosaved > 0) {
@@ -99,8 +100,6 @@ SessionScreens headless_session_screens(AppState& app) {
                       "\" (see above); they are lost.");
             return end_program(app, 1);
         }
-        log("The session's results are in \"" + session.autosave->path() + "\"; total " +
-            number_to_string(total) + ".");
         end_program(app, 0);
     };
     screens.show_problem = [&app](const std::string&) { end_program(app, 1); };

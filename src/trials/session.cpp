@@ -170,6 +170,9 @@ std::shared_ptr<LocalSession> local_session_start(SessionContext& context,
             session->finished = true;
             log("Local session finished with a total score of " +
                 number_to_string(session->total_score) + ".");
+            // Said here, not by the end screen, so a window and a headless run log the same.
+            if (session->autosave && session->records_not_autosaved == 0)
+                log("The session's results are in \"" + session->autosave->path() + "\".");
             if (context.screens.show_end)
                 context.screens.show_end(session->user_id, session->total_score, session->trials);
         })

@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <deque>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "runtime/gc.h"
 
@@ -33,19 +35,32 @@ protected:
     GcScope collector;
 };
 
-TEST_F(DialogPromisesTest, ScriptedAnswersSettleAtOnceAndACancelIsUndefined) {
+TEST_F(DialogPromisesTest, ScriptedAnswersComeAtTheEndOfTheNextFrameAndACancelIsUndefined) {
     ScriptedDialogs dialogs;
     dialogs.echo_messages_to_stderr = false;
     dialogs.answers = {"levels.json", std::nullopt};
-    Promise answered = dialog_get_open_filename(dialogs, "*.json", "");
-    ASSERT_TRUE(answered.is_fulfilled());
-    EXPECT_EQ(answered.value().as_string(), "levels.json");
+    std::vector<std::string> order;
+    Promise answered = dialog_get_open_filename(dialogs, "*.json", "").and_then([&] {
+        order.push_back("answered");
+        // A question asked from an answer waits for a frame of its own.
+        return dialog_get_string(dialogs, "Name?", "").and_then([&] { order.push_back("named"); });
+    });
     Promise cancelled = dialog_get_save_filename(dialogs, "*.csv", "", "Save results");
+    order.push_back("asked");
+    dialogs.end_frame();  // the frame that asked: nothing is answered inside it
+    EXPECT_TRUE(answered.is_pending());
+    EXPECT_TRUE(cancelled.is_pending());
+    dialogs.end_frame();
     ASSERT_TRUE(cancelled.is_fulfilled());
     EXPECT_TRUE(cancelled.value().is_undefined());
-    // With the script used up, every further question is cancelled.
-    EXPECT_TRUE(dialog_get_string(dialogs, "Name?", "").value().is_undefined());
-    EXPECT_EQ(dialogs.questions_asked.back(), "Name?");
+    EXPECT_EQ(order, (std::vector<std::string>{"asked", "answered"}));
+    EXPECT_EQ(dialogs.waiting(), 1u);
+    // The script is used up, so the question asked from the answer is cancelled, a frame later.
+    dialogs.end_frame();
+    EXPECT_TRUE(answered.is_fulfilled());
+    EXPECT_EQ(order, (std::vector<std::string>{"asked", "answered", "named"}));
+    EXPECT_EQ(dialogs.questions_asked,
+              (std::deque<std::string>{"*.json", "Save results", "Name?"}));
 }
 
 TEST_F(DialogPromisesTest, AnOpenDialogKeepsTheChainWaitingUntilTheUserAnswers) {

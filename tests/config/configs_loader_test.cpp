@@ -17,6 +17,7 @@
 #include "runtime/paths.h"
 #include "runtime/process_state.h"
 #include "support/scratch_directory.h"
+#include "support/scripted_answers.h"
 #include "util/text.h"
 
 namespace veldra {
@@ -50,6 +51,7 @@ protected:
     // The start-up question's answer: the `config` parameter, else the (scripted) dialog's.
     std::string asked_custom_name() {
         Promise name = ask_custom_configuration_name(params, debugs, dialogs, files);
+        testing::let_scripted_dialogs_answer(dialogs);
         EXPECT_TRUE(name.is_fulfilled());
         return name.value().as_string();
     }

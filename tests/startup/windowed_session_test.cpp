@@ -5,12 +5,15 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <regex>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/window_test_support.h"
@@ -38,6 +41,33 @@ std::vector<std::string> lines_of(const fs::path& path) {
     for (std::string line; std::getline(file, line);)
         lines.push_back(line);
     return lines;
+}
+
+// The log lines that say what a session's chain did, in order, with what chance decides taken
+// out: seeds, scores, instance ids, time stamps (and the number that keeps two autosaves of one
+// second apart), and what the creatures did. The trait tables
+// (lines without a time stamp) and the UI script's own lines go too.
+std::vector<std::string> chain_events(const fs::path& log) {
+    static const std::regex stamped(R"(^\d{4}(_\d\d){5} (.*)$)");
+    static const std::regex creature_event(R"(TICK#\d+ (Monster|Human|Player|Food)\()");
+    static const std::vector<std::pair<std::regex, std::string>> chance = {
+        {std::regex(R"(\(\d+\))"), "()"},
+        {std::regex(R"(Seed: \d+)"), "Seed: S"},
+        {std::regex(R"(score (of )?-?\d+(\.\d+)?)"), "score N"},
+        {std::regex(R"(\d{8}-\d{6}(-\d+)?)"), "STAMP"}};
+    std::vector<std::string> events;
+    for (const std::string& line : lines_of(log)) {
+        std::smatch match;
+        if (!std::regex_match(line, match, stamped))
+            continue;
+        std::string event = match[2];
+        if (std::regex_search(event, creature_event) || event.rfind("UI script:", 0) == 0)
+            continue;
+        for (const auto& [pattern, replacement] : chance)
+            event = std::regex_replace(event, pattern, replacement);
+        events.push_back(event);
+    }
+    return events;
 }
 
 class WindowedSessionTest : public ::testing::Test {
@@ -227,6 +257,35 @@ TEST_F(WindowedSessionTest, ClosingTheWindowMidSessionAsksFirstAndKeepsTheFinish
     const std::size_t kept = said.find("The participant keeps playing");
     ASSERT_NE(kept, std::string::npos) << said;
     EXPECT_EQ(said.find("Trial ended.", said.find("Level: two")), std::string::npos) << said;
+}
+
+// A headless session and one played in a window run the same chain: every step of it happens in
+// the same order, so what the fast headless tests see is what a participant's window does.
+TEST_F(WindowedSessionTest, AHeadlessSessionRunsItsChainInTheOrderAWindowedOneDoes) {
+    ASSERT_EQ(veldra("headless=1 demo=1 config=study.json log_output_file=headless.log"), 0)
+        << errors();
+    std::ofstream(folder / "order.ui") << "wait Level 1/2: choose your personality\n"
+                                          "click Start\n"
+                                          "wait Level 1/2 done\n"
+                                          "click Continue\n"
+                                          "wait Level 2/2: choose your personality\n"
+                                          "click Start\n"
+                                          "wait Level 2/2 done\n"
+                                          "click Continue\n"
+                                          "wait All levels done\n"
+                                          "quit\n";
+    ASSERT_EQ(veldra("demo=1 config=study.json ui_script=order.ui frames=3000 "
+                     "log_output_file=run.log"),
+              0)
+        << errors();
+    const std::vector<std::string> headless = chain_events(folder / "headless.log");
+    const std::vector<std::string> windowed = chain_events(folder / "run.log");
+    // The chain from start-up to the end: not a comparison of two empty lists.
+    ASSERT_GT(headless.size(), 20u);
+    EXPECT_NE(
+        std::find(headless.begin(), headless.end(), "Local session finished with a total score N."),
+        headless.end());
+    EXPECT_EQ(windowed, headless);
 }
 
 // A script that cannot finish fails the run and says where it stood, so a failed windowed test

@@ -16,6 +16,7 @@
 #include "runtime/services.h"
 #include "support/scoped_environment.h"
 #include "support/scratch_directory.h"
+#include "support/scripted_answers.h"
 #include "trials/game_systems.h"
 #include "trials/session_autosave.h"
 #include "trials/simulation_state.h"
@@ -233,6 +234,7 @@ TEST(SaveTrialResults, WritesTheChosenFileAndNothingWhenCancelledOrUnwritable) {
 
     dialogs.answers = {target};
     Promise saved = save_trial_results_as_csv(dialogs, files, trials);
+    testing::let_scripted_dialogs_answer(dialogs);
     ASSERT_TRUE(saved.is_fulfilled());
     EXPECT_EQ(saved.value().as_string(), target);
     FileText text = files.read(target, 1 << 20);
@@ -241,11 +243,15 @@ TEST(SaveTrialResults, WritesTheChosenFileAndNothingWhenCancelledOrUnwritable) {
     EXPECT_EQ(dialogs.questions_asked.back(), "Save results as");
 
     dialogs.answers = {std::nullopt};
-    EXPECT_TRUE(save_trial_results_as_csv(dialogs, files, trials).value().is_undefined());
+    Promise cancelled = save_trial_results_as_csv(dialogs, files, trials);
+    testing::let_scripted_dialogs_answer(dialogs);
+    EXPECT_TRUE(cancelled.value().is_undefined());
 
     // A folder in the file's place: a message, and the folder is untouched.
     dialogs.answers = {folder.path().string()};
-    EXPECT_TRUE(save_trial_results_as_csv(dialogs, files, trials).value().is_undefined());
+    Promise refused = save_trial_results_as_csv(dialogs, files, trials);
+    testing::let_scripted_dialogs_answer(dialogs);
+    EXPECT_TRUE(refused.value().is_undefined());
     ASSERT_EQ(dialogs.messages_shown.size(), 1u);
     EXPECT_NE(dialogs.messages_shown[0].find(folder.path().string()), std::string::npos);
     EXPECT_TRUE(std::filesystem::is_directory(folder.path()));

@@ -1,0 +1,14 @@
+#pragma once
+// Scripted dialogs answer at the end of the frame after the one that asked. A test without a
+// frame loop lets those two frames end here.
+
+#include "runtime/dialogs.h"
+
+namespace veldra::testing {
+
+inline void let_scripted_dialogs_answer(ScriptedDialogs& dialogs) {
+    dialogs.end_frame();  // the frame that asked
+    dialogs.end_frame();  // the next, which answers
+}
+
+}  // namespace veldra::testing
