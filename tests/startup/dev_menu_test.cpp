@@ -94,5 +94,32 @@ TEST_F(DevMenuTest, CancelledQuestionsStartNothing) {
     EXPECT_FALSE(app.local_session);
 }
 
+// A question left unanswered ends the auto run quietly, even after an answer that was refused
+// with a message; a run that cannot start says so once every question is answered.
+TEST_F(DevMenuTest, AnAutoRunLeftAtAnyQuestionSaysNothingAndOneThatCannotStartSaysSo) {
+    const MenuDefinition menu = make_dev_menu(app, false);
+    const MenuEntry* auto_run = nullptr;
+    for (const MenuEntry& entry : menu.entries)
+        if (entry.label == "Auto-run")
+            auto_run = &entry;
+    ASSERT_TRUE(auto_run);
+
+    dialogs().answers = {"runs.json", "12", std::nullopt};
+    auto_run->action();
+    EXPECT_EQ(dialogs().questions_asked.size(), 3u);
+    EXPECT_TRUE(dialogs().messages_shown.empty());
+
+    dialogs().answers = {"runs.json", "not a seed"};
+    auto_run->action();
+    EXPECT_EQ(dialogs().questions_asked.size(), 5u);
+    ASSERT_EQ(dialogs().messages_shown.size(), 1u);
+    EXPECT_EQ(dialogs().messages_shown[0].rfind("\"not a seed\"", 0), 0u);
+
+    dialogs().answers = {"missing-runs.json", "12", "out.csv"};
+    auto_run->action();
+    ASSERT_EQ(dialogs().messages_shown.size(), 2u);
+    EXPECT_EQ(dialogs().messages_shown[1], "Failed to read auto-run configurations.");
+}
+
 }  // namespace
 }  // namespace veldra
