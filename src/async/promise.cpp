@@ -7,96 +7,108 @@
 
 namespace veldra {
 
-using detail::PromiseAccess;
 using detail::StatePtr;
 
-void PromiseSettler::operator()(const Value& value_or_reason) const {
-    if (!state_)
-        return;
-    if (outcome_ == PromiseStatus::fulfilled)
-        detail::fulfill(state_, value_or_reason);
-    else
-        detail::reject(state_, value_or_reason);
-}
-
-HandlerResult::HandlerResult(const Promise& promise) : promise_(PromiseAccess::state_of(promise)) {}
-
-Promise::Promise(Executor executor, SourceLocation where) : state_(detail::make_state(where)) {
-    state_->executor = std::move(executor);
-    if (detail::promise_settings().delayed_execution)
-        detail::promise_settings().queue.push_back(state_);
-    else
-        detail::execute(state_);
-}
-
-PromiseStatus Promise::status() const {
+PromiseStatus UntypedPromise::status() const {
     return state_->status;
 }
-const Value& Promise::value() const {
-    return state_->value;
-}
-const Value& Promise::reason() const {
+const Value& UntypedPromise::reason() const {
     return state_->reason;
 }
-const std::vector<std::string>& Promise::debug_callstack() const {
+const std::any& UntypedPromise::untyped_value() const {
+    return state_->value;
+}
+const std::vector<std::string>& UntypedPromise::debug_callstack() const {
     return state_->debug_callstack;
+}
+
+void detail::Settler::fulfill_with(std::any value) const {
+    if (state_)
+        detail::fulfill(state_, std::move(value));
+}
+
+void Reject::operator()(const Value& reason) const {
+    if (state_)
+        detail::reject(state_, reason);
+}
+
+void Cancel::operator()() const {
+    if (state_)
+        detail::cancel(state_);
+}
+
+namespace detail {
+
+StatePtr start(std::function<void(const StatePtr& state)> executor, SourceLocation where) {
+    StatePtr state = make_state(where);
+    state->executor = std::move(executor);
+    if (promise_settings().delayed_execution)
+        promise_settings().queue.push_back(state);
+    else
+        execute(state);
+    return state;
 }
 
 namespace {
 
-// Settles `next` with what the handler makes of `input`. Only the handler's own exceptions
+// Settles `next` with what the handler makes of the outcome. Only the handler's own exceptions
 // become a rejection; whatever runs downstream while `next` settles is not this handler's.
-void run_handler(const StatePtr& next, const PromiseHandler& handler, const Value& input) {
-    HandlerResult result;
+template <class Run>
+void run_handler(const StatePtr& next, Run&& run) {
+    HandlerOutcome outcome;
     try {
-        result = handler(input);
+        outcome = run();
     } catch (const std::exception& error) {
-        detail::reject(next, Value(error.what()));
+        reject(next, Value(error.what()));
         return;
     }
-    if (result.promise_state())
-        detail::follow(next, result.promise_state());
+    if (outcome.follow)
+        follow(next, outcome.follow);
     else
-        detail::fulfill(next, result.value());
+        fulfill(next, std::move(outcome.value));
 }
 
 }  // namespace
 
-Promise Promise::and_then(PromiseHandler on_fulfilled, PromiseHandler on_rejected,
-                          SourceLocation where) const {
-    StatePtr next = detail::make_state(where);
-    // Passing on a reason that was already there adds no new failure: the rejection of this
-    // promise was judged when it happened.
-    const bool passes_old_rejection_on = is_rejected() && !on_rejected;
+StatePtr chain(const StatePtr& source, Handlers handlers, SourceLocation where) {
+    StatePtr next = make_state(where);
+    // Passing on a reason that was already there adds no new failure: the rejection of the
+    // source was judged when it happened.
+    const bool passes_old_rejection_on =
+        source->status == PromiseStatus::rejected && !handlers.on_rejected;
     next->in_construction = true;
-    detail::add_resolve_callback(state_,
-                                 [next, handler = std::move(on_fulfilled)](const Value& value) {
-                                     if (handler)
-                                         run_handler(next, handler, value);
-                                     else
-                                         detail::fulfill(next, value);
-                                 });
-    detail::add_reject_callback(state_,
-                                [next, handler = std::move(on_rejected)](const Value& reason) {
-                                    if (handler)
-                                        run_handler(next, handler, reason);
-                                    else
-                                        detail::reject(next, reason);
-                                });
+    add_callback(source, [next, handlers = std::move(handlers)](const PromiseState& settled) {
+        switch (settled.status) {
+            case PromiseStatus::fulfilled:
+                if (handlers.on_fulfilled)
+                    run_handler(next, [&] { return handlers.on_fulfilled(settled.value); });
+                else
+                    fulfill(next, settled.value);
+                break;
+            case PromiseStatus::rejected:
+                if (handlers.on_rejected)
+                    run_handler(next, [&] { return handlers.on_rejected(settled.reason); });
+                else
+                    reject(next, settled.reason);
+                break;
+            case PromiseStatus::cancelled:
+                if (handlers.on_cancelled)
+                    run_handler(next, [&] { return handlers.on_cancelled(); });
+                else
+                    cancel(next);
+                break;
+            case PromiseStatus::pending:
+                break;
+        }
+    });
     next->in_construction = false;
     // Settled here, before the caller could chain and_catch on it: judge it a step later.
     if (next->status == PromiseStatus::rejected && !passes_old_rejection_on)
-        detail::promise_settings().uncaught_checks.push_back(next);
-    return PromiseAccess::wrap(std::move(next));
+        promise_settings().uncaught_checks.push_back(next);
+    return next;
 }
 
-Promise Promise::and_catch(PromiseHandler on_rejected, SourceLocation where) const {
-    return and_then(nullptr, std::move(on_rejected), where);
-}
-
-Promise Promise::and_finally(PromiseHandler) const {
-    return promise_reject("Not implemented yet.");
-}
+}  // namespace detail
 
 void promises_set_uncaught_handler(UncaughtRejectionHandler handler) {
     detail::promise_settings().uncaught_handler = std::move(handler);

@@ -1,180 +1,262 @@
 #pragma once
 // Promises: everything that spans frames (room changes, menus, HTTP, waits) is a chain of them.
-// A Promise is a handle to one shared state; copies are cheap and all see the same outcome.
-// The state changes once, from pending to fulfilled (with a value) or rejected (with a reason),
-// and then calls the callbacks chained on it, in the order they were added. Everything runs on
-// the one game thread: "later" always means a later step of some entity (the event loop, a
-// waiter, the room goer, an HTTP event).
+// A Promise<T> is a handle to one shared state; copies are cheap and all see the same outcome.
+// The state changes once, from pending to fulfilled (with a T), rejected (with a reason) or
+// cancelled, and then calls the callbacks chained on it, in the order they were added.
+// Everything runs on the one game thread: "later" always means a later step of some entity
+// (the event loop, a waiter, the room goer, an HTTP event).
 //
-// Handlers (PromiseHandler) may take the value or nothing, and return nothing, anything a Value
-// can be made from, or a Promise. A returned Promise is followed: the promise made by and_then
-// settles as that one settles. A std::exception thrown by an executor or a handler rejects with
-// its what() text.
-//
-// Unhandled rejections go to the handler set with promises_set_uncaught_handler; see
-// docs/promises.md for exactly when a rejection counts as unhandled.
+// Handlers take the value (or nothing) and return nothing, a value, or a Promise<U>; the
+// promise made by and_then is typed after what the handler returns, and follows a returned
+// promise. A std::exception thrown by an executor or a handler rejects with its what() text.
+// Rejection reasons are Values (usually a text). A cancellation that no handler takes passes
+// down the chain as a rejection does, but is never reported: see docs/promises.md.
 
+#include <any>
 #include <concepts>
-#include <cstddef>
-#include <functional>
-#include <memory>
 #include <string>
 #include <type_traits>
 #include <utility>
-#include <vector>
 #include "runtime/source_location.h"
 
+#include "async/promise_untyped.h"
 #include "runtime/value.h"
 
 namespace veldra {
 
+template <class T>
 class Promise;
 
+// The resolve function of a Promise<T>. Calling it on a settled promise does nothing.
+template <class T>
+class Resolve : public detail::Settler {
+public:
+    using Settler::Settler;
+    void operator()(T value) const { fulfill_with(std::any(std::move(value))); }
+};
+
+template <>
+class Resolve<void> : public detail::Settler {
+public:
+    using Settler::Settler;
+    void operator()() const { fulfill_with(std::any()); }
+};
+
 namespace detail {
-struct PromiseState;
-struct PromiseAccess;
+
+template <class R>
+struct promised {
+    using type = Promise<R>;
+};
+template <>
+struct promised<const char*> {
+    using type = Promise<std::string>;
+};
+template <class U>
+struct promised<Promise<U>> {
+    using type = Promise<U>;
+};
+// The promise a handler returning R makes: Promise<void> for void, Promise<U> for a
+// Promise<U> (followed), Promise<R> for a plain value.
+template <class R>
+using promised_t = typename promised<std::decay_t<R>>::type;
+
+template <class P>
+struct promise_value;
+template <class U>
+struct promise_value<Promise<U>> {
+    using type = U;
+};
+template <class R>
+using promised_value_t = typename promise_value<promised_t<R>>::type;
+
+// Calls a value handler with the value, or with nothing when it takes none.
+template <class T, class F>
+decltype(auto) call_with_value(F& fn, const std::any& value) {
+    if constexpr (std::is_void_v<T>)
+        return fn();
+    else if constexpr (std::invocable<F&, const T&>)
+        return fn(std::any_cast<const T&>(value));
+    else
+        return fn();
+}
+
+template <class F>
+decltype(auto) call_with_reason(F& fn, const Value& reason) {
+    if constexpr (std::invocable<F&, const Value&>)
+        return fn(reason);
+    else
+        return fn();
+}
+
+template <class T, class F>
+using value_handler_result_t =
+    decltype(call_with_value<T>(std::declval<F&>(), std::declval<const std::any&>()));
+template <class F>
+using reason_handler_result_t =
+    decltype(call_with_reason(std::declval<F&>(), std::declval<const Value&>()));
+
+template <class P>
+inline constexpr bool is_promise_v = false;
+template <class U>
+inline constexpr bool is_promise_v<Promise<U>> = true;
+
+// Runs `call` and turns what it returns into an outcome of a Promise<U>.
+template <class U, class Call>
+HandlerOutcome run_to_outcome(Call&& call) {
+    using R = decltype(call());
+    if constexpr (std::is_void_v<R>) {
+        call();
+        return {};
+    } else if constexpr (is_promise_v<std::decay_t<R>>) {
+        return {{}, state_of(call())};
+    } else if constexpr (std::is_void_v<U>) {
+        call();
+        return {};
+    } else {
+        return {std::any(U(call())), nullptr};
+    }
+}
+
+// The type a catching handler leaves the chain with: the value type when it recovers with a
+// value of it, void when it only looks (the fulfilled value is then dropped).
+template <class T, class R>
+using caught_value_t = std::conditional_t<std::is_void_v<promised_value_t<R>>, void, T>;
+
 }  // namespace detail
 
-enum class PromiseStatus { pending = 0, fulfilled = 1, rejected = 2 };
-
-// The resolve or the reject function of one promise. Holds the promise's state, so a waiter
-// that keeps it keeps the whole chain behind it alive. Calling it on a settled promise does
-// nothing. Default-constructed, it belongs to no promise and calling it does nothing.
-class PromiseSettler {
+template <class T>
+class Promise : public UntypedPromise {
 public:
-    PromiseSettler() = default;
-    void operator()(const Value& value_or_reason = Value()) const;
-    explicit operator bool() const { return static_cast<bool>(state_); }
+    using value_type = T;
 
-private:
-    friend struct detail::PromiseAccess;
-    PromiseSettler(std::shared_ptr<detail::PromiseState> state, PromiseStatus outcome)
-        : state_(std::move(state)), outcome_(outcome) {}
-    std::shared_ptr<detail::PromiseState> state_;
-    PromiseStatus outcome_ = PromiseStatus::fulfilled;
-};
-using Resolve = PromiseSettler;
-using Reject = PromiseSettler;
-using Executor = std::function<void(const Resolve& resolve, const Reject& reject)>;
-
-// What a handler returns: a value to fulfil with, or a promise to follow.
-class HandlerResult {
-public:
-    HandlerResult() = default;  // fulfil with undefined
-    HandlerResult(const Promise& promise);
-    template <class T>
-    requires std::constructible_from<Value, T> HandlerResult(T&& value)
-        : value_(std::forward<T>(value)) {}
-
-    const Value& value() const { return value_; }
-    // The promise to follow; nullptr when the result is a plain value.
-    const std::shared_ptr<detail::PromiseState>& promise_state() const { return promise_; }
-
-private:
-    Value value_;
-    std::shared_ptr<detail::PromiseState> promise_;
-};
-
-// A handler given to and_then / and_catch. Accepts callables taking (const Value&) or nothing,
-// returning void, a Value (or anything a Value is made from) or a Promise. Empty means "not
-// given": the outcome passes through unchanged.
-class PromiseHandler {
-public:
-    using Function = std::function<HandlerResult(const Value&)>;
-
-    PromiseHandler() = default;
-    PromiseHandler(std::nullptr_t) {}
-    template <class F>
-    requires(!std::same_as<std::remove_cvref_t<F>, PromiseHandler> &&
-             (std::invocable<F&, const Value&> || std::invocable<F&>)) PromiseHandler(F fn)
-        : fn_(adapt(std::move(fn))) {}
-
-    explicit operator bool() const { return static_cast<bool>(fn_); }
-    HandlerResult operator()(const Value& value) const { return fn_(value); }
-
-private:
-    template <class F>
-    static Function adapt(F fn) {
-        return [fn = std::move(fn)](const Value& value) mutable -> HandlerResult {
-            // A handler that ignores the value may leave the parameter out.
-            auto call = [&]() -> decltype(auto) {
-                if constexpr (std::invocable<F&, const Value&>)
-                    return fn(value);
-                else
-                    return fn();
-            };
-            if constexpr (std::is_void_v<decltype(call())>) {
-                call();
-                return {};
-            } else {
-                return call();
-            }
-        };
-    }
-    Function fn_;
-};
-
-class Promise {
-public:
     // With delayed execution off (the default) the executor runs here, inside the constructor;
-    // with it on, it runs in the event loop's next step. `where` is recorded as the innermost
-    // frame of debug_callstack() when promise debugging is on.
-    explicit Promise(Executor executor, SourceLocation where = SourceLocation::current());
+    // with it on, it runs in the event loop's next step. It is called with (resolve, reject)
+    // or (resolve, reject, cancel). `where` is recorded as the innermost frame of
+    // debug_callstack() when promise debugging is on.
+    template <class F>
+    requires(std::invocable<F&, const Resolve<T>&, const Reject&> ||
+             std::invocable<F&, const Resolve<T>&, const Reject&,
+                            const Cancel&>) explicit Promise(F executor,
+                                                             SourceLocation where =
+                                                                 SourceLocation::current())
+        : UntypedPromise(detail::start(
+              [fn = std::move(executor)](const detail::StatePtr& state) mutable {
+                  if constexpr (std::invocable<F&, const Resolve<T>&, const Reject&, const Cancel&>)
+                      fn(Resolve<T>(state), Reject(state), Cancel(state));
+                  else
+                      fn(Resolve<T>(state), Reject(state));
+              },
+              where)) {}
 
-    PromiseStatus status() const;
-    bool is_pending() const { return status() == PromiseStatus::pending; }
-    bool is_fulfilled() const { return status() == PromiseStatus::fulfilled; }
-    bool is_rejected() const { return status() == PromiseStatus::rejected; }
-    const Value& value() const;   // undefined until fulfilled
-    const Value& reason() const;  // undefined until rejected
-    // The call stack at construction; empty unless promises_enable_debug(true) was in effect.
-    const std::vector<std::string>& debug_callstack() const;
+    // Any promise as a Promise<void>: the same state, its value not looked at.
+    template <class U>
+    requires(std::is_void_v<T> && !std::is_void_v<U>) Promise(const Promise<U>& other)
+        : UntypedPromise(other.state_) {}
 
-    // A new promise settled by the handler for this one's outcome. A handler added to a settled
-    // promise runs at once, inside this call. Without the matching handler the outcome passes
-    // on unchanged; with on_rejected, a rejection is recovered (the new promise is fulfilled).
-    Promise and_then(PromiseHandler on_fulfilled, PromiseHandler on_rejected = {},
-                     SourceLocation where = SourceLocation::current()) const;
-    Promise and_catch(PromiseHandler on_rejected,
-                      SourceLocation where = SourceLocation::current()) const;
+    // The value once fulfilled; std::bad_any_cast before.
+    template <class U = T>
+    requires(!std::is_void_v<U>) const U& value() const {
+        return std::any_cast<const U&>(untyped_value());
+    }
+
+    // A new promise settled by the handler for this one's outcome. A handler added to a
+    // settled promise runs at once, inside this call. Without the matching handler the outcome
+    // passes on unchanged; an on_rejected that returns normally recovers the chain.
+    template <class F>
+    auto and_then(F on_fulfilled, SourceLocation where = SourceLocation::current()) const {
+        using R = detail::value_handler_result_t<T, F>;
+        using U = detail::promised_value_t<R>;
+        return Promise<U>::adopt(
+            detail::chain(state_, {fulfilled_handler<U>(std::move(on_fulfilled)), {}, {}}, where));
+    }
+    template <class F, class G>
+    auto and_then(F on_fulfilled, G on_rejected,
+                  SourceLocation where = SourceLocation::current()) const {
+        using U = detail::promised_value_t<detail::value_handler_result_t<T, F>>;
+        static_assert(
+            std::is_same_v<U, detail::promised_value_t<detail::reason_handler_result_t<G>>>,
+            "both handlers must leave the chain with the same type");
+        return Promise<U>::adopt(detail::chain(state_,
+                                               {fulfilled_handler<U>(std::move(on_fulfilled)),
+                                                reason_handler<U>(std::move(on_rejected)),
+                                                {}},
+                                               where));
+    }
+    // A handler returning a T recovers with it; one returning nothing ends the chain's value
+    // (the promise made is a Promise<void>).
+    template <class G>
+    auto and_catch(G on_rejected, SourceLocation where = SourceLocation::current()) const {
+        using U = detail::caught_value_t<T, detail::reason_handler_result_t<G>>;
+        return Promise<U>::adopt(
+            detail::chain(state_, {{}, reason_handler<U>(std::move(on_rejected)), {}}, where));
+    }
+    // As and_catch, for a cancellation. The handler takes nothing.
+    template <class H>
+    auto and_cancelled(H on_cancelled, SourceLocation where = SourceLocation::current()) const {
+        using U = detail::caught_value_t<T, decltype(std::declval<H&>()())>;
+        return Promise<U>::adopt(detail::chain(state_,
+                                               {{},
+                                                {},
+                                                [fn = std::move(on_cancelled)]() mutable {
+                                                    return detail::run_to_outcome<U>(
+                                                        [&]() -> decltype(auto) { return fn(); });
+                                                }},
+                                               where));
+    }
+
     // Not provided: returns a promise rejected with "Not implemented yet.", which reaches the
     // uncaught handler unless someone catches it.
-    Promise and_finally(PromiseHandler callback) const;
+    template <class F>
+    Promise<void> and_finally(F) const;
 
-    // Same shared state.
-    friend bool operator==(const Promise& a, const Promise& b) { return a.state_ == b.state_; }
+    // A promise on an existing state: the combinators' and the chains' results.
+    static Promise adopt(detail::StatePtr state) { return Promise(std::move(state)); }
 
 private:
-    friend struct detail::PromiseAccess;
-    explicit Promise(std::shared_ptr<detail::PromiseState> state) : state_(std::move(state)) {}
-    std::shared_ptr<detail::PromiseState> state_;
+    template <class U>
+    friend class Promise;
+    explicit Promise(detail::StatePtr state) : UntypedPromise(std::move(state)) {}
+
+    template <class U, class F>
+    static auto fulfilled_handler(F fn) {
+        return [fn = std::move(fn)](const std::any& value) mutable {
+            return detail::run_to_outcome<U>(
+                [&]() -> decltype(auto) { return detail::call_with_value<T>(fn, value); });
+        };
+    }
+    template <class U, class G>
+    static auto reason_handler(G fn) {
+        return [fn = std::move(fn)](const Value& reason) mutable {
+            return detail::run_to_outcome<U>(
+                [&]() -> decltype(auto) { return detail::call_with_reason(fn, reason); });
+        };
+    }
 };
 
 // Settled promises. Like every executor promise they wait for the event loop's next step when
 // delayed execution is on.
-Promise promise_resolve(const Value& value = Value());
-Promise promise_reject(const Value& reason = Value());
+inline Promise<void> promise_resolve() {
+    return Promise<void>([](const Resolve<void>& resolve, const Reject&) { resolve(); });
+}
+template <class T>
+Promise<T> promise_resolve(T value) {
+    return Promise<T>(
+        [value = std::move(value)](const Resolve<T>& resolve, const Reject&) { resolve(value); });
+}
+template <class T = void>
+Promise<T> promise_reject(const Value& reason) {
+    return Promise<T>([reason](const Resolve<T>&, const Reject& reject) { reject(reason); });
+}
+template <class T = void>
+Promise<T> promise_cancelled() {
+    return Promise<T>([](const Resolve<T>&, const Reject&, const Cancel& cancel) { cancel(); });
+}
 
-// Fulfilled with the array of all values in input order once all are fulfilled; rejected with
-// the first reason as soon as one is rejected. Empty input: fulfilled with an empty array.
-Promise promise_all(const std::vector<Promise>& promises);
-// Fulfilled with the first value as soon as one is fulfilled; rejected once all are rejected,
-// with the array of their reasons in input order. Empty input: rejected with an empty array.
-Promise promise_any(const std::vector<Promise>& promises);
-// Settles as the first of them settles. Empty input: pending for ever.
-Promise promise_race(const std::vector<Promise>& promises);
-// Fulfilled once all have settled with an array, in input order, of structs
-// { status: "fulfilled", value } or { status: "rejected", reason }. Empty input: empty array.
-Promise promise_all_settled(const std::vector<Promise>& promises);
-
-// Library settings, in the process state; all off until set.
-using UncaughtRejectionHandler = std::function<void(const Promise& promise)>;
-void promises_set_uncaught_handler(UncaughtRejectionHandler handler);
-void promises_enable_debug(bool enabled);
-void promises_enable_delayed_execution(bool enabled);
-
-// The game's uncaught-rejection handler: logs the reason and the construction call stack (when
-// kept) with log_error, the bar drawn red on the on-screen log. Start-up installs it.
-void log_uncaught_rejection(const Promise& promise);
+template <class T>
+template <class F>
+Promise<void> Promise<T>::and_finally(F) const {
+    return promise_reject("Not implemented yet.");
+}
 
 }  // namespace veldra

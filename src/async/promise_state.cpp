@@ -20,12 +20,11 @@ StatePtr make_state(SourceLocation where) {
 }
 
 void execute(const StatePtr& state) {
-    Executor executor = std::exchange(state->executor, nullptr);
+    auto executor = std::exchange(state->executor, nullptr);
     state->in_construction = true;
     if (executor) {
         try {
-            executor(PromiseAccess::settler(state, PromiseStatus::fulfilled),
-                     PromiseAccess::settler(state, PromiseStatus::rejected));
+            executor(state);
         } catch (const std::exception& error) {
             reject(state, Value(error.what()));
         }
@@ -38,55 +37,66 @@ namespace {
 
 // Moves the callbacks out before calling them: the state is settled by then, so a callback
 // that chains on it again runs at once rather than landing in the list being walked.
-void settle(const StatePtr& state, PromiseStatus outcome, const Value& result) {
-    if (state->status != PromiseStatus::pending)
-        return;
+void settle(const StatePtr& state, PromiseStatus outcome) {
     state->status = outcome;
-    const bool fulfilled = outcome == PromiseStatus::fulfilled;
-    (fulfilled ? state->value : state->reason) = result;
-    std::vector<PromiseCallback> callbacks =
-        std::move(fulfilled ? state->resolve_callbacks : state->reject_callbacks);
-    state->resolve_callbacks.clear();
-    state->reject_callbacks.clear();
+    std::vector<PromiseCallback> callbacks = std::move(state->callbacks);
+    state->callbacks.clear();
     for (const PromiseCallback& callback : callbacks)
-        callback(result);
+        callback(*state);
 }
 
 }  // namespace
 
-void fulfill(const StatePtr& state, const Value& value) {
-    settle(state, PromiseStatus::fulfilled, value);
+void fulfill(const StatePtr& state, std::any value) {
+    if (state->status != PromiseStatus::pending)
+        return;
+    state->value = std::move(value);
+    settle(state, PromiseStatus::fulfilled);
 }
 
 void reject(const StatePtr& state, const Value& reason) {
-    const bool was_pending = state->status == PromiseStatus::pending;
-    settle(state, PromiseStatus::rejected, reason);
-    if (was_pending && !state->in_construction)
+    if (state->status != PromiseStatus::pending)
+        return;
+    state->reason = reason;
+    settle(state, PromiseStatus::rejected);
+    if (!state->in_construction)
         report_if_uncaught(state);
 }
 
-void add_resolve_callback(const StatePtr& state, PromiseCallback callback) {
-    if (state->status == PromiseStatus::pending)
-        state->resolve_callbacks.push_back(std::move(callback));
-    else if (state->status == PromiseStatus::fulfilled)
-        callback(state->value);
+void cancel(const StatePtr& state) {
+    if (state->status != PromiseStatus::pending)
+        return;
+    settle(state, PromiseStatus::cancelled);
 }
 
-void add_reject_callback(const StatePtr& state, PromiseCallback callback) {
-    state->has_reject_callback = true;
+void add_callback(const StatePtr& state, PromiseCallback callback) {
+    state->has_callback = true;
     if (state->status == PromiseStatus::pending)
-        state->reject_callbacks.push_back(std::move(callback));
-    else if (state->status == PromiseStatus::rejected)
-        callback(state->reason);
+        state->callbacks.push_back(std::move(callback));
+    else
+        callback(*state);
 }
 
 void follow(const StatePtr& state, const StatePtr& source) {
-    add_resolve_callback(source, [state](const Value& value) { fulfill(state, value); });
-    add_reject_callback(source, [state](const Value& reason) { reject(state, reason); });
+    add_callback(source, [state](const PromiseState& settled) {
+        switch (settled.status) {
+            case PromiseStatus::fulfilled:
+                fulfill(state, settled.value);
+                break;
+            case PromiseStatus::rejected:
+                reject(state, settled.reason);
+                break;
+            case PromiseStatus::cancelled:
+                cancel(state);
+                break;
+            case PromiseStatus::pending:
+                break;
+        }
+    });
 }
 
 void report_if_uncaught(const StatePtr& state) {
-    if (state->status != PromiseStatus::rejected || state->has_reject_callback)
+    if (state->status != PromiseStatus::rejected || state->has_callback)
         return;
     // A copy: the handler may install another handler while it runs.
     UncaughtRejectionHandler handler = promise_settings().uncaught_handler;

@@ -1,8 +1,8 @@
 #pragma once
-// Inside the promise module: the shared state behind a Promise handle and the operations on it
-// (the constructor's _execute, _fulfill, _reject, _add_resolve_callback, _add_reject_callback).
+// Inside the promise module: the shared state behind a promise handle and the operations on it.
 // Only the promise files and the event loop include this.
 
+#include <any>
 #include <functional>
 #include <memory>
 #include <string>
@@ -10,52 +10,48 @@
 #include "runtime/promise_settings.h"
 #include "runtime/source_location.h"
 
-#include "async/promise.h"
+#include "async/promise_untyped.h"
 
 namespace veldra::detail {
 
-using PromiseCallback = std::function<void(const Value&)>;
+// Called once the promise has settled, with its state; it reads the outcome from there.
+using PromiseCallback = std::function<void(const PromiseState& settled)>;
 
 struct PromiseState {
-    Executor executor;  // released once it has run: it often captures what the chain needs
+    // Released once it has run: it often captures what the chain needs.
+    std::function<void(const StatePtr& state)> executor;
     PromiseStatus status = PromiseStatus::pending;
-    Value value;
+    std::any value;
     Value reason;
     // Cleared at settlement; a callback added after settlement runs at once instead.
-    std::vector<PromiseCallback> resolve_callbacks;
-    std::vector<PromiseCallback> reject_callbacks;
+    std::vector<PromiseCallback> callbacks;
     std::vector<std::string> debug_callstack;
-    // Whether a reject callback was ever added: a rejection with none is "not caught".
-    bool has_reject_callback = false;
+    // Whether a callback was ever added: every callback takes rejections too (a chain passes
+    // them on), so a rejection with none is "not caught".
+    bool has_callback = false;
     // While the promise is being made (its executor running, or and_then settling it from an
     // already settled one) a rejection is not reported at once: the maker checks afterwards.
     bool in_construction = false;
 };
 
-using StatePtr = std::shared_ptr<PromiseState>;
-
 // The library's settings and queues, from the process state.
 PromiseSettings& promise_settings();
 
 struct PromiseAccess {
-    static Promise wrap(StatePtr state) { return Promise(std::move(state)); }
-    static const StatePtr& state_of(const Promise& promise) { return promise.state_; }
-    static PromiseSettler settler(StatePtr state, PromiseStatus outcome) {
-        return PromiseSettler(std::move(state), outcome);
-    }
+    static UntypedPromise wrap(StatePtr state) { return UntypedPromise(std::move(state)); }
 };
 
 // A pending state with no executor; keeps the call stack when debugging is on.
 StatePtr make_state(SourceLocation where);
 
-// Runs the executor with this promise's resolve and reject functions; an exception rejects.
-// Afterwards a rejection nobody catches goes to the uncaught handler.
+// Runs the executor with this promise's settlers; an exception rejects. Afterwards a rejection
+// nobody catches goes to the uncaught handler.
 void execute(const StatePtr& state);
 
-void fulfill(const StatePtr& state, const Value& value);
+void fulfill(const StatePtr& state, std::any value);
 void reject(const StatePtr& state, const Value& reason);
-void add_resolve_callback(const StatePtr& state, PromiseCallback callback);
-void add_reject_callback(const StatePtr& state, PromiseCallback callback);
+void cancel(const StatePtr& state);
+void add_callback(const StatePtr& state, PromiseCallback callback);
 
 // Settles `state` as `source` settles.
 void follow(const StatePtr& state, const StatePtr& source);

@@ -1,12 +1,12 @@
 #include <string>
 
-#include "async/promise.h"
+#include "async/promise_untyped.h"
 #include "runtime/log.h"
 #include "runtime/number_format.h"
 
 namespace veldra {
 
-void log_uncaught_rejection(const Promise& promise) {
+void log_uncaught_rejection(const UntypedPromise& promise) {
     std::string text = "A promise was rejected but not caught:\n";
     text += "[#ff5555]|[/c]";
     text += "\n[#ff5555]| [/c]\"" + to_string(promise.reason()) + "\"";

@@ -4,8 +4,8 @@
 
 namespace veldra {
 
-Promise room_goto_or_restart(Runtime& runtime, int room) {
-    return Promise([&runtime, room](const Resolve& resolve, const Reject&) {
+Promise<void> room_goto_or_restart(Runtime& runtime, int room) {
+    return Promise<void>([&runtime, room](const Resolve<void>& resolve, const Reject&) {
         runtime.instance_create_depth<obj_room_goer>(0, 0, 0).callback = resolve;
         if (room == runtime.room())
             runtime.room_restart();

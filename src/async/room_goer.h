@@ -12,7 +12,7 @@ class Runtime;
 // Goes to `room`, or restarts it when it is the current room. The promise is fulfilled, with
 // no value, in the first step after the room-start event that is also at a later millisecond
 // than the call, so a chain continues in the new room, never in the old one.
-Promise room_goto_or_restart(Runtime& runtime, int room);
+Promise<void> room_goto_or_restart(Runtime& runtime, int room);
 
 // Carries one room change out. Persistent, so that it sees the new room start.
 class obj_room_goer : public Instance {
@@ -22,7 +22,7 @@ public:
     void on_room_start() override;
     void on_step() override;
 
-    Resolve callback;
+    Resolve<void> callback;
     double current_time_at_create = 0;  // milliseconds, the runtime's current_time
     bool room_start_event_called = false;
 };

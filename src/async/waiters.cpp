@@ -6,15 +6,15 @@
 
 namespace veldra {
 
-Promise wait_one_step(Runtime& runtime) {
-    return Promise([&runtime](const Resolve& resolve, const Reject&) {
+Promise<void> wait_one_step(Runtime& runtime) {
+    return Promise<void>([&runtime](const Resolve<void>& resolve, const Reject&) {
         detail::create_waiter<obj_step_waiter>(runtime).callback = resolve;
     });
 }
 
-Promise wait_condition(Runtime& runtime, std::function<bool()> condition) {
-    return Promise(
-        [&runtime, condition = std::move(condition)](const Resolve& resolve, const Reject&) {
+Promise<void> wait_condition(Runtime& runtime, std::function<bool()> condition) {
+    return Promise<void>(
+        [&runtime, condition = std::move(condition)](const Resolve<void>& resolve, const Reject&) {
             auto& waiter = detail::create_waiter<obj_condition_waiter>(runtime);
             waiter.condition = condition;
             waiter.callback = resolve;

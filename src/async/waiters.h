@@ -13,11 +13,11 @@ namespace veldra {
 
 // Fulfilled in the first step of the waiter at a later millisecond than its creation: in
 // practice the next frame.
-Promise wait_one_step(Runtime& runtime);
+Promise<void> wait_one_step(Runtime& runtime);
 
 // Fulfilled in the first step of the waiter in which condition() is true; never tested in this
 // call, so a condition that already holds still waits for the next step.
-Promise wait_condition(Runtime& runtime, std::function<bool()> condition);
+Promise<void> wait_condition(Runtime& runtime, std::function<bool()> condition);
 
 namespace detail {
 // Every waiter sits at depth 0 at the origin: it has nothing to show.
@@ -33,7 +33,7 @@ public:
     void on_create() override;
     void on_step() override;
 
-    Resolve callback;
+    Resolve<void> callback;
     double current_time_at_create = 0;  // milliseconds, the runtime's current_time
 };
 
@@ -43,7 +43,7 @@ public:
     void on_step() override;
 
     std::function<bool()> condition;
-    Resolve callback;
+    Resolve<void> callback;
 };
 
 }  // namespace veldra

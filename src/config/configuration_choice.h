@@ -13,7 +13,8 @@ class Files;
 
 // Fulfilled with the custom file's name, "" for none. `debugs` and `files` (where an answer is
 // saved) must outlive the question.
-Promise ask_custom_configuration_name(const ProgramParameters& params, DebugSettings& debugs,
-                                      Dialogs& dialogs, Files& files);
+Promise<std::string> ask_custom_configuration_name(const ProgramParameters& params,
+                                                   DebugSettings& debugs, Dialogs& dialogs,
+                                                   Files& files);
 
 }  // namespace veldra

@@ -72,22 +72,23 @@ bool load_and_set_localization(Files& files, Localization& localization, std::st
     return true;
 }
 
-Promise _debug_ask_localization(DebugSettings& debugs, Dialogs& dialogs, Files& files) {
+Promise<std::optional<std::string>> _debug_ask_localization(DebugSettings& debugs, Dialogs& dialogs,
+                                                            Files& files) {
+    using Code = std::optional<std::string>;
     return dialog_get_string(dialogs,
                              "Enter localization file's name.\n E.g. the name of "
                              "/localization/en.ini would be just \"en\".",
                              debugs.lang)
-        .and_then([&debugs, &files](const Value& answer) -> Value {
-            // A cancelled question (always, in headless runs) keeps the stored answer.
-            if (!answer.is_string())
-                return Value();
-            std::string code = string_trim(answer.as_string());
+        .and_then([&debugs, &files](const std::string& answer) -> Code {
+            std::string code = string_trim(answer);
             debugs.lang = code;
             save_active_debug_settings(files, debugs);
             if (code.empty())
-                return Value();
+                return std::nullopt;
             return code;
-        });
+        })
+        // A cancelled question (always, in headless runs) keeps the stored answer.
+        .and_cancelled([] { return Code(); });
 }
 
 }  // namespace veldra

@@ -42,9 +42,10 @@ void initialize_localization(Localization& localization);
 bool load_and_set_localization(Files& files, Localization& localization, std::string_view code);
 
 // Asks the developer for a language code, remembered in `debugs` and saved through `files`
-// (both must outlive the question). Fulfilled with the code, or with undefined for an empty
+// (both must outlive the question). Fulfilled with the code, or with nullopt for an empty
 // answer or a cancel.
-Promise _debug_ask_localization(DebugSettings& debugs, Dialogs& dialogs, Files& files);
+Promise<std::optional<std::string>> _debug_ask_localization(DebugSettings& debugs, Dialogs& dialogs,
+                                                            Files& files);
 
 // Builds a language from the text of the INI file at `path`. A stray line is warned with its
 // line number and skipped; a file without a [localization] section gives nullopt (logged).

@@ -11,13 +11,14 @@
 
 namespace veldra {
 
-class Promise;
+class UntypedPromise;
 namespace detail {
 struct PromiseState;
 }
 
 struct PromiseSettings {
-    std::function<void(const Promise& promise)> uncaught_handler;  // none: rejections go unseen
+    std::function<void(const UntypedPromise& promise)>
+        uncaught_handler;  // none: rejections go unseen
     bool debug_enabled = false;
     bool delayed_execution = false;
     // Promises whose executors are still to run, oldest first.

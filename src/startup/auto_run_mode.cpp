@@ -75,8 +75,8 @@ void play_worker_chunks(AppState& app, const ProgramParameters& params, double s
     options.should_stop = [] { return interrupt_requested(); };
     auto_run_trials(app.sim, resolve_user_path(*params.auto_run_config), chunk->part, *slot.rng,
                     seed, std::move(options))
-        .and_then([&app, params, seed](const Value& completed) {
-            if (!completed.as_bool())
+        .and_then([&app, params, seed](bool completed) {
+            if (!completed)
                 return end_program(app, interrupt_requested() ? EXIT_INTERRUPTED : 1);
             const std::string done =
                 "done " + std::to_string(app.sim.world.zero_weight_errors) + "\n";
@@ -160,19 +160,16 @@ void run_in_this_process(AppState& app, const ProgramParameters& params, double 
     const std::size_t resumed = options.already_done;
     auto_run_trials(app.sim, resolve_user_path(*params.auto_run_config), output, *slot.rng, seed,
                     std::move(options))
-        .and_then([&app, &slot, output, resumed](const Value& completed) {
+        .and_then([&app, &slot, output, resumed](bool completed) {
             const double seconds = slot.progress ? slot.progress->finish() : 0;
             const std::size_t new_runs = slot.runs_done > resumed ? slot.runs_done - resumed : 0;
-            const char* how = completed.as_bool()     ? "done"
-                              : interrupt_requested() ? "interrupted"
-                                                      : "failed";
+            const char* how = completed ? "done" : interrupt_requested() ? "interrupted" : "failed";
             std::printf("Auto run %s: %zu trials in %.1f s (%.1f trials/s); results in \"%s\".\n",
                         how, new_runs, seconds,
                         seconds > 0 ? static_cast<double>(new_runs) / seconds : 0.0,
                         output.c_str());
             app.sim.world.log_zero_total_weight_summary();
-            end_program(app,
-                        completed.as_bool() ? 0 : (interrupt_requested() ? EXIT_INTERRUPTED : 1));
+            end_program(app, completed ? 0 : (interrupt_requested() ? EXIT_INTERRUPTED : 1));
         })
         .and_catch([&app, &slot](const Value& reason) {
             if (slot.progress)

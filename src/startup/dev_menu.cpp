@@ -79,60 +79,61 @@ MenuDefinition local_session_page(AppState& app) {
 void generate_levels(AppState& app) {
     auto generator = std::make_shared<std::string>();
     dialog_get_open_filename(*app.services.dialogs, "*.json", "", "Select a generator file.")
-        .and_then([&app, generator](const Value& file) -> HandlerResult {
-            if (!file.is_string() || file.as_string().empty())
-                return promise_reject(Value());
-            *generator = file.as_string();
+        .and_then([&app, generator](const std::string& file) {
+            if (file.empty())
+                return promise_cancelled<std::string>();
+            *generator = file;
             return dialog_get_string(
                 *app.services.dialogs,
                 "The levels will be generated under a directory.\nEnter "
                 "directory name:",
                 "levels_" + make_file_name_stamp(app.services.clock->local_now(), '_'));
         })
-        .and_then([&app, generator](const Value& folder) {
-            if (!folder.is_string() || folder.as_string().empty())
+        .and_then([&app, generator](const std::string& output) {
+            if (output.empty())
                 return;
-            const std::string output = folder.as_string();
             if (!generate_level_set(*app.services.files, app.sim.cell_types,
                                     resolve_user_path(*generator), output, std::nullopt))
                 return message(app, "Failed to read generator configurations.");
             message(app, "The levels were generated under \"" + output + "\".");
-        })
-        .and_catch([](const Value&) {});  // cancelled
+        });
 }
 
 void auto_run(AppState& app) {
     struct Answers {
         std::string config;
         double seed = 0;
-        bool started = false;  // every question answered: a rejection now is a failure
     };
     auto answers = std::make_shared<Answers>();
+    auto reopen_menu = [&app] {
+        if (obj_loading_status* status = loading_status(app))
+            status->clear();
+        if (popup_menus_open(app.runtime, DEV_MENU_NAME) == 0)
+            open_dev_menu(app);
+    };
     dialog_get_open_filename(*app.services.dialogs, "*.json", "",
                              "Select an auto-run configuration file.")
-        .and_then([&app, answers](const Value& file) -> HandlerResult {
-            if (!file.is_string() || file.as_string().empty())
-                return promise_reject(Value());
-            answers->config = file.as_string();
+        .and_then([&app, answers](const std::string& file) {
+            if (file.empty())
+                return promise_cancelled<std::string>();
+            answers->config = file;
             return dialog_get_string(*app.services.dialogs,
                                      "Random seed\n(the default here is a randomized number)",
                                      number_to_string(random_seed_value()));
         })
-        .and_then([&app, answers](const Value& seed) -> HandlerResult {
-            if (!seed.is_string())
-                return promise_reject(Value());
-            const auto value = parse_seed_value(seed.as_string());
+        .and_then([&app, answers](const std::string& seed) {
+            const auto value = parse_seed_value(seed);
             if (!value) {
-                message(app, "\"" + seed.as_string() + "\" " + std::string(SEED_PROBLEM));
-                return promise_reject(Value());
+                message(app, "\"" + seed + "\" " + std::string(SEED_PROBLEM));
+                return promise_cancelled<std::string>();
             }
             answers->seed = *value;
             return dialog_get_save_filename(*app.services.dialogs, "*.csv", "trials.csv",
                                             "Save results as");
         })
-        .and_then([&app, answers](const Value& output) -> HandlerResult {
-            if (!output.is_string() || output.as_string().empty())
-                return promise_reject(Value());
+        .and_then([&app, answers](const std::string& output) {
+            if (output.empty())
+                return promise_cancelled<void>();
             app.auto_run.rng.emplace(answers->seed);
             AutoRunOptions options;
             options.on_progress = [&app](std::size_t done, std::size_t total) {
@@ -141,16 +142,15 @@ void auto_run(AppState& app) {
                                 total ? static_cast<double>(done) / static_cast<double>(total) : 1);
             };
             const auto started = std::chrono::steady_clock::now();
-            answers->started = true;
             // The progress shows where the menu was, and no second run can start meanwhile.
             close_popup_menus(app.runtime, DEV_MENU_NAME);
-            return auto_run_trials(app.sim, resolve_user_path(answers->config), output.as_string(),
+            return auto_run_trials(app.sim, resolve_user_path(answers->config), output,
                                    *app.auto_run.rng, answers->seed, std::move(options))
-                .and_then([&app, started](const Value& completed) {
+                .and_then([&app, started](bool completed) {
                     if (obj_loading_status* status = loading_status(app))
                         status->clear();
                     open_dev_menu(app);
-                    if (!completed.as_bool())
+                    if (!completed)
                         return message(app, "The auto run stopped before its end; see the log.");
                     const double seconds =
                         std::chrono::duration<double>(std::chrono::steady_clock::now() - started)
@@ -160,18 +160,15 @@ void auto_run(AppState& app) {
                                      " seconds.");
                 });
         })
-        .and_catch([&app, answers](const Value& reason) {
-            if (obj_loading_status* status = loading_status(app))
-                status->clear();
-            if (popup_menus_open(app.runtime, DEV_MENU_NAME) == 0)
-                open_dev_menu(app);
-            // A cancelled question rejects with nothing: there is nothing to report then. The
-            // auto runner has logged why a started run failed.
-            if (!reason.is_undefined())
-                message(app, to_string(reason));
-            else if (answers->started)
-                message(app, "Failed to read auto-run configurations.");
-        });
+        .and_catch([&app, reopen_menu](const Value& reason) {
+            reopen_menu();
+            // Without a reason the auto runner has logged why the run could not start.
+            message(app, reason.is_undefined()
+                             ? std::string("Failed to read auto-run configurations.")
+                             : to_string(reason));
+        })
+        // A question left unanswered: back to the menu, nothing to report.
+        .and_cancelled(reopen_menu);
 }
 
 MenuDefinition level_list_page(AppState& app) {
@@ -185,10 +182,9 @@ MenuDefinition level_list_page(AppState& app) {
 
 void play_level_from_file(AppState& app) {
     dialog_get_open_filename(*app.services.dialogs, "*.txt", "", "Select a level file")
-        .and_then([&app](const Value& file) {
-            if (!file.is_string() || file.as_string().empty())
+        .and_then([&app](const std::string& path) {
+            if (path.empty())
                 return;
-            const std::string path = file.as_string();
             if (!level_load_for_trial(*app.services.files, app.sim.cell_types,
                                       resolve_user_path(path)))
                 return message(app, "Failed to load level from file.");

@@ -54,16 +54,16 @@ bool developer_asked(const AppState& app) {
 }
 
 // Fulfilled once a language is active: the `lang` parameter, else (debug) asked for, else en.
-Promise choose_language(AppState& app) {
+Promise<void> choose_language(AppState& app) {
     initialize_localization(app.localization);
-    Promise code =
-        app.params.lang ? promise_resolve(*app.params.lang)
+    using Code = std::optional<std::string>;
+    Promise<Code> code =
+        app.params.lang ? promise_resolve(Code(*app.params.lang))
         : developer_asked(app)
             ? _debug_ask_localization(app.debugs, *app.services.dialogs, *app.services.files)
-            : promise_resolve();
-    return code.and_then([&app](const Value& language) {
-        load_and_set_localization(*app.services.files, app.localization,
-                                  language.is_string() ? language.as_string() : "en");
+            : promise_resolve(Code());
+    return code.and_then([&app](const Code& language) {
+        load_and_set_localization(*app.services.files, app.localization, language.value_or("en"));
         if (app.window_dialogs)
             app.window_dialogs->set_texts(dialog_texts_from(app.localization));
     });
@@ -98,13 +98,12 @@ void obj_init::on_create() {
         .and_then([&app] {
             initialize_game_systems(app.sim);
             if (!app.params.config && !developer_asked(app))
-                return promise_resolve(Value(std::string()));
+                return promise_resolve(std::string());
             return ask_custom_configuration_name(app.params, app.debugs, *app.services.dialogs,
                                                  *app.services.files);
         })
-        .and_then([&app](const Value& custom_name) {
-            reload_game_configurations(app.sim.configs, *app.services.files,
-                                       custom_name.as_string());
+        .and_then([&app](const std::string& custom_name) {
+            reload_game_configurations(app.sim.configs, *app.services.files, custom_name);
             create_status_displays(app);
             choose_run_mode(app);
         })

@@ -139,20 +139,19 @@ void run_trial(AppState& app, std::shared_ptr<PlaySession> session, Level level,
     SimulationState& sim = app.sim;
     app.on_quit_requested = [&app, session](bool) { on_quit(app, *session); };
     room_goto_or_restart(app.runtime, app.runtime.room_find("rm_game"))
-        .and_then([&sim, session, level = std::move(level), game_speed]() -> HandlerResult {
+        .and_then([&sim, session, level = std::move(level), game_speed] {
             auto& trial = sim.runtime.instance_create<obj_trial>(0, 0, "Instances", sim);
             sim.trial.trial = trial.id();
             trial.initialize(level, session->record.seed, false, game_speed, 0);
             if (session->replaying)
                 for (const PlayerCommand& command : session->record.commands)
                     sim.world.player_commands.push(command);
-            return std::get<Promise>(trial.start(session->record.traits));
+            return std::get<Promise<TrialResult>>(trial.start(session->record.traits));
         })
-        .and_then([&app, &sim, session]() {
-            obj_trial* trial = sim.current_trial();
+        .and_then([&app, &sim, session](const TrialResult& result) {
             if (!session->replaying)
                 session->record.commands = sim.world.player_commands.applied;
-            finish(app, *session, *trial->result);
+            finish(app, *session, result);
         })
         .and_catch([&app](const Value& reason) {
             log_error("The trial failed: " + to_string(reason));

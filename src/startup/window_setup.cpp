@@ -124,10 +124,10 @@ std::unique_ptr<platform::GameWindow> open_window(AppState& app, const WindowReq
         views.start_zoom = request.camera_zoom;
         return create_trial_views(app.sim, trial, app.localization, *app.sprites, views);
     };
-    app.sim.ask_personality_traits = [&app](std::shared_ptr<PersonalityTraits> traits,
+    app.sim.ask_personality_traits = [&app](const PersonalityTraits& traits,
                                             const std::string& heading) {
         return get_personality_traits_via_menu(
-            app.runtime, std::move(traits), heading, app.sim.configs, app.localization,
+            app.runtime, traits, heading, app.sim.configs, app.localization,
             app.sim.configs->leave_traits_menu_open_when_playing);
     };
     return window;

@@ -112,10 +112,10 @@ void obj_auto_runner::on_step() {
     const AutoRunParams& run = params[current_param_index];
     auto_run_trial(sim_, run.filename, static_cast<std::int64_t>(current_param_index), run.traits,
                    run.seed, total_score)
-        .and_then([this](const Value& record) {
-            total_score += record.get("result").get("trial_score").as_number();
+        .and_then([this](const TrialData& record) {
+            total_score += record.result.trial_score;
             // A line that did not reach the disk ends the batch: going on would leave a gap.
-            if (!write_line(trial_data_value_as_csv(record))) {
+            if (!write_line(trial_data_as_csv(record))) {
                 finish(false);
                 return;
             }
@@ -151,12 +151,12 @@ std::optional<AutoRunConfigs> auto_run_read_and_check(SimulationState& sim,
     return configs;
 }
 
-Promise auto_run_trials(SimulationState& sim, const std::string& configs_filename,
-                        const std::string& output_csv_filename, Rng& rng, double seed,
-                        AutoRunOptions options) {
+Promise<bool> auto_run_trials(SimulationState& sim, const std::string& configs_filename,
+                              const std::string& output_csv_filename, Rng& rng, double seed,
+                              AutoRunOptions options) {
     auto configs = auto_run_read_and_check(sim, configs_filename);
     if (!configs)
-        return promise_reject(Value());
+        return promise_reject<bool>(Value());  // each failure is logged already
     log("Starting auto runs of one or more trials...");
     log("Auto run configurations: \"" + configs_filename + "\"");
     log("Auto run output file: \"" + output_csv_filename + "\"");
@@ -164,46 +164,46 @@ Promise auto_run_trials(SimulationState& sim, const std::string& configs_filenam
     auto& runner = sim.runtime.instance_create<obj_auto_runner>(0, 0, "Instances", sim);
     runner.persistent = true;
     // The callback is set once the promise exists; the runner calls it from a later step.
-    auto resolve_slot = std::make_shared<Resolve>();
+    auto resolve_slot = std::make_shared<Resolve<bool>>();
     auto done = [resolve_slot](bool completed) {
         if (completed)
             log("Auto runs completed.");
-        (*resolve_slot)(Value(completed));
+        (*resolve_slot)(completed);
     };
     if (!runner.initialize(*configs, output_csv_filename, rng, done, std::move(options))) {
         sim.runtime.instance_destroy(runner.id());
-        return promise_resolve(Value(false));  // not completed; the reason is logged already
+        return promise_resolve(false);  // not completed; the reason is logged already
     }
-    return Promise(
-        [resolve_slot](const Resolve& resolve, const Reject&) { *resolve_slot = resolve; });
+    return Promise<bool>(
+        [resolve_slot](const Resolve<bool>& resolve, const Reject&) { *resolve_slot = resolve; });
 }
 
-Promise auto_run_trial(SimulationState& sim, const std::string& level_filename,
-                       std::int64_t play_order, const PersonalityTraits& traits, double seed,
-                       double total_score_before_this_trial) {
+Promise<TrialData> auto_run_trial(SimulationState& sim, const std::string& level_filename,
+                                  std::int64_t play_order, const PersonalityTraits& traits,
+                                  double seed, double total_score_before_this_trial) {
     if (obj_trial* previous = sim.current_trial())
         sim.runtime.instance_destroy(previous->id());
     log("Starting auto run #" + std::to_string(play_order));
     Runtime& runtime = sim.runtime;
-    return room_goto_or_restart(runtime, runtime.room_find("rm_game"))
-        .and_then([=, &sim]() -> HandlerResult {
-            const Level* level = auto_run_level(sim, level_filename);
-            if (!level)
-                return promise_reject(Value("Failed to read level \"" + level_filename + "\"."));
-            auto& trial = sim.runtime.instance_create<obj_trial>(0, 0, "Instances", sim);
-            sim.trial.trial = trial.id();
-            trial.initialize(*level, seed, true, sim.configs->game_speed,
-                             total_score_before_this_trial);
-            TrialData data;
-            data.config_version = sim.configs->configuration_version;
-            data.game_version = BUILD_VERSION;
-            data.seed = seed;
-            data.level_info =
-                trial_level_info_from_level(sim.cell_types, *level, level_filename, play_order);
-            data.traits = traits;
-            data.result = std::get<TrialResult>(trial.start(traits));
-            return trial_data_to_value(data);
-        });
+    return room_goto_or_restart(runtime, runtime.room_find("rm_game")).and_then([=, &sim]() {
+        const Level* level = auto_run_level(sim, level_filename);
+        if (!level)
+            return promise_reject<TrialData>(
+                Value("Failed to read level \"" + level_filename + "\"."));
+        auto& trial = sim.runtime.instance_create<obj_trial>(0, 0, "Instances", sim);
+        sim.trial.trial = trial.id();
+        trial.initialize(*level, seed, true, sim.configs->game_speed,
+                         total_score_before_this_trial);
+        TrialData data;
+        data.config_version = sim.configs->configuration_version;
+        data.game_version = BUILD_VERSION;
+        data.seed = seed;
+        data.level_info =
+            trial_level_info_from_level(sim.cell_types, *level, level_filename, play_order);
+        data.traits = traits;
+        data.result = std::get<TrialResult>(trial.start(traits));
+        return promise_resolve(std::move(data));
+    });
 }
 
 }  // namespace veldra

@@ -15,6 +15,7 @@
 #include "async/promise.h"
 #include "runtime/instance.h"
 #include "trials/auto_run_plan.h"
+#include "trials/trial_data.h"
 #include "world/level.h"
 
 namespace veldra {
@@ -66,20 +67,20 @@ private:
 };
 
 // Reads the auto-run file, checks every level can be read, logs the start lines and runs the
-// batch. Fulfilled (with true) when every run is done, with false when stopped early or when
+// batch. Fulfilled with true when every run is done, with false when stopped early or when
 // the output cannot be written; rejected when the file or a level is unusable.
-Promise auto_run_trials(SimulationState& sim, const std::string& configs_filename,
-                        const std::string& output_csv_filename, Rng& rng, double seed,
-                        AutoRunOptions options = {});
+Promise<bool> auto_run_trials(SimulationState& sim, const std::string& configs_filename,
+                              const std::string& output_csv_filename, Rng& rng, double seed,
+                              AutoRunOptions options = {});
 
 // Reads the auto-run file and every level it names (each failure logged). The check
 // auto_run_trials makes first; a shell run makes it before anything starts.
 std::optional<AutoRunConfigs> auto_run_read_and_check(SimulationState& sim,
                                                       const std::string& configs_filename);
 
-// One automatic trial; fulfilled with the record (a struct, see trial_data_to_value).
-Promise auto_run_trial(SimulationState& sim, const std::string& level_filename,
-                       std::int64_t play_order, const PersonalityTraits& traits, double seed,
-                       double total_score_before_this_trial);
+// One automatic trial; fulfilled with its record.
+Promise<TrialData> auto_run_trial(SimulationState& sim, const std::string& level_filename,
+                                  std::int64_t play_order, const PersonalityTraits& traits,
+                                  double seed, double total_score_before_this_trial);
 
 }  // namespace veldra

@@ -27,8 +27,9 @@ namespace {
 // The record of the trial that has just reported its end: the traits it was started with (the
 // ones the player chose), its level as counted from the cells, and its result.
 TrialData finished_trial_record(const SimulationState& sim, const obj_trial& trial,
-                                const std::string& user_id, const std::string& level_filename,
-                                std::size_t play_order, double seed) {
+                                const TrialResult& result, const std::string& user_id,
+                                const std::string& level_filename, std::size_t play_order,
+                                double seed) {
     TrialData data;
     data.user_id = user_id;
     data.config_version = sim.configs->configuration_version;
@@ -37,7 +38,7 @@ TrialData finished_trial_record(const SimulationState& sim, const obj_trial& tri
     data.level_info = trial_level_info_from_level(sim.cell_types, *trial.level, level_filename,
                                                   static_cast<std::int64_t>(play_order));
     data.traits = trial.traits.value_or(PersonalityTraits{});
-    data.result = *trial.result;
+    data.result = result;
     return data;
 }
 
@@ -58,61 +59,63 @@ void autosave(LocalSession& session, const TrialData& record) {
               session.autosave->path() + "\": " + error + ".");
 }
 
-// One trial of a session; `record` receives the finished trial's record before the promise is
-// fulfilled with it.
-Promise run_session_trial(SessionContext& context, const std::string& user_id,
-                          const std::string& level_filename, std::size_t play_order,
-                          std::size_t number_of_levels,
-                          std::optional<PersonalityTraits> preset_traits, double total_score,
-                          Rng& rng, std::shared_ptr<TrialData> record) {
+}  // namespace
+
+Promise<TrialData> _session_run_trial(SessionContext& context, const std::string& user_id,
+                                      const std::string& level_filename, std::size_t play_order,
+                                      std::size_t number_of_levels,
+                                      std::optional<PersonalityTraits> preset_traits,
+                                      double total_score, Rng& rng) {
     SimulationState& sim = context.sim;
     auto level = level_load_from_file(sim.files, sim.cell_types, resolve_user_path(level_filename));
     if (!level)
-        return promise_reject(Value("Failed to load the level \"" + level_filename + "\"."));
+        return promise_reject<TrialData>(
+            Value("Failed to load the level \"" + level_filename + "\"."));
     const PersonalityTraits traits = preset_traits.value_or(PersonalityTraits{});
     const double seed = static_cast<double>(rng.rng_irandom(std::int64_t{1} << 32));
     const std::string heading =
         session_traits_heading(context.localization, play_order + 1, number_of_levels);
     return trial_run(sim, *level, seed, traits, heading, total_score)
-        .and_then([&sim, user_id, level_filename, play_order, seed, record]() -> HandlerResult {
+        .and_then([&sim, user_id, level_filename, play_order, seed](const TrialResult& result) {
             const obj_trial* trial = sim.current_trial();
-            if (!trial || !trial->result)
-                return promise_reject(
+            if (!trial)
+                return promise_reject<TrialData>(
                     Value("The trial of \"" + level_filename + "\" ended without a result."));
-            *record = finished_trial_record(sim, *trial, user_id, level_filename, play_order, seed);
-            return trial_data_to_value(*record);
+            return promise_resolve(finished_trial_record(sim, *trial, result, user_id,
+                                                         level_filename, play_order, seed));
         });
 }
+
+namespace {
 
 // Plays level `i` of the session and every level after it. The result screen may ask for the
 // same level again (a developer's rerun): that trial's record then takes the place of the first
 // in the records kept for "Save results", while the autosave, which only ever grows, gets it as
 // a later line with the same play_order.
-Promise play_session_level(SessionContext& context, std::shared_ptr<LocalSession> session,
-                           std::size_t i) {
+Promise<void> play_session_level(SessionContext& context, std::shared_ptr<LocalSession> session,
+                                 std::size_t i) {
     const std::size_t count = session->level_filenames.size();
     if (i >= count && session->repeat && count > 0)
         i = 0;
     if (i >= count)
         return promise_resolve();
-    auto record = std::make_shared<TrialData>();
-    return run_session_trial(context, session->user_id, session->level_filenames[i], i, count,
-                             std::nullopt, session->total_score, session->rng, record)
-        .and_then([&context, session, record]() -> HandlerResult {
-            session->trials->push_back(*record);
-            session->total_score += record->result.trial_score;
-            autosave(*session, *record);
+    return _session_run_trial(context, session->user_id, session->level_filenames[i], i, count,
+                              std::nullopt, session->total_score, session->rng)
+        .and_then([&context, session](const TrialData& record) {
+            session->trials->push_back(record);
+            session->total_score += record.result.trial_score;
+            autosave(*session, record);
             if (!context.screens.wait_traits_menus_closed)
-                return {};
-            return context.screens.wait_traits_menus_closed();
+                return promise_resolve(record);
+            return context.screens.wait_traits_menus_closed().and_then([record] { return record; });
         })
-        .and_then([&context, record, count]() -> HandlerResult {
+        .and_then([&context, count](const TrialData& record) {
             if (!context.sim.configs->show_trial_result_menu || !context.screens.show_trial_result)
-                return {};
-            return context.screens.show_trial_result(*record, count);
+                return promise_resolve(TrialResultChoice::next_level);
+            return context.screens.show_trial_result(record, count);
         })
-        .and_then([&context, session, i](const Value& answer) {
-            if (answer.is_string() && answer.as_string() == SESSION_RERUN_LEVEL) {
+        .and_then([&context, session, i](TrialResultChoice choice) {
+            if (choice == TrialResultChoice::play_again) {
                 session->total_score -= session->trials->back().result.trial_score;
                 session->trials->pop_back();
                 return play_session_level(context, session, i);
@@ -138,15 +141,6 @@ std::string trial_results_csv_text(const std::vector<TrialData>& trials) {
     for (const TrialData& trial : trials)
         text += trial_data_as_csv(trial);
     return text;
-}
-
-Promise _session_run_trial(SessionContext& context, const std::string& user_id,
-                           const std::string& level_filename, std::size_t play_order,
-                           std::size_t number_of_levels,
-                           std::optional<PersonalityTraits> preset_traits, double total_score,
-                           Rng& rng) {
-    return run_session_trial(context, user_id, level_filename, play_order, number_of_levels,
-                             preset_traits, total_score, rng, std::make_shared<TrialData>());
 }
 
 std::shared_ptr<LocalSession> local_session_start(SessionContext& context,
@@ -189,24 +183,24 @@ std::shared_ptr<LocalSession> local_session_start(SessionContext& context,
     return session;
 }
 
-Promise save_trial_results_as_csv(Dialogs& dialogs, Files& files,
-                                  std::shared_ptr<const std::vector<TrialData>> trials,
-                                  const std::string& title, const std::string& cannot_save,
-                                  std::function<std::string(const std::string&)> reason_text) {
+Promise<std::optional<std::string>> save_trial_results_as_csv(
+    Dialogs& dialogs, Files& files, std::shared_ptr<const std::vector<TrialData>> trials,
+    const std::string& title, const std::string& cannot_save,
+    std::function<std::string(const std::string&)> reason_text) {
+    using SavedPath = std::optional<std::string>;
     return dialog_get_save_filename(dialogs, "*.csv", "trials.csv", title)
         .and_then([&dialogs, &files, trials, cannot_save,
-                   reason_text](const Value& answer) -> HandlerResult {
-            if (!answer.is_string() || answer.as_string().empty())
-                return {};
-            const std::string path = answer.as_string();
+                   reason_text](const std::string& path) -> SavedPath {
+            if (path.empty())
+                return std::nullopt;
             const std::string error = files.write(path, trial_results_csv_text(*trials));
             if (!error.empty()) {
                 dialogs.show_message(text_replace(text_replace(cannot_save, "{0}", path), "{1}",
                                                   reason_text ? reason_text(error) : error));
-                return {};
+                return std::nullopt;
             }
             log("Saved " + std::to_string(trials->size()) + " trial results to \"" + path + "\".");
-            return Value(path);
+            return path;
         });
 }
 

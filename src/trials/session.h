@@ -27,21 +27,21 @@ class Files;
 struct Localization;
 struct SimulationState;
 
-// What the result screen's promise is fulfilled with when a developer asks to play the same level
-// again; anything else moves on to the next level.
-inline constexpr const char* SESSION_RERUN_LEVEL = "rerun_level";
+// What the participant chose on the result screen: a developer may play the same level again.
+enum class TrialResultChoice { next_level, play_again };
 
 // What a session shows between trials. The window's are popup menus (ui/session_menus.h);
 // tests give their own. Each returns a promise fulfilled when the participant moves on.
 struct SessionScreens {
     // Unset: no result screen (as with show_trial_result_menu false).
-    std::function<Promise(const TrialData& trial, std::size_t number_of_levels)> show_trial_result;
+    std::function<Promise<TrialResultChoice>(const TrialData& trial, std::size_t number_of_levels)>
+        show_trial_result;
     // `trials` is null in a session whose records are not kept here (a server session).
     std::function<void(const std::string& user_id, double total_score,
                        std::shared_ptr<const std::vector<TrialData>> trials)>
         show_end;
     // Fulfilled once no traits menu is open any more (one may stay open during play).
-    std::function<Promise()> wait_traits_menus_closed;
+    std::function<Promise<void>()> wait_traits_menus_closed;
     // A problem the participant must see (a level that cannot be loaded).
     std::function<void(const std::string& text)> show_problem;
 };
@@ -76,13 +76,13 @@ std::shared_ptr<LocalSession> local_session_start(SessionContext& context,
                                                   std::optional<AppendFile> autosave = {});
 
 // One trial of a session: loads the level, draws the seed, lets the player choose traits under
-// the numbered heading, plays it, and fulfils with the record (trial_data_to_value). Rejected
-// with a message naming the file when the level cannot be loaded.
-Promise _session_run_trial(SessionContext& context, const std::string& user_id,
-                           const std::string& level_filename, std::size_t play_order,
-                           std::size_t number_of_levels,
-                           std::optional<PersonalityTraits> preset_traits, double total_score,
-                           Rng& rng);
+// the numbered heading, plays it, and fulfils with the record. Rejected with a message naming
+// the file when the level cannot be loaded; cancelled when the traits menu is left.
+Promise<TrialData> _session_run_trial(SessionContext& context, const std::string& user_id,
+                                      const std::string& level_filename, std::size_t play_order,
+                                      std::size_t number_of_levels,
+                                      std::optional<PersonalityTraits> preset_traits,
+                                      double total_score, Rng& rng);
 
 // The traits menu's heading for trial `trial_number` (1-based) of `number_of_levels`.
 std::string session_traits_heading(const Localization& localization, std::size_t trial_number,
@@ -92,11 +92,11 @@ std::string session_traits_heading(const Localization& localization, std::size_t
 std::string trial_results_csv_text(const std::vector<TrialData>& trials);
 
 // Asks for a file name (filter "*.csv", proposing "trials.csv") and writes the records there.
-// Fulfilled with the path written, or undefined when the user cancelled or the file could not
-// be written (then a message says why and nothing else is touched).
+// Fulfilled with the path written, or nullopt when no name was given or the file could not be
+// written (then a message says why and nothing else is touched); cancelled with the dialog.
 // `title` heads the dialog; `cannot_save` is the message when writing fails, {0} the path and
 // {1} the reason as `reason_text` words it (the participant's language).
-Promise save_trial_results_as_csv(
+Promise<std::optional<std::string>> save_trial_results_as_csv(
     Dialogs& dialogs, Files& files, std::shared_ptr<const std::vector<TrialData>> trials,
     const std::string& title = "Save results as",
     const std::string& cannot_save =

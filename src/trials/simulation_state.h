@@ -64,9 +64,10 @@ struct SimulationState {
     // destroys with itself. Unset, interactive trials run unseen (tests, headless replays).
     std::function<InstanceId(obj_trial&)> create_trial_views;
     // Made by the application when it has a window: lets the player adjust `traits` in the
-    // personality-traits menu under `heading`, fulfilled when they start the trial. Unset, a
-    // trial starts with the traits it was given.
-    std::function<Promise(std::shared_ptr<PersonalityTraits> traits, const std::string& heading)>
+    // personality-traits menu under `heading`, fulfilled with their choice when they start the
+    // trial. Unset, a trial starts with the traits it was given.
+    std::function<Promise<PersonalityTraits>(const PersonalityTraits& traits,
+                                             const std::string& heading)>
         ask_personality_traits;
 };
 

@@ -8,17 +8,17 @@
 
 namespace veldra {
 
-Promise wait_ticks(Runtime& runtime, Ticker& ticker, InstanceId trial, InstanceId instance,
-                   Ticks num_ticks) {
-    return Promise(
-        [&runtime, &ticker, trial, instance, num_ticks](const Resolve& resolve, const Reject&) {
-            detail::create_waiter<obj_tick_waiter>(runtime).initialize(ticker, trial, instance,
-                                                                       num_ticks, resolve);
-        });
+Promise<void> wait_ticks(Runtime& runtime, Ticker& ticker, InstanceId trial, InstanceId instance,
+                         Ticks num_ticks) {
+    return Promise<void>([&runtime, &ticker, trial, instance, num_ticks](
+                             const Resolve<void>& resolve, const Reject&) {
+        detail::create_waiter<obj_tick_waiter>(runtime).initialize(ticker, trial, instance,
+                                                                   num_ticks, resolve);
+    });
 }
 
 void obj_tick_waiter::initialize(Ticker& ticker, InstanceId trial_id, InstanceId instance_id,
-                                 Ticks num_ticks, Resolve resolve) {
+                                 Ticks num_ticks, Resolve<void> resolve) {
     trial = trial_id;
     instance = instance_id;
     ticks = num_ticks;

@@ -16,8 +16,8 @@ class Ticker;
 // pending. The ticker is its trial's; `trial` is that trial entity, watched by the waiter,
 // which gives up (promise pending for ever) once the trial is gone. The ticker is only used
 // while the executor runs, so it need not outlive the waiter.
-Promise wait_ticks(Runtime& runtime, Ticker& ticker, InstanceId trial, InstanceId instance,
-                   Ticks num_ticks);
+Promise<void> wait_ticks(Runtime& runtime, Ticker& ticker, InstanceId trial, InstanceId instance,
+                         Ticks num_ticks);
 
 class obj_tick_waiter : public Instance {
     VELDRA_OBJECT(obj_tick_waiter, Instance)
@@ -25,13 +25,13 @@ public:
     // Registers the countdown with `ticker` on behalf of `instance`; skipped when the trial is
     // already gone, which the next step notices.
     void initialize(Ticker& ticker, InstanceId trial, InstanceId instance, Ticks ticks,
-                    Resolve callback);
+                    Resolve<void> callback);
     void on_step() override;
 
     InstanceId trial = NO_INSTANCE;
     InstanceId instance = NO_INSTANCE;
     Ticks ticks = 0;  // ticks still to wait
-    Resolve callback;
+    Resolve<void> callback;
     bool callback_done = false;
 
 private:

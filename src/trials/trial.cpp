@@ -109,8 +109,8 @@ obj_trial::StartResult obj_trial::start(std::optional<PersonalityTraits> player_
             _step();
         return *result;
     }
-    return Promise([this](const Resolve& resolve, const Reject&) {
-        ended_callback = [resolve](const TrialResult& r) { resolve(trial_result_to_value(r)); };
+    return Promise<TrialResult>([this](const Resolve<TrialResult>& resolve, const Reject&) {
+        ended_callback = [resolve](const TrialResult& r) { resolve(r); };
     });
 }
 
@@ -197,32 +197,35 @@ void obj_trial::on_clean_up() {
     hud = NO_INSTANCE;
 }
 
-Promise trial_run(SimulationState& sim, const Level& level, double seed,
-                  std::optional<PersonalityTraits> traits,
-                  std::optional<std::string> trait_menu_header,
-                  double total_score_before_this_trial) {
+Promise<TrialResult> trial_run(SimulationState& sim, const Level& level, double seed,
+                               std::optional<PersonalityTraits> traits,
+                               std::optional<std::string> trait_menu_header,
+                               double total_score_before_this_trial) {
     if (obj_trial* previous = sim.current_trial())
         sim.runtime.instance_destroy(previous->id());
-    // The menu works on this record, and the trial starts with what it holds then.
-    auto chosen = traits ? std::make_shared<PersonalityTraits>(*traits) : nullptr;
-    return room_goto_or_restart(sim.runtime, sim.runtime.room_find("rm_game"))
-        .and_then([&sim, level, seed, total_score_before_this_trial, chosen,
-                   trait_menu_header]() -> HandlerResult {
-            auto& trial = sim.runtime.instance_create<obj_trial>(0, 0, "Instances", sim);
-            sim.trial.trial = trial.id();
-            trial.initialize(level, seed, false, sim.configs->game_speed,
-                             total_score_before_this_trial);
-            if (!trait_menu_header || !sim.ask_personality_traits || !chosen)
-                return {};
-            return sim.ask_personality_traits(chosen, *trait_menu_header);
+    using ChosenTraits = std::optional<PersonalityTraits>;
+    Promise<void> created =
+        room_goto_or_restart(sim.runtime, sim.runtime.room_find("rm_game"))
+            .and_then([&sim, level, seed, total_score_before_this_trial] {
+                auto& trial = sim.runtime.instance_create<obj_trial>(0, 0, "Instances", sim);
+                sim.trial.trial = trial.id();
+                trial.initialize(level, seed, false, sim.configs->game_speed,
+                                 total_score_before_this_trial);
+            });
+    const bool asks = trait_menu_header && sim.ask_personality_traits && traits;
+    // Without a menu the traits go straight on, in the same step as the trial's creation.
+    Promise<ChosenTraits> chosen =
+        asks ? created.and_then([&sim, traits, heading = *trait_menu_header] {
+            return sim.ask_personality_traits(*traits, heading)
+                .and_then([](const PersonalityTraits& answer) { return ChosenTraits(answer); });
         })
-        .and_then([&sim, chosen]() -> HandlerResult {
-            obj_trial* trial = sim.current_trial();
-            if (!trial)
-                return promise_reject(Value("The trial ended before it started."));
-            auto started = trial->start(chosen ? std::optional(*chosen) : std::nullopt);
-            return std::get<Promise>(started);
-        });
+             : created.and_then([traits] { return traits; });
+    return chosen.and_then([&sim](const ChosenTraits& answer) {
+        obj_trial* trial = sim.current_trial();
+        if (!trial)
+            return promise_reject<TrialResult>(Value("The trial ended before it started."));
+        return std::get<Promise<TrialResult>>(trial->start(answer));
+    });
 }
 
 }  // namespace veldra

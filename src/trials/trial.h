@@ -40,7 +40,7 @@ public:
 
     // Only in state Initialized (otherwise monostate, nothing changes). Automatic trials return
     // their TrialResult; interactive ones a promise fulfilled one frame after the result.
-    using StartResult = std::variant<std::monostate, TrialResult, Promise>;
+    using StartResult = std::variant<std::monostate, TrialResult, Promise<TrialResult>>;
     StartResult start(std::optional<PersonalityTraits> traits);
 
     // One tick; false once the result exists (then nothing is done).
@@ -76,11 +76,12 @@ private:
 // Start-up: once-only; sets Trial to no instance.
 void initialize_trials(TrialSlot& slot);
 
-// Goes to the game room, creates an interactive trial there and starts it; fulfilled with the
-// result (as a struct) when the trial has reported its end.
-Promise trial_run(SimulationState& sim, const Level& level, double seed,
-                  std::optional<PersonalityTraits> traits,
-                  std::optional<std::string> trait_menu_header,
-                  double total_score_before_this_trial);
+// Goes to the game room, creates an interactive trial there, lets the player choose traits
+// (when there is a heading and a traits menu) and starts it; fulfilled with the result when
+// the trial has reported its end. A traits menu that is left cancels the chain.
+Promise<TrialResult> trial_run(SimulationState& sim, const Level& level, double seed,
+                               std::optional<PersonalityTraits> traits,
+                               std::optional<std::string> trait_menu_header,
+                               double total_score_before_this_trial);
 
 }  // namespace veldra

@@ -114,14 +114,16 @@ MenuEntry menu_link(std::string label, std::string url) {
     return entry;
 }
 
-Promise create_popup_menu(Runtime& runtime, MenuDefinition definition, PopupOptions options) {
-    return Promise([&runtime, definition = std::move(definition), options](const Resolve& resolve,
-                                                                           const Reject&) {
+Promise<Value> create_popup_menu(Runtime& runtime, MenuDefinition definition,
+                                 PopupOptions options) {
+    return Promise<Value>([&runtime, definition = std::move(definition), options](
+                              const Resolve<Value>& resolve, const Reject&) {
         runtime.instance_create<obj_popup_menu>(0, 0, "Menus", definition, options, resolve);
     });
 }
 
-obj_popup_menu::obj_popup_menu(MenuDefinition definition, PopupOptions options, Resolve resolve)
+obj_popup_menu::obj_popup_menu(MenuDefinition definition, PopupOptions options,
+                               Resolve<Value> resolve)
     : options_(options), resolve_(std::move(resolve)) {
     persistent = options.persistent;
     show_page(std::make_shared<const MenuDefinition>(std::move(definition)));
@@ -263,7 +265,7 @@ void obj_popup_menu::escape() {
 
 void obj_popup_menu::close(const Value& result) {
     // Destroyed first, so that whatever the promise's handlers open is the only popup left.
-    const Resolve resolve = resolve_;
+    const Resolve<Value> resolve = resolve_;
     const Value value = result;
     runtime().instance_destroy(id());
     resolve(value);

@@ -127,7 +127,8 @@ struct PopupOptions {
 // and with undefined when Escape closes a non-persistent menu from its top page (a dismissal, not a
 // choice: give buttons values when the difference matters). It is never rejected, and stays pending
 // when the menu is destroyed another way (its room ends, or code destroys it).
-Promise create_popup_menu(Runtime& runtime, MenuDefinition definition, PopupOptions options = {});
+Promise<Value> create_popup_menu(Runtime& runtime, MenuDefinition definition,
+                                 PopupOptions options = {});
 
 // How many popups named `name` are open.
 std::size_t popup_menus_open(const Runtime& runtime, std::string_view name);
@@ -137,7 +138,7 @@ void close_popup_menus(Runtime& runtime, std::string_view name);
 class obj_popup_menu : public Instance {
     VELDRA_OBJECT(obj_popup_menu, Instance)
 public:
-    obj_popup_menu(MenuDefinition definition, PopupOptions options, Resolve resolve);
+    obj_popup_menu(MenuDefinition definition, PopupOptions options, Resolve<Value> resolve);
 
     // Draws the current page with Dear ImGui (when a frame is open) and acts on clicks and keys.
     void on_step() override;
@@ -178,7 +179,7 @@ private:
     // The top page first, the one shown last; never empty.
     std::vector<std::shared_ptr<const MenuDefinition>> pages_;
     PopupOptions options_;
-    Resolve resolve_;
+    Resolve<Value> resolve_;
     // Per entry of the current page and part, as last drawn; empty until then.
     std::vector<std::array<Rect, 3>> rects_;
     bool was_on_top_ = false;

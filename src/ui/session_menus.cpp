@@ -19,6 +19,8 @@ namespace {
 
 // Characters a second: the outcome types itself out, a small moment of suspense.
 constexpr double RESULT_TYPING_SPEED = 30;
+// The value of the developer's "play again" button; the menu answers with TrialResultChoice.
+constexpr const char* PLAY_AGAIN_BUTTON = "play_again";
 
 // The menus between trials stand over the finished world, dimmed, and step aside from the player
 // so that its last moment stays in view.
@@ -53,16 +55,23 @@ MenuDefinition _make_session_trial_result_menu(const SessionMenuContext& context
     menu.entries.push_back(std::move(result));
     menu.entries.push_back(menu_button(text_of(language, lid::TrialEndMenu_Submit), Value(true)));
     if (context.debug)
-        menu.entries.push_back(menu_button("DEBUG: Rerun level", Value(SESSION_RERUN_LEVEL)));
+        menu.entries.push_back(menu_button("DEBUG: Rerun level", Value(PLAY_AGAIN_BUTTON)));
     return menu;
 }
 
-Promise session_show_trial_result_menu(const SessionMenuContext& context, const TrialData& trial,
-                                       std::size_t total_num_levels) {
+TrialResultChoice _trial_result_choice_of(const Value& pressed) {
+    return pressed == Value(PLAY_AGAIN_BUTTON) ? TrialResultChoice::play_again
+                                               : TrialResultChoice::next_level;
+}
+
+Promise<TrialResultChoice> session_show_trial_result_menu(const SessionMenuContext& context,
+                                                          const TrialData& trial,
+                                                          std::size_t total_num_levels) {
     context.services.audio->play(Sound::trial_end);
     return create_popup_menu(context.runtime,
                              _make_session_trial_result_menu(context, trial, total_num_levels),
-                             between_trials_options(context.runtime));
+                             between_trials_options(context.runtime))
+        .and_then(_trial_result_choice_of);
 }
 
 std::string session_completion_url(const std::string& next_url, const std::string& user_id,
@@ -95,10 +104,10 @@ MenuDefinition _make_session_end_menu(const SessionMenuContext& context, const s
                                           [&language](const std::string& reason) {
                                               return file_error_text(language, reason);
                                           })
-                    .and_then([&services, &language](const Value& path) {
-                        if (path.is_string())
+                    .and_then([&services, &language](const std::optional<std::string>& path) {
+                        if (path)
                             services.dialogs->show_message(
-                                text_of(language, lid::FinishedMenu_Saved, {path.as_string()}));
+                                text_of(language, lid::FinishedMenu_Saved, {*path}));
                     });
             }));
     }

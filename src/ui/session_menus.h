@@ -31,10 +31,13 @@ struct SessionMenuContext {
 MenuDefinition _make_session_trial_result_menu(const SessionMenuContext& context,
                                                const TrialData& trial,
                                                std::size_t total_num_levels);
-// Plays the menu sound and shows the result menu; fulfilled when the participant moves on (with
-// SESSION_RERUN_LEVEL when a developer asked to play the level again).
-Promise session_show_trial_result_menu(const SessionMenuContext& context, const TrialData& trial,
-                                       std::size_t total_num_levels);
+// What pressing the result menu's button with this value chooses.
+TrialResultChoice _trial_result_choice_of(const Value& pressed);
+// Plays the menu sound and shows the result menu; fulfilled with the participant's choice when
+// they move on.
+Promise<TrialResultChoice> session_show_trial_result_menu(const SessionMenuContext& context,
+                                                          const TrialData& trial,
+                                                          std::size_t total_num_levels);
 
 // The completion link: `next_url` with {USER_ID} and {TOTAL_SCORE} filled in. The score is moved
 // by a uniform draw from [-randomization, +randomization] and rounded to a whole number, so a

@@ -84,18 +84,18 @@ MenuDefinition make_personality_traits_menu(const TraitFields& fields, const std
     return menu;
 }
 
-Promise get_personality_traits_via_menu(Runtime& runtime, std::shared_ptr<PersonalityTraits> traits,
-                                        const std::string& heading, const ConfigsState& configs,
-                                        const Localization& localization, bool leave_open) {
-    TraitFields fields = make_trait_fields(*traits, configs);
+Promise<PersonalityTraits> get_personality_traits_via_menu(
+    Runtime& runtime, const PersonalityTraits& traits, const std::string& heading,
+    const ConfigsState& configs, const Localization& localization, bool leave_open) {
+    TraitFields fields = make_trait_fields(traits, configs);
     PopupOptions options;
     options.name = TRAITS_MENU_NAME;
     return create_popup_menu(runtime, make_personality_traits_menu(fields, heading, localization),
                              options)
-        .and_then([&runtime, &localization, traits, fields, leave_open, options]() {
-            *traits = fields.traits();
+        .and_then([&runtime, &localization, fields, leave_open, options] {
             if (leave_open)
                 create_popup_menu(runtime, chosen_traits_panel(fields, localization), options);
+            return fields.traits();
         });
 }
 
@@ -103,7 +103,7 @@ void close_personality_traits_menus(Runtime& runtime) {
     close_popup_menus(runtime, TRAITS_MENU_NAME);
 }
 
-Promise wait_close_all_personality_traits_menus(Runtime& runtime) {
+Promise<void> wait_close_all_personality_traits_menus(Runtime& runtime) {
     return wait_condition(runtime,
                           [&runtime] { return popup_menus_open(runtime, TRAITS_MENU_NAME) == 0; });
 }

@@ -32,17 +32,18 @@ TraitFields make_trait_fields(const PersonalityTraits& traits, const ConfigsStat
 MenuDefinition make_personality_traits_menu(const TraitFields& fields, const std::string& heading,
                                             const Localization& localization);
 
-// Shows the menu and, when the participant starts, writes their choice into `traits`. With
-// `leave_open` (the configuration's leave_traits_menu_open_when_playing) a small panel with the
-// chosen values stays on screen until close_personality_traits_menus is called.
-Promise get_personality_traits_via_menu(Runtime& runtime, std::shared_ptr<PersonalityTraits> traits,
-                                        const std::string& heading, const ConfigsState& configs,
-                                        const Localization& localization, bool leave_open);
+// Shows the menu, its fields starting at `traits`, and is fulfilled with the participant's
+// choice when they start. With `leave_open` (the configuration's
+// leave_traits_menu_open_when_playing) a small panel with the chosen values stays on screen
+// until close_personality_traits_menus is called.
+Promise<PersonalityTraits> get_personality_traits_via_menu(
+    Runtime& runtime, const PersonalityTraits& traits, const std::string& heading,
+    const ConfigsState& configs, const Localization& localization, bool leave_open);
 
 // Closes every traits menu and panel still open.
 void close_personality_traits_menus(Runtime& runtime);
 
 // Fulfilled in the first step in which no traits menu is open.
-Promise wait_close_all_personality_traits_menus(Runtime& runtime);
+Promise<void> wait_close_all_personality_traits_menus(Runtime& runtime);
 
 }  // namespace veldra

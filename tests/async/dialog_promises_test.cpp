@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "runtime/gc.h"
+#include "support/scripted_answers.h"
 
 namespace veldra {
 namespace {
@@ -35,40 +36,45 @@ protected:
     GcScope collector;
 };
 
-TEST_F(DialogPromisesTest, ScriptedAnswersComeAtTheEndOfTheNextFrameAndACancelIsUndefined) {
+TEST_F(DialogPromisesTest, ScriptedAnswersComeAtTheEndOfTheNextFrameAndACancelIsACancellation) {
     ScriptedDialogs dialogs;
     dialogs.echo_messages_to_stderr = false;
-    dialogs.answers = {"levels.json", std::nullopt};
+    dialogs.answers = {"levels.json", std::nullopt, "Ann"};
     std::vector<std::string> order;
-    Promise answered = dialog_get_open_filename(dialogs, "*.json", "").and_then([&] {
-        order.push_back("answered");
-        // A question asked from an answer waits for a frame of its own.
-        return dialog_get_string(dialogs, "Name?", "").and_then([&] { order.push_back("named"); });
-    });
-    Promise cancelled = dialog_get_save_filename(dialogs, "*.csv", "", "Save results");
+    Promise<std::string> named =
+        dialog_get_open_filename(dialogs, "*.json", "").and_then([&](const std::string& file) {
+            order.push_back("answered " + file);
+            // A question asked from an answer waits for a frame of its own.
+            return dialog_get_string(dialogs, "Name?", "");
+        });
+    Promise<std::string> cancelled = dialog_get_save_filename(dialogs, "*.csv", "", "Save results");
     order.push_back("asked");
     dialogs.end_frame();  // the frame that asked: nothing is answered inside it
-    EXPECT_TRUE(answered.is_pending());
+    EXPECT_TRUE(named.is_pending());
     EXPECT_TRUE(cancelled.is_pending());
     dialogs.end_frame();
-    ASSERT_TRUE(cancelled.is_fulfilled());
-    EXPECT_TRUE(cancelled.value().is_undefined());
-    EXPECT_EQ(order, (std::vector<std::string>{"asked", "answered"}));
+    EXPECT_TRUE(cancelled.is_cancelled());
+    EXPECT_EQ(order, (std::vector<std::string>{"asked", "answered levels.json"}));
     EXPECT_EQ(dialogs.waiting(), 1u);
-    // The script is used up, so the question asked from the answer is cancelled, a frame later.
     dialogs.end_frame();
-    EXPECT_TRUE(answered.is_fulfilled());
-    EXPECT_EQ(order, (std::vector<std::string>{"asked", "answered", "named"}));
+    ASSERT_TRUE(named.is_fulfilled());
+    EXPECT_EQ(named.value(), "Ann");
+    // With the script used up, a further question is cancelled, a frame later too.
+    Promise<std::string> unscripted = dialog_get_string(dialogs, "Age?", "");
+    EXPECT_TRUE(unscripted.is_pending());
+    testing::let_scripted_dialogs_answer(dialogs);
+    EXPECT_TRUE(unscripted.is_cancelled());
     EXPECT_EQ(dialogs.questions_asked,
-              (std::deque<std::string>{"*.json", "Save results", "Name?"}));
+              (std::deque<std::string>{"*.json", "Save results", "Name?", "Age?"}));
 }
 
 TEST_F(DialogPromisesTest, AnOpenDialogKeepsTheChainWaitingUntilTheUserAnswers) {
     PendingDialogs dialogs;
     std::string seen;
-    Promise chain = dialog_get_string(dialogs, "Language?", "en").and_then([&](const Value& v) {
-        seen = v.as_string();
-    });
+    Promise<void> chain =
+        dialog_get_string(dialogs, "Language?", "en").and_then([&](const std::string& v) {
+            seen = v;
+        });
     EXPECT_TRUE(chain.is_pending());
     ASSERT_TRUE(dialogs.pending);
     dialogs.pending("de");

@@ -16,19 +16,23 @@
 namespace veldra::testing {
 
 // A promise settled from outside, later, the way a waiter or an HTTP event settles one.
+template <class T = Value>
 struct Deferred {
-    Resolve resolve;
+    Resolve<T> resolve;
     Reject reject;
-    Promise promise{[this](const Resolve& res, const Reject& rej) {
+    Cancel cancel;
+    Promise<T> promise{[this](const Resolve<T>& res, const Reject& rej, const Cancel& can) {
         resolve = res;
         reject = rej;
+        cancel = can;
     }};
 };
 
 class PromiseFixture : public ::testing::Test {
 protected:
     PromiseFixture() {
-        promises_set_uncaught_handler([this](const Promise& p) { uncaught.push_back(p.reason()); });
+        promises_set_uncaught_handler(
+            [this](const UntypedPromise& p) { uncaught.push_back(p.reason()); });
         start_promise_event_loop(runtime);
     }
     // The settings live in the process state: the next test starts with them all off.

@@ -39,7 +39,7 @@ protected:
 
 TEST_F(WaitersTest, WaitConditionIsTestedOnlyFromTheNextStep) {
     int tests = 0;
-    Promise already_true = wait_condition(runtime, [&] {
+    Promise<void> already_true = wait_condition(runtime, [&] {
         ++tests;
         return true;
     });
@@ -49,7 +49,7 @@ TEST_F(WaitersTest, WaitConditionIsTestedOnlyFromTheNextStep) {
     EXPECT_TRUE(already_true.is_fulfilled());
 
     bool ready = false;
-    Promise later = wait_condition(runtime, [&] { return ready; });
+    Promise<void> later = wait_condition(runtime, [&] { return ready; });
     frame();
     frame();
     EXPECT_TRUE(later.is_pending());
@@ -60,7 +60,7 @@ TEST_F(WaitersTest, WaitConditionIsTestedOnlyFromTheNextStep) {
 }
 
 TEST_F(WaitersTest, WaitOneStepNeedsALaterMillisecond) {
-    Promise next = wait_one_step(runtime);
+    Promise<void> next = wait_one_step(runtime);
     runtime.run_frame();  // same millisecond as the call
     EXPECT_TRUE(next.is_pending());
     services.clock->frame_done();
@@ -88,7 +88,7 @@ protected:
 TEST_F(RoomGoerTest, RestartingTheCurrentRoomResolvesAfterItsRoomStart) {
     ASSERT_EQ(room_starts(), 1);
     int starts_seen = -1;
-    Promise restarted =
+    Promise<void> restarted =
         room_goto_or_restart(runtime, menu).and_then([&] { starts_seen = room_starts(); });
     runtime.run_frame();  // the restart happens at the end of this frame
     EXPECT_EQ(room_starts(), 2);
@@ -104,9 +104,9 @@ TEST_F(RoomGoerTest, RestartingTheCurrentRoomResolvesAfterItsRoomStart) {
 
 TEST_F(RoomGoerTest, GoingToAnotherRoomResolvesThereAndChainsContinueInIt) {
     int room_in_handler = -1;
-    Promise there = room_goto_or_restart(runtime, game)
-                        .and_then([&] { return room_goto_or_restart(runtime, menu); })
-                        .and_then([&] { room_in_handler = runtime.room(); });
+    Promise<void> there = room_goto_or_restart(runtime, game)
+                              .and_then([&] { return room_goto_or_restart(runtime, menu); })
+                              .and_then([&] { room_in_handler = runtime.room(); });
     for (int i = 0; i < 4; ++i)
         frame();
     EXPECT_TRUE(there.is_fulfilled());
@@ -116,10 +116,9 @@ TEST_F(RoomGoerTest, GoingToAnotherRoomResolvesThereAndChainsContinueInIt) {
 
 TEST_F(RoomGoerTest, AGoerMadeWhileARoomStartsWaitsForTheRoomItAskedFor) {
     // As start-up does: the first room's entity asks for the game room while that room starts.
-    std::optional<Promise> there;
-    const int boot = runtime.room_add({"boot", [&](Runtime& r) {
-                                           there = room_goto_or_restart(r, game);
-                                       }});
+    std::optional<Promise<void>> there;
+    const int boot =
+        runtime.room_add({"boot", [&](Runtime& r) { there = room_goto_or_restart(r, game); }});
     runtime.room_goto(boot);
     runtime.run_frame();
     ASSERT_EQ(runtime.room(), boot);

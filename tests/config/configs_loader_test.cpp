@@ -50,10 +50,10 @@ protected:
     }
     // The start-up question's answer: the `config` parameter, else the (scripted) dialog's.
     std::string asked_custom_name() {
-        Promise name = ask_custom_configuration_name(params, debugs, dialogs, files);
+        Promise<std::string> name = ask_custom_configuration_name(params, debugs, dialogs, files);
         testing::let_scripted_dialogs_answer(dialogs);
         EXPECT_TRUE(name.is_fulfilled());
-        return name.value().as_string();
+        return name.value();
     }
     const LogCapture::Line* first_error() const {
         for (const auto& line : capture.lines)

@@ -89,9 +89,46 @@ TEST_F(DevMenuTest, CancelledQuestionsStartNothing) {
     for (const MenuEntry& entry : menu.entries)
         if (entry.kind == MenuEntryKind::function)
             entry.action();  // every question is cancelled: no answers are scripted
+    while (dialogs().waiting() > 0)
+        dialogs().end_frame();
     EXPECT_EQ(dialogs().questions_asked, (std::deque<std::string>{"*.json", "*.json", "*.txt"}));
     EXPECT_TRUE(dialogs().messages_shown.empty());
     EXPECT_FALSE(app.local_session);
+}
+
+// A question left unanswered ends the auto run quietly, even after an answer that was refused
+// with a message; a run that cannot start says so once every question is answered.
+TEST_F(DevMenuTest, AnAutoRunLeftAtAnyQuestionSaysNothingAndOneThatCannotStartSaysSo) {
+    const MenuDefinition menu = make_dev_menu(app, false);
+    const MenuEntry* auto_run = nullptr;
+    for (const MenuEntry& entry : menu.entries)
+        if (entry.label == "Auto-run")
+            auto_run = &entry;
+    ASSERT_TRUE(auto_run);
+    // Each answer comes a frame after its question and may ask the next one.
+    auto answer_every_question = [&] {
+        while (dialogs().waiting() > 0)
+            dialogs().end_frame();
+    };
+
+    dialogs().answers = {"runs.json", "12", std::nullopt};
+    auto_run->action();
+    answer_every_question();
+    EXPECT_EQ(dialogs().questions_asked.size(), 3u);
+    EXPECT_TRUE(dialogs().messages_shown.empty());
+
+    dialogs().answers = {"runs.json", "not a seed"};
+    auto_run->action();
+    answer_every_question();
+    EXPECT_EQ(dialogs().questions_asked.size(), 5u);
+    ASSERT_EQ(dialogs().messages_shown.size(), 1u);
+    EXPECT_EQ(dialogs().messages_shown[0].rfind("\"not a seed\"", 0), 0u);
+
+    dialogs().answers = {"missing-runs.json", "12", "out.csv"};
+    auto_run->action();
+    answer_every_question();
+    ASSERT_EQ(dialogs().messages_shown.size(), 2u);
+    EXPECT_EQ(dialogs().messages_shown[1], "Failed to read auto-run configurations.");
 }
 
 }  // namespace

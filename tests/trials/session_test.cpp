@@ -47,7 +47,8 @@ protected:
         screens.show_trial_result = [this](const TrialData& trial, std::size_t count) {
             results_shown.push_back(std::to_string(trial.level_info.play_order + 1) + "/" +
                                     std::to_string(count));
-            return promise_resolve(next_result_answer);
+            records_shown.push_back(trial);
+            return promise_resolve(TrialResultChoice::next_level);
         };
         screens.show_end = [this](const std::string& user, double total,
                                   std::shared_ptr<const std::vector<TrialData>> trials) {
@@ -56,11 +57,13 @@ protected:
             end_trials = trials;
         };
         screens.show_problem = [this](const std::string& text) { problems.push_back(text); };
-        sim.ask_personality_traits = [this](std::shared_ptr<PersonalityTraits> traits,
+        sim.ask_personality_traits = [this](const PersonalityTraits& offered,
                                             const std::string& heading) {
             headings.push_back(heading);
-            traits->openness = 1;  // what the participant chose
-            return promise_resolve();
+            PersonalityTraits chosen = offered;
+            chosen.openness = 1;  // what the participant chose
+            chosen.neuroticism = -0.5 * static_cast<double>(headings.size());
+            return promise_resolve(chosen);
         };
     }
     void TearDown() override { runtime.shutdown(); }
@@ -92,9 +95,9 @@ protected:
     testing::ScratchDirectory folder{"session"};
     SessionScreens screens;
     SessionContext context{sim, localization, {}};
-    Value next_result_answer{true};
 
     std::vector<std::string> results_shown;
+    std::vector<TrialData> records_shown;
     std::vector<std::string> headings;
     std::vector<std::string> problems;
     std::string end_user;
@@ -119,7 +122,15 @@ TEST_F(LocalSessionTest, PlaysEveryLevelInOrderAndKeepsEachRecord) {
     EXPECT_EQ(first.level_info.filename, path("a.txt"));
     EXPECT_EQ(second.level_info.play_order, 1);
     EXPECT_EQ(second.level_info.num_humans_h, 1);
-    EXPECT_EQ(first.traits.openness, 1);  // the traits the menu left, not the ones it was given
+    // The traits the menu answered with, not the ones it was given, each trial its own.
+    EXPECT_EQ(first.traits.openness, 1);
+    EXPECT_EQ(first.traits.neuroticism, -0.5);
+    EXPECT_EQ(second.traits.neuroticism, -1);
+    // The result screen is handed the very record that is kept, result included.
+    ASSERT_EQ(records_shown.size(), 2u);
+    for (std::size_t i = 0; i < 2; ++i)
+        EXPECT_EQ(trial_data_as_csv(records_shown[i]), trial_data_as_csv(session->trials->at(i)));
+    EXPECT_EQ(records_shown[1].result.trial_score, second.result.trial_score);
     // The seeds come from the session's generator, in order.
     Rng expected(42);
     EXPECT_EQ(first.seed, static_cast<double>(expected.rng_irandom(std::int64_t{1} << 32)));
@@ -150,7 +161,8 @@ TEST_F(LocalSessionTest, ARerunReplacesTheLevelsRecordAndTheAutosaveKeepsBoth) {
     context.screens = screens;
     int answers = 0;
     context.screens.show_trial_result = [&](const TrialData&, std::size_t) {
-        return promise_resolve(++answers == 1 ? Value(SESSION_RERUN_LEVEL) : Value(true));
+        return promise_resolve(++answers == 1 ? TrialResultChoice::play_again
+                                              : TrialResultChoice::next_level);
     };
     auto session = local_session_start(context, {path("a.txt")}, "P", Rng(5), make_autosave("P"));
     run_until_done(*session);
@@ -165,6 +177,7 @@ TEST_F(LocalSessionTest, ARerunReplacesTheLevelsRecordAndTheAutosaveKeepsBoth) {
 
     TrialData first_run = session->trials->at(0);
     first_run.seed = first_seed;
+    first_run.traits.neuroticism = -0.5;  // each run's traits are its own menu's answer
     FileText saved = services.files->read(session->autosave->path(), 1 << 20);
     ASSERT_TRUE(saved);
     EXPECT_EQ(*saved.text, trial_data_as_csv_headers() + trial_data_as_csv(first_run) +
@@ -233,25 +246,25 @@ TEST(SaveTrialResults, WritesTheChosenFileAndNothingWhenCancelledOrUnwritable) {
     const std::string target = (folder.path() / "out.csv").string();
 
     dialogs.answers = {target};
-    Promise saved = save_trial_results_as_csv(dialogs, files, trials);
+    Promise<std::optional<std::string>> saved = save_trial_results_as_csv(dialogs, files, trials);
     testing::let_scripted_dialogs_answer(dialogs);
     ASSERT_TRUE(saved.is_fulfilled());
-    EXPECT_EQ(saved.value().as_string(), target);
+    EXPECT_EQ(saved.value(), target);
     FileText text = files.read(target, 1 << 20);
     ASSERT_TRUE(text);
     EXPECT_EQ(*text.text, trial_results_csv_text(*trials));
     EXPECT_EQ(dialogs.questions_asked.back(), "Save results as");
 
     dialogs.answers = {std::nullopt};
-    Promise cancelled = save_trial_results_as_csv(dialogs, files, trials);
+    auto cancelled = save_trial_results_as_csv(dialogs, files, trials);
     testing::let_scripted_dialogs_answer(dialogs);
-    EXPECT_TRUE(cancelled.value().is_undefined());
+    EXPECT_TRUE(cancelled.is_cancelled());
 
     // A folder in the file's place: a message, and the folder is untouched.
     dialogs.answers = {folder.path().string()};
-    Promise refused = save_trial_results_as_csv(dialogs, files, trials);
+    auto refused = save_trial_results_as_csv(dialogs, files, trials);
     testing::let_scripted_dialogs_answer(dialogs);
-    EXPECT_TRUE(refused.value().is_undefined());
+    EXPECT_EQ(refused.value(), std::nullopt);
     ASSERT_EQ(dialogs.messages_shown.size(), 1u);
     EXPECT_NE(dialogs.messages_shown[0].find(folder.path().string()), std::string::npos);
     EXPECT_TRUE(std::filesystem::is_directory(folder.path()));

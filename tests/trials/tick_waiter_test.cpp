@@ -33,12 +33,12 @@ protected:
 
 TEST_F(TickWaiterTest, WaitTicksFulfilsAfterThatManyTicksAndAtLeastOne) {
     for (std::int64_t n : {1, 0, -3}) {
-        Promise waited = wait_ticks(runtime, ticker, trial, creature, n);
+        Promise<void> waited = wait_ticks(runtime, ticker, trial, creature, n);
         EXPECT_TRUE(waited.is_pending());
         ticker.tick(runtime);
         EXPECT_TRUE(waited.is_fulfilled()) << "num_ticks " << n;
     }
-    Promise three = wait_ticks(runtime, ticker, trial, creature, 3);
+    Promise<void> three = wait_ticks(runtime, ticker, trial, creature, 3);
     ticker.tick(runtime);
     ticker.tick(runtime);
     EXPECT_TRUE(three.is_pending());
@@ -48,7 +48,7 @@ TEST_F(TickWaiterTest, WaitTicksFulfilsAfterThatManyTicksAndAtLeastOne) {
 }
 
 TEST_F(TickWaiterTest, WaitTicksStaysPendingWhenItsTrialOrInstanceGoes) {
-    Promise orphaned = wait_ticks(runtime, ticker, trial, creature, 2);
+    Promise<void> orphaned = wait_ticks(runtime, ticker, trial, creature, 2);
     runtime.instance_destroy(trial);
     frame();
     EXPECT_EQ(runtime.instance_number<obj_tick_waiter>(), 0u);
@@ -57,7 +57,7 @@ TEST_F(TickWaiterTest, WaitTicksStaysPendingWhenItsTrialOrInstanceGoes) {
     EXPECT_TRUE(orphaned.is_pending());
 
     const InstanceId other_trial = make_stand_in();
-    Promise ownerless = wait_ticks(runtime, ticker, other_trial, creature, 1);
+    Promise<void> ownerless = wait_ticks(runtime, ticker, other_trial, creature, 1);
     runtime.instance_destroy(creature);
     ticker.tick(runtime);
     EXPECT_TRUE(ownerless.is_pending());

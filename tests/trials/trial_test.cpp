@@ -141,17 +141,17 @@ TEST_F(TrialTest, InteractivePromiseIsFulfilledOneFrameAfterTheResult) {
     auto& trial = make_trial(lonely_player(), false, -1);
     EXPECT_TRUE(std::holds_alternative<std::monostate>(obj_trial::StartResult{}));
     auto started = trial.start(PersonalityTraits{});
-    ASSERT_TRUE(std::holds_alternative<Promise>(started));
+    ASSERT_TRUE(std::holds_alternative<Promise<TrialResult>>(started));
     EXPECT_TRUE(
         std::holds_alternative<std::monostate>(trial.start(PersonalityTraits{})));  // only once
-    Promise promise = std::get<Promise>(started);
+    Promise<TrialResult> promise = std::get<Promise<TrialResult>>(started);
     trial._step();
     EXPECT_TRUE(trial.result.has_value());
     EXPECT_EQ(trial.state, TrialState::Ended);
     EXPECT_TRUE(promise.is_pending());
     trial._step();
     ASSERT_TRUE(promise.is_fulfilled());
-    EXPECT_EQ(promise.value().get("type").as_string(), "survived");
+    EXPECT_EQ(promise.value().outcome, TrialOutcome::survived);
 }
 
 TEST_F(TrialTest, AiHumanWithAnUnknownTypeNumberGetsDefaultRangesAndAnError) {

@@ -92,7 +92,7 @@ TEST_F(PopupMenuTest, AClickOnAButtonFulfilsThePromiseWithItsValueAndClosesTheMe
     menu.width = 600;
     menu.entries = {menu_heading("[pin_center]Ready?"), menu_text("Pick one."),
                     menu_button("Yes", "yes"), menu_button("[#ff5555]No[/c]", 2)};
-    Promise chosen = create_popup_menu(runtime, menu);
+    Promise<Value> chosen = create_popup_menu(runtime, menu);
     frames(2);
     ASSERT_EQ(open_popups(), 1u);
     // Centred, and the buttons span the window inside its padding.
@@ -117,7 +117,7 @@ TEST_F(PopupMenuTest, AFunctionRunsEachTimeAndTheMenuStaysOpen) {
     MenuDefinition menu;
     menu.entries = {menu_function("Again", [&] { ++runs; }),
                     menu_function("Again", [&] { runs += 100; })};
-    Promise chosen = create_popup_menu(runtime, menu);
+    Promise<Value> chosen = create_popup_menu(runtime, menu);
     frames(2);
     click(popup(), "Again");
     click(popup(), "Again");
@@ -132,7 +132,7 @@ TEST_F(PopupMenuTest, TheKeyboardMovesBetweenEntriesAndPressesWithSpaceOrEnter) 
     MenuDefinition menu;
     menu.entries = {menu_heading("Keys"), menu_function("Run", [&] { ++runs; }),
                     menu_button("Done", "done")};
-    Promise chosen = create_popup_menu(runtime, menu);
+    Promise<Value> chosen = create_popup_menu(runtime, menu);
     frames(2);
     key(ImGuiKey_Space);
     EXPECT_EQ(runs, 1);
@@ -149,7 +149,7 @@ TEST_F(PopupMenuTest, APageOpensAndBackOrEscapeReturnsThenEscapeClosesTheMenu) {
     settings.entries = {menu_text("Inside"), menu_button("Deep", 3)};
     MenuDefinition menu;
     menu.entries = {menu_heading("Main"), menu_page("Settings", settings)};
-    Promise chosen = create_popup_menu(runtime, menu);
+    Promise<Value> chosen = create_popup_menu(runtime, menu);
     frames(2);
 
     click(popup(), "Settings");
@@ -176,7 +176,7 @@ TEST_F(PopupMenuTest, TypingIntoATextFieldChangesTheSharedFieldAndEscapeOnlyLeav
     name->text = "Ann";
     MenuDefinition menu;
     menu.entries = {menu_text_field("Your name", name), menu_button("OK")};
-    Promise chosen = create_popup_menu(runtime, menu);
+    Promise<Value> chosen = create_popup_menu(runtime, menu);
     frames(2);
     const obj_popup_menu::Rect rect = popup().entry_rect("Your name");
     click_field(popup(), "Your name", rect.w - 10);  // right of the text: the caret goes last
@@ -246,7 +246,7 @@ protected:
         frames();
     }
     std::shared_ptr<MenuField> a, b, c;
-    Promise chosen;
+    Promise<Value> chosen;
 };
 
 TEST_F(SliderKeysTest, TabAfterAClickedSliderGoesToItsOwnBoxAndOnDownTheMenu) {
@@ -358,7 +358,7 @@ TEST_F(PopupMenuTest, ALinkOpensItsAddressAndLeavesTheMenuOpen) {
     MenuDefinition menu;
     menu.entries = {menu_text("Thank you!"),
                     menu_link("Continue to the questionnaire", "https://example.org/q?id=7")};
-    Promise chosen = create_popup_menu(runtime, menu);
+    Promise<Value> chosen = create_popup_menu(runtime, menu);
     frames(2);
     click(popup(), "Continue to the questionnaire");
     EXPECT_EQ(opened, (Labels{"https://example.org/q?id=7"}));
@@ -375,8 +375,8 @@ TEST_F(PopupMenuTest, OnlyTheNewestPopupTakesClicksAndKeys) {
     MenuDefinition above;
     above.width = 300;
     above.entries = {menu_button("Above's button", 2)};
-    Promise lower = create_popup_menu(runtime, below);
-    Promise upper = create_popup_menu(runtime, above);
+    Promise<Value> lower = create_popup_menu(runtime, below);
+    Promise<Value> upper = create_popup_menu(runtime, above);
     frames(2);
 
     // The lower button is drawn (outside the upper popup) but takes no click.
@@ -400,10 +400,10 @@ TEST_F(PopupMenuTest, APersistentPopupOutlivesItsRoomAndIgnoresEscapeOnItsTopPag
     MenuDefinition tools;
     tools.entries = {menu_page("More", MenuDefinition{{menu_text("Deeper")}}),
                      menu_button("Close", "closed")};
-    Promise developer = create_popup_menu(
+    Promise<Value> developer = create_popup_menu(
         runtime, tools,
         {.persistent = true, .name = "tools", .dim_behind = false, .keep_clear = {}});
-    Promise level_menu = create_popup_menu(runtime, MenuDefinition{{menu_button("Go")}});
+    Promise<Value> level_menu = create_popup_menu(runtime, MenuDefinition{{menu_button("Go")}});
     runtime.room_goto(second);
     frames(2);
     ASSERT_EQ(open_popups(), 1u);
@@ -430,7 +430,7 @@ TEST(PopupMenuHeadless, AMenuWithoutImGuiDrawsNothingButStillAnswers) {
     start_promise_event_loop(runtime);
     MenuDefinition menu;
     menu.entries = {menu_page("Options", MenuDefinition{{menu_button("Start", "start")}})};
-    Promise chosen = create_popup_menu(runtime, menu);
+    Promise<Value> chosen = create_popup_menu(runtime, menu);
     for (int i = 0; i < 3; ++i)
         runtime.run_frame();
     obj_popup_menu* popup = runtime.instance_find<obj_popup_menu>(0);

@@ -54,7 +54,8 @@ TEST_F(SessionMenusTest, TheResultMenuNumbersTheLevelAndSaysHowItEnded) {
     const MenuDefinition debug = _make_session_trial_result_menu(context(true), trial, 3);
     EXPECT_EQ(labels_of(debug), (Labels{"Level 2/3 done", "[pin_center]You survived!\nNo score[/]",
                                         "Continue", "DEBUG: Rerun level"}));
-    EXPECT_EQ(debug.entries.back().value.as_string(), SESSION_RERUN_LEVEL);
+    EXPECT_EQ(_trial_result_choice_of(debug.entries.back().value), TrialResultChoice::play_again);
+    EXPECT_EQ(_trial_result_choice_of(debug.entries[2].value), TrialResultChoice::next_level);
 }
 
 TEST_F(SessionMenusTest, TheEndMenuSavesOnlyKeptRecordsAndLinksOnlyWhenAnAddressIsSet) {

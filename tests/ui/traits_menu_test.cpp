@@ -67,10 +67,10 @@ TEST_F(TraitsMenuTest, ExplainsEveryTraitInTheLanguageAndEndsWithStart) {
     EXPECT_EQ(menu.entries.back().label, "Start");
 }
 
-TEST_F(TraitsMenuTest, StartWritesTheChoiceAndAPanelMayStayUntilClosed) {
-    // Out of range at first: what Start writes back is what the fields held, clamped.
-    auto traits = std::make_shared<PersonalityTraits>(PersonalityTraits{5, 0, -0.25, 0, -9});
-    Promise chosen =
+TEST_F(TraitsMenuTest, StartAnswersWithTheChoiceAndAPanelMayStayUntilClosed) {
+    // Out of range at first: what Start answers with is what the fields held, clamped.
+    const PersonalityTraits traits{5, 0, -0.25, 0, -9};
+    Promise<PersonalityTraits> chosen =
         get_personality_traits_via_menu(runtime, traits, "Level 1/1", configs, localization, true);
     obj_popup_menu* menu = top();
     ASSERT_TRUE(menu);
@@ -80,10 +80,10 @@ TEST_F(TraitsMenuTest, StartWritesTheChoiceAndAPanelMayStayUntilClosed) {
     ASSERT_TRUE(menu->activate("Start"));
     frames(2);
     EXPECT_TRUE(chosen.is_fulfilled());
-    EXPECT_EQ(*traits, (PersonalityTraits{1, 0, -0.25, 0, -1}));
+    EXPECT_EQ(chosen.value(), (PersonalityTraits{1, 0, -0.25, 0, -1}));
     // The panel with the chosen values stays for the trial.
     EXPECT_EQ(popup_menus_open(runtime, TRAITS_MENU_NAME), 1u);
-    Promise closed = wait_close_all_personality_traits_menus(runtime);
+    Promise<void> closed = wait_close_all_personality_traits_menus(runtime);
     frames(3);
     EXPECT_TRUE(closed.is_pending());
     close_personality_traits_menus(runtime);
