@@ -77,17 +77,16 @@ TEST_F(OverlayTest, ADialogOverAMenuTakesTheKeysAndGivesThemBackWhenAnswered) {
     ASSERT_NE(menu(0), nullptr);
     EXPECT_TRUE(menu(0)->in_front());
 
-    std::optional<std::string> answer = "unset";
-    int calls = 0;
-    ask(answer, calls);
+    // A message: no field of its own holds the keys, so only the focus rule keeps Escape from
+    // the menu below.
+    dialogs->show_message("Saved.");
     frames(2);
     EXPECT_EQ(front_overlay(runtime), runtime.instance_find<obj_dialog_host>(0));
     EXPECT_FALSE(menu(0)->in_front());
 
-    // Escape cancels the dialog only; the menu below does not hear it.
+    // Escape closes the message only; the menu below does not hear it.
     key(ImGuiKey_Escape);
-    EXPECT_EQ(calls, 1);
-    EXPECT_EQ(answer, std::nullopt);
+    EXPECT_EQ(dialogs->waiting(), 0u);
     ASSERT_NE(menu(0), nullptr);
     EXPECT_TRUE(chosen.is_pending());
     EXPECT_TRUE(menu(0)->in_front());
