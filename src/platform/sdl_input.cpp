@@ -4,8 +4,8 @@
 #include <imgui.h>
 
 #include <algorithm>
-#include <cfloat>
 #include <filesystem>
+#include <optional>
 
 #include "platform/screenshot_name.h"
 #include "runtime/log.h"
@@ -189,18 +189,11 @@ void SdlInput::request_screenshot() {
 }
 
 void SdlInput::start_menu_frame() {
-    if (session_->imgui_frame_open)
-        ImGui::EndFrame();  // the last frame was never presented
-    ImGui_ImplSDL2_NewFrame();
-    // The menus live on the logical screen, whatever the window's size.
-    ImGuiIO& io = ImGui::GetIO();
-    io.DisplaySize = ImVec2(LOGICAL_WIDTH, LOGICAL_HEIGHT);
-    io.DisplayFramebufferScale = ImVec2(1, 1);
-    io.MousePos = mouse_in_window_ ? ImVec2(static_cast<float>(frame_.mouse_x),
-                                            static_cast<float>(frame_.mouse_y))
-                                   : ImVec2(-FLT_MAX, -FLT_MAX);
-    ImGui::NewFrame();
-    session_->imgui_frame_open = true;
+    session_->ui_frame.open(ImGui_ImplSDL2_NewFrame,
+                            mouse_in_window_
+                                ? std::optional<ImVec2>(ImVec2(static_cast<float>(frame_.mouse_x),
+                                                               static_cast<float>(frame_.mouse_y)))
+                                : std::nullopt);
 }
 
 void SdlInput::poll() {

@@ -175,11 +175,7 @@ void SdlRenderer::draw_frame(const std::vector<DrawCommand>& commands, bool with
 
 void SdlRenderer::present() {
     ImGui::SetCurrentContext(session_->imgui);
-    const bool with_menus = session_->imgui_frame_open;
-    if (with_menus) {
-        ImGui::Render();
-        session_->imgui_frame_open = false;
-    }
+    const bool with_menus = session_->ui_frame.close() != nullptr;
     draw_frame(draw_list_.commands(), with_menus);
     SDL_RenderPresent(sdl_);
     // Assigning into the kept vector reuses its elements' storage: no allocation once warm.

@@ -4,8 +4,7 @@
 #include "runtime/log.h"
 #include "runtime/runtime.h"
 #include "runtime/services.h"
-#include "ui/imgui_dialogs.h"
-#include "ui/popup_menu.h"
+#include "ui/overlay.h"
 
 namespace veldra::platform {
 
@@ -13,17 +12,6 @@ namespace {
 
 // A minute of frames: long enough for a trial to end, short enough for a stuck test to fail.
 constexpr long WAIT_LIMIT_FRAMES = 60 * 60;
-
-// The dialog in front, when one shows: it takes the input before any menu.
-const DialogFrame* front_dialog(const ImGuiDialogs* dialogs) {
-    return dialogs && dialogs->waiting() > 0 ? &dialogs->last_frame() : nullptr;
-}
-
-// The menu that takes input: the newest.
-obj_popup_menu* top_menu(Runtime& runtime) {
-    const std::size_t count = runtime.instance_number<obj_popup_menu>();
-    return count ? runtime.instance_find<obj_popup_menu>(count - 1) : nullptr;
-}
 
 }  // namespace
 
@@ -95,20 +83,14 @@ bool obj_ui_script::press_at(float x, float y) {
     return ++phase_ > 2;
 }
 
-bool obj_ui_script::click_menu_part(const std::string& text, obj_popup_menu::Part part,
-                                    std::optional<double> slider_value) {
-    const obj_popup_menu* menu = top_menu(runtime());
-    if (!menu)
-        return false;
-    std::string label;
-    for (const std::string& candidate : menu->current_labels())
-        if (remove_text_tags(candidate) == text)
-            label = candidate;
-    const obj_popup_menu::Rect r =
-        label.empty() ? obj_popup_menu::Rect{} : menu->entry_rect(label, part);
-    if (r.w <= 0 || r.h <= 0)
+bool obj_ui_script::click_control(const std::string& text, ControlPart part,
+                                  std::optional<double> slider_value) {
+    const obj_overlay* front = front_overlay(runtime());
+    const DrawnControl* control = front ? front->controls().find_shown(text, part) : nullptr;
+    if (!control || control->rect.w <= 0 || control->rect.h <= 0)
         return false;  // not drawn yet, or no such part
-    const float x = slider_value ? menu->slider_x(label, *slider_value) : r.x + r.w / 2;
+    const ControlRect& r = control->rect;
+    const float x = slider_value ? slider_value_x(*control, *slider_value) : r.x + r.w / 2;
     return press_at(x, r.y + r.h / 2);
 }
 
@@ -116,27 +98,15 @@ bool obj_ui_script::run(const UiCommand& command) {
     using Kind = UiCommand::Kind;
     switch (command.kind) {
         case Kind::wait: {
-            if (const DialogFrame* dialog = front_dialog(hooks_.dialogs))
-                return dialog->shows(command.text);
-            const obj_popup_menu* menu = top_menu(runtime());
-            if (!menu)
-                return false;
-            for (const std::string& label : menu->current_labels())
-                if (remove_text_tags(label).find(command.text) != std::string::npos)
-                    return true;
-            return false;
+            const obj_overlay* front = front_overlay(runtime());
+            return front && front->controls().shows(command.text);
         }
-        case Kind::click: {
-            if (const DialogFrame* dialog = front_dialog(hooks_.dialogs)) {
-                const std::optional<DialogRect> r = dialog->item(command.text);
-                return r && r->w > 0 && r->h > 0 && press_at(r->x + r->w / 2, r->y + r->h / 2);
-            }
-            return click_menu_part(command.text, obj_popup_menu::Part::whole, std::nullopt);
-        }
+        case Kind::click:
+            return click_control(command.text, ControlPart::whole, std::nullopt);
         case Kind::slide:
-            return click_menu_part(command.text, obj_popup_menu::Part::bar, command.value);
+            return click_control(command.text, ControlPart::bar, command.value);
         case Kind::box:
-            return click_menu_part(command.text, obj_popup_menu::Part::box, std::nullopt);
+            return click_control(command.text, ControlPart::box, std::nullopt);
         case Kind::key:
             window_.inject_key(command.key, phase_ == 0);
             return ++phase_ > 1;

@@ -1,6 +1,7 @@
 #pragma once
 // Plays a UI script (ui/ui_script_commands.h) into the game window as real input events: waits
-// for menus and dialogs, clicks, slides, keys and typing, frame by frame as a hand would.
+// for menus and dialogs, clicks, slides, keys and typing, frame by frame as a hand would. It
+// reads and clicks whichever overlay is in front (ui/overlay.h), by what its controls read.
 
 #include <functional>
 #include <optional>
@@ -9,12 +10,10 @@
 
 #include "runtime/instance.h"
 #include "runtime/object_type.h"
-#include "ui/popup_menu.h"
+#include "ui/control_record.h"
 #include "ui/ui_script_commands.h"
 
 namespace veldra {
-
-class ImGuiDialogs;
 
 namespace platform {
 
@@ -22,9 +21,8 @@ class GameWindow;
 
 // What a script needs of the program beyond its window.
 struct UiScriptHooks {
-    const ImGuiDialogs* dialogs = nullptr;  // the window's dialogs: a dialog takes input first
-    std::function<void(int status)> end;    // ends the program with `status`
-    std::function<void()> quit;             // what the window's close button does
+    std::function<void(int status)> end;  // ends the program with `status`
+    std::function<void()> quit;           // what the window's close button does
 };
 
 class obj_ui_script : public Instance {
@@ -44,8 +42,10 @@ private:
     bool screenshot_failed();
     bool run(const UiCommand& command);  // true once the command is done
     bool press_at(float x, float y);
-    bool click_menu_part(const std::string& text, obj_popup_menu::Part part,
-                         std::optional<double> slider_value);
+    // Presses the control of the overlay in front that reads `text`, in the middle or, on a
+    // slider's bar, where `slider_value` is.
+    bool click_control(const std::string& text, ControlPart part,
+                       std::optional<double> slider_value);
     void fail(const UiCommand& command, const std::string& why);
 
     UiScriptHooks hooks_;

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/window_options.h"
+#include "ui/ui_frame.h"
 
 struct SDL_Window;
 struct SDL_Renderer;
@@ -33,8 +34,8 @@ struct WindowSession {
     // The regular faces; their bold and oblique siblings are in their families (ui/text_fonts.h).
     ImFont* font_small = nullptr;  // body text, about 20 px
     ImFont* font_large = nullptr;  // titles, about 40 px
-    // Set between the input's poll (ImGui::NewFrame) and the renderer's present (ImGui::Render).
-    bool imgui_frame_open = false;
+    // Opened by the input's poll, closed by the renderer's present.
+    UiFrame ui_frame;
     // Where the next presented frame is to be saved (F12); empty: nowhere.
     std::string pending_screenshot;
     // Why the last requested screenshot was not saved; empty once it was, or once taken.

@@ -214,6 +214,7 @@ void open_dev_menu(AppState& app) {
     const bool is_remote_defined = app.api_env.remote_url && !app.api_env.remote_url->empty();
     PopupOptions options;
     options.persistent = true;
+    options.behind_others = true;
     options.name = DEV_MENU_NAME;
     create_popup_menu(app.runtime, make_dev_menu(app, is_remote_defined), options);
 }

@@ -92,7 +92,6 @@ bool start_ui_script(AppState& app, platform::GameWindow* window, const std::str
     }
     window->take_only_injected_input();
     platform::UiScriptHooks hooks;
-    hooks.dialogs = app.window_dialogs;
     hooks.end = [&app](int status) { end_program(app, status); };
     hooks.quit = [&app] {
         if (app.on_quit_requested)

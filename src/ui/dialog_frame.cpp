@@ -8,14 +8,11 @@
 
 #include "runtime/log.h"
 #include "ui/imgui_adapter.h"
+#include "ui/overlay_style.h"
 
 namespace veldra {
 
 namespace {
-
-constexpr float BUTTON_MIN_WIDTH = 120;
-const ImVec4 BACKDROP{0.02f, 0.03f, 0.05f, 0.55f};
-const ImVec4 WARNING_TEXT{0.96f, 0.55f, 0.45f, 1};
 
 // The one place a dialog's text meets the screen. The game's styled text can replace this body
 // (colours, centring) without touching the dialogs; until then the markup is dropped.
@@ -29,7 +26,7 @@ void draw_backdrop() {
     const ImGuiIO& io = ImGui::GetIO();
     ImGui::SetNextWindowPos(ImVec2(0, 0));
     ImGui::SetNextWindowSize(io.DisplaySize);
-    ImGui::PushStyleColor(ImGuiCol_WindowBg, BACKDROP);
+    ImGui::PushStyleColor(ImGuiCol_WindowBg, overlay_style::DIALOG_DIM_BEHIND);
     ImGui::PushStyleVar(ImGuiStyleVar_WindowBorderSize, 0);
     ImGui::Begin("##dialog_backdrop", nullptr,
                  ImGuiWindowFlags_NoDecoration | ImGuiWindowFlags_NoMove |
@@ -43,26 +40,10 @@ void draw_backdrop() {
 
 }  // namespace
 
-bool DialogFrame::shows(std::string_view fragment) const {
-    return std::any_of(texts.begin(), texts.end(), [&](const std::string& text) {
-        return text.find(fragment) != std::string::npos;
-    });
-}
-
-std::optional<DialogRect> DialogFrame::item(std::string_view label) const {
-    for (const auto& [name, rect] : items)
-        if (name == label)
-            return rect;
-    return std::nullopt;
-}
-
 void begin_dialog_window(const DialogFrame& frame, float width, float height) {
     draw_backdrop();
     const ImGuiIO& io = ImGui::GetIO();
-    ImGui::PushStyleVar(ImGuiStyleVar_WindowPadding, ImVec2(28, 24));
-    ImGui::PushStyleVar(ImGuiStyleVar_FramePadding, ImVec2(12, 8));
-    ImGui::PushStyleVar(ImGuiStyleVar_ItemSpacing, ImVec2(12, 12));
-    ImGui::PushStyleVar(ImGuiStyleVar_WindowRounding, 6);
+    overlay_style::push_dialog_window_style();
     ImGui::SetNextWindowPos(ImVec2(io.DisplaySize.x / 2, io.DisplaySize.y / 2), ImGuiCond_Always,
                             ImVec2(0.5f, 0.5f));
     ImGuiWindowFlags flags = ImGuiWindowFlags_NoTitleBar | ImGuiWindowFlags_NoResize |
@@ -85,7 +66,7 @@ void begin_dialog_window(const DialogFrame& frame, float width, float height) {
 
 void end_dialog_window() {
     ImGui::End();
-    ImGui::PopStyleVar(4);
+    overlay_style::pop_dialog_window_style();
 }
 
 void dialog_text(DialogFrame& frame, std::string_view markup) {
@@ -94,22 +75,15 @@ void dialog_text(DialogFrame& frame, std::string_view markup) {
 }
 
 void dialog_warning(DialogFrame& frame, std::string_view markup) {
-    ImGui::PushStyleColor(ImGuiCol_Text, WARNING_TEXT);
+    ImGui::PushStyleColor(ImGuiCol_Text, overlay_style::WARNING_TEXT);
     dialog_text(frame, markup);
     ImGui::PopStyleColor();
-}
-
-void remember_item(DialogFrame& frame, std::string label) {
-    const ImVec2 min = ImGui::GetItemRectMin();
-    const ImVec2 max = ImGui::GetItemRectMax();
-    frame.items.emplace_back(std::move(label),
-                             DialogRect{min.x, min.y, max.x - min.x, max.y - min.y});
 }
 
 int dialog_buttons(DialogFrame& frame, const std::vector<std::string>& labels) {
     const ImGuiStyle& style = ImGui::GetStyle();
     const auto width_of = [&](const std::string& label) {
-        return std::max(BUTTON_MIN_WIDTH,
+        return std::max(overlay_style::DIALOG_BUTTON_MIN_WIDTH,
                         ImGui::CalcTextSize(label.c_str()).x + 2 * style.FramePadding.x);
     };
     float total = 0;
@@ -122,17 +96,11 @@ int dialog_buttons(DialogFrame& frame, const std::vector<std::string>& labels) {
     for (std::size_t i = 0; i < labels.size(); ++i) {
         if (i > 0)
             ImGui::SameLine();
-        if (ImGui::Button(labels[i].c_str(), ImVec2(width_of(labels[i]), 0)))
+        if (overlay_button(labels[i], width_of(labels[i])))
             pressed = static_cast<int>(i);
         remember_item(frame, labels[i]);
     }
     return pressed;
-}
-
-bool dialog_key_pressed(const DialogFrame& frame, ImGuiKey key) {
-    if (!frame.keys_live)
-        return false;
-    return imgui_adapter::key_pressed(key);
 }
 
 }  // namespace veldra

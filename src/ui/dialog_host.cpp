@@ -1,19 +1,24 @@
 #include "ui/dialog_host.h"
 
-#include <imgui.h>
-
 #include <memory>
 
 #include "runtime/runtime.h"
 #include "runtime/services.h"
-#include "ui/imgui_adapter.h"
 #include "ui/imgui_dialogs.h"
 
 namespace veldra {
 
 void obj_dialog_host::on_draw_gui_end() {
-    if (imgui_adapter::frame_open())
+    if (overlay_frame_open())
         dialogs_.draw();
+}
+
+bool obj_dialog_host::showing() const {
+    return dialogs_.waiting() > 0;
+}
+
+const ControlRecord& obj_dialog_host::controls() const {
+    return dialogs_.last_frame();
 }
 
 ImGuiDialogs& install_window_dialogs(Runtime& runtime) {

@@ -189,7 +189,7 @@ private:
         const int button = dialog_buttons(frame, {texts_.ok, texts_.cancel});
         if (button == 0)
             browser_.accept();
-        return button == 1 || dialog_key_pressed(frame, ImGuiKey_Escape);
+        return button == 1 || frame.keys().cancel();
     }
 
     // Never cancels: No and Escape only take back the choice of the existing file.
@@ -197,9 +197,9 @@ private:
         dialog_text(frame, dialog_text_with(texts_.replace,
                                             browser_.replace_question()->filename().string()));
         const int button = dialog_buttons(frame, {texts_.yes, texts_.no});
-        if (button == 0 || dialog_key_pressed(frame, ImGuiKey_Enter))
+        if (button == 0 || frame.keys().confirm())
             browser_.answer_replace(true);
-        else if (button == 1 || dialog_key_pressed(frame, ImGuiKey_Escape))
+        else if (button == 1 || frame.keys().cancel())
             browser_.answer_replace(false);
         return false;
     }
@@ -226,15 +226,15 @@ private:
     void act_on_keys(const DialogFrame& frame) {
         const std::size_t count = browser_.listing().entries.size();
         const auto selected = browser_.selected();
-        if (count > 0 && dialog_key_pressed(frame, ImGuiKey_DownArrow)) {
+        if (count > 0 && frame.keys().pressed(ImGuiKey_DownArrow)) {
             browser_.select(selected ? std::min(*selected + 1, count - 1) : 0);
             scroll_to_selected_ = true;
-        } else if (count > 0 && dialog_key_pressed(frame, ImGuiKey_UpArrow)) {
+        } else if (count > 0 && frame.keys().pressed(ImGuiKey_UpArrow)) {
             browser_.select(selected && *selected > 0 ? *selected - 1 : 0);
             scroll_to_selected_ = true;
-        } else if (dialog_key_pressed(frame, ImGuiKey_Backspace) && !ImGui::GetIO().WantTextInput) {
+        } else if (frame.keys().pressed(ImGuiKey_Backspace) && !ImGui::GetIO().WantTextInput) {
             browser_.go_up();
-        } else if (dialog_key_pressed(frame, ImGuiKey_Enter)) {
+        } else if (frame.keys().confirm()) {
             if (selected && browser_.listing().entries[*selected].is_folder)
                 browser_.open_entry(*selected);
             else

@@ -6,9 +6,9 @@
 #include <utility>
 
 #include "runtime/assertion.h"
+#include "runtime/log.h"
 #include "runtime/runtime.h"
 #include "runtime/services.h"
-#include "ui/imgui_adapter.h"
 #include "ui/popup_menu_window.h"
 
 namespace veldra {
@@ -130,19 +130,22 @@ obj_popup_menu::obj_popup_menu(MenuDefinition definition, PopupOptions options,
 }
 
 void obj_popup_menu::on_step() {
-    if (!imgui_adapter::frame_open())
+    if (!overlay_frame_open())
         return;
     const bool top = on_top();
     if (top && !was_on_top_)
         want_focus_ = true;
     was_on_top_ = top;
+    // Under a dialog the popup is drawn as it was, but takes no keys until the dialog is gone.
+    const bool front = in_front();
     // One ImGui window per page: a page appears as a window of its own, measured before it is
     // shown and with the keyboard on its first entry, rather than in the old page's size.
     detail::MenuWindowRequest request;
     request.name = "##popup_menu_" + std::to_string(id()) + "_" +
                    std::to_string(reinterpret_cast<std::uintptr_t>(pages_.back().get()));
     request.interactive = top;
-    request.take_focus = top && want_focus_;
+    request.has_keys = front;
+    request.take_focus = front && want_focus_;
     request.dim_behind = options_.dim_behind;
     request.keep_clear = options_.keep_clear;
     if (!page_shown_ms_)
@@ -150,10 +153,12 @@ void obj_popup_menu::on_step() {
     request.page_age_ms = runtime().current_time() - *page_shown_ms_;
     const detail::MenuWindowResult drawn =
         detail::draw_menu_window(page(), on_sub_page() ? &page().back_label : nullptr, request);
-    rects_ = drawn.rects;
+    record_.controls = drawn.controls.controls;
     // A click on the game leaves no window with the keyboard; the menu takes it back, but leaves
-    // it to another window (a developer window) that has it.
-    want_focus_ = top && !drawn.any_window_focused;
+    // it to another window (a developer window) that has it. Under a dialog, a wish to take the
+    // keyboard waits until the dialog is answered.
+    if (front)
+        want_focus_ = !drawn.any_window_focused;
     if (drawn.chosen)
         activate_at(*drawn.chosen);
     else if (drawn.escape)
@@ -176,9 +181,8 @@ std::vector<std::string> obj_popup_menu::current_labels() const {
 }
 
 obj_popup_menu::Rect obj_popup_menu::entry_rect(const std::string& label, Part part) const {
-    const std::optional<std::size_t> index = find_entry(label);
-    return index && *index < rects_.size() ? rects_[*index][static_cast<std::size_t>(part)]
-                                           : Rect{};
+    const DrawnControl* control = record_.find(label, part);
+    return control ? control->rect : Rect{};
 }
 
 const MenuField* obj_popup_menu::entry_field(const std::string& label) const {
@@ -187,9 +191,8 @@ const MenuField* obj_popup_menu::entry_field(const std::string& label) const {
 }
 
 float obj_popup_menu::slider_x(const std::string& label, double value) const {
-    const MenuField* field = entry_field(label);
-    const Rect bar = entry_rect(label, Part::bar);
-    return field ? detail::slider_value_x(bar, *field, value) : bar.x;
+    const DrawnControl* bar = record_.find(label, Part::bar);
+    return bar ? slider_value_x(*bar, value) : 0;
 }
 
 std::size_t obj_popup_menu::entry_count() const {
@@ -242,7 +245,7 @@ void obj_popup_menu::activate_at(std::size_t index) {
 void obj_popup_menu::show_page(std::shared_ptr<const MenuDefinition> page) {
     check_page(*page);
     pages_.push_back(std::move(page));
-    rects_.clear();
+    record_page();
     page_shown_ms_.reset();
     want_focus_ = true;
 }
@@ -251,7 +254,7 @@ void obj_popup_menu::go_back() {
     if (!on_sub_page())
         return;
     pages_.pop_back();
-    rects_.clear();
+    record_page();
     page_shown_ms_.reset();
     want_focus_ = true;
 }
@@ -271,9 +274,19 @@ void obj_popup_menu::close(const Value& result) {
     resolve(value);
 }
 
+OverlayLayer obj_popup_menu::overlay_layer() const {
+    return options_.behind_others ? OverlayLayer::background_menu : OverlayLayer::menu;
+}
+
 bool obj_popup_menu::on_top() const {
-    const std::size_t count = runtime().instance_number<obj_popup_menu>();
-    return count > 0 && runtime().instance_find<obj_popup_menu>(count - 1) == this;
+    return front_overlay_up_to(runtime(), OverlayLayer::menu) == this;
+}
+
+void obj_popup_menu::record_page() {
+    record_.texts.clear();
+    for (std::size_t i = 0; i < entry_count(); ++i)
+        record_.texts.push_back(remove_text_tags(label_at(i)));
+    record_.controls.clear();
 }
 
 std::size_t popup_menus_open(const Runtime& runtime, std::string_view name) {

@@ -28,11 +28,12 @@
 // Fields are shared cells: the code that built the menu keeps the same MenuField and reads what
 // the user typed or slid once the promise is fulfilled.
 //
-// Several popups may be open at once: the newest is drawn on top and is the only one that takes
-// clicks and keys; the ones below are dimmed. A run without Dear ImGui (headless) draws nothing,
-// but activate() works there as in a window.
+// Several popups may be open at once: they are overlays (ui/overlay.h). The newest is drawn on
+// top and is the only one that takes clicks and keys; the ones below are dimmed. A background
+// popup (the developer menu) stays behind the others, and a dialog comes in front of every popup:
+// the popup then takes no keys until the dialog is answered. A run without Dear ImGui (headless)
+// draws nothing, but activate() works there as in a window.
 
-#include <array>
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -42,10 +43,10 @@
 #include <vector>
 
 #include "async/promise.h"
-#include "runtime/instance.h"
-#include "runtime/object_type.h"
 #include "runtime/value.h"
 #include "ui/camera.h"
+#include "ui/control_record.h"
+#include "ui/overlay.h"
 
 namespace veldra {
 
@@ -120,6 +121,9 @@ struct PopupOptions {
     // A point of the 1600 x 900 screen the menu must not hide, such as the player at the end of
     // a trial: the menu moves sideways off it when the centre would cover it.
     std::optional<ScreenPoint> keep_clear;
+    // Stays behind every other popup, whenever they were opened: a menu that waits in the
+    // background (the developer menu) while the game's own menus come and go over it.
+    bool behind_others = false;
 };
 
 // Opens `definition` centred on the screen (or beside its keep_clear point), above every other
@@ -135,13 +139,18 @@ std::size_t popup_menus_open(const Runtime& runtime, std::string_view name);
 // Destroys every popup named `name` (their promises stay pending).
 void close_popup_menus(Runtime& runtime, std::string_view name);
 
-class obj_popup_menu : public Instance {
-    VELDRA_OBJECT(obj_popup_menu, Instance)
+class obj_popup_menu : public obj_overlay {
+    VELDRA_OBJECT(obj_popup_menu, obj_overlay)
 public:
     obj_popup_menu(MenuDefinition definition, PopupOptions options, Resolve<Value> resolve);
 
     // Draws the current page with Dear ImGui (when a frame is open) and acts on clicks and keys.
     void on_step() override;
+
+    // A popup that stays behind the others is in the background layer.
+    OverlayLayer overlay_layer() const override;
+    // The current page's labels (markup removed) and its entries as last drawn.
+    const ControlRecord& controls() const override { return record_; }
 
     // What a click on the entry labelled `label` on the current page does, for tests and
     // automation; false when the current page has no such entry.
@@ -151,10 +160,8 @@ public:
     // Logical-pixel rectangle of the entry labelled `label` as last drawn ({0,0,0,0} when not
     // drawn), so windowed tests can click it with real mouse events: the whole entry, or a
     // slider's bar or the box of a slider or number field.
-    struct Rect {
-        float x = 0, y = 0, w = 0, h = 0;
-    };
-    enum class Part { whole, bar, box };
+    using Rect = ControlRect;
+    using Part = ControlPart;
     Rect entry_rect(const std::string& label, Part part = Part::whole) const;
     // The field of the entry labelled `label`, or nullptr.
     const MenuField* entry_field(const std::string& label) const;
@@ -174,14 +181,16 @@ private:
     void go_back();
     void escape();
     void close(const Value& result);
+    // The front one of the popups: not dimmed, and takes the pointer unless a dialog covers it.
     bool on_top() const;
+    // A new page: its labels are known at once, its places once drawn.
+    void record_page();
 
     // The top page first, the one shown last; never empty.
     std::vector<std::shared_ptr<const MenuDefinition>> pages_;
     PopupOptions options_;
     Resolve<Value> resolve_;
-    // Per entry of the current page and part, as last drawn; empty until then.
-    std::vector<std::array<Rect, 3>> rects_;
+    ControlRecord record_;
     bool was_on_top_ = false;
     std::optional<double> page_shown_ms_;  // the clock when the current page was first drawn
     bool want_focus_ = true;

@@ -3,30 +3,23 @@
 #include <imgui.h>
 
 #include <algorithm>
+#include <array>
 #include <cfloat>
 #include <cmath>
 
 #include "runtime/number_format.h"
 #include "ui/imgui_adapter.h"
 #include "ui/menu_text.h"
+#include "ui/overlay_input.h"
+#include "ui/overlay_style.h"
 #include "ui/typewriter.h"
 
 namespace veldra::detail {
 
 namespace {
 
-const ImVec4 BACKGROUND{0.06f, 0.07f, 0.09f, 0.95f};
-const ImVec4 EDGE{0.93f, 0.75f, 0.31f, 0.55f};
-const ImVec4 LINK_TEXT{0.55f, 0.78f, 1.0f, 1.0f};
-const ImVec4 DIMMED_GAME{0.02f, 0.03f, 0.05f, 0.6f};
-const ImVec2 WINDOW_PADDING{32, 28};
-const ImVec2 FRAME_PADDING{14, 9};
-const ImVec2 ITEM_SPACING{12, 12};
-constexpr float ROUNDING = 10;
-constexpr float GRAB_SIZE = 18;                 // a slider's grab
-constexpr float SCREEN_MARGIN = 24;             // the nearest a menu comes to the screen's edge
-constexpr float FIELD_LABEL_COLUMN = 0.3f;      // where a field starts, as a part of the width
-constexpr float SLIDER_NUMBER_BOX_WIDTH = 110;  // the typed value beside a slider
+using namespace overlay_style;
+
 // "›" and "‹": a page button leads somewhere, its back button returns.
 constexpr const char* PAGE_MARK = " \xE2\x80\xBA";
 constexpr const char* BACK_MARK = "\xE2\x80\xB9 ";
@@ -44,16 +37,7 @@ ImFont* title_font() {
     return title;
 }
 
-// Clicks and Space press an ImGui button; Enter on the highlighted one counts as well, since that
-// is the key a player tries first.
-bool menu_button(const std::string& text) {
-    const bool clicked = ImGui::Button(text.c_str(), ImVec2(-FLT_MIN, 0));
-    // Space presses the highlighted entry only while the highlight shows; so does Enter.
-    return clicked || (ImGui::IsItemFocused() && imgui_adapter::keyboard_highlight_shown() &&
-                       imgui_adapter::key_pressed(ImGuiKey_Enter));
-}
-
-using EntryRects = std::array<obj_popup_menu::Rect, 3>;
+using EntryRects = std::array<ControlRect, 3>;
 
 // Dear ImGui 1.86 sends Tab to the first field of the window whenever no item is being edited,
 // even when the keyboard is on a slider just clicked or moved, so typed values went to the
@@ -63,10 +47,9 @@ struct TabFollow {
     bool past_focus = false;  // the item with the keyboard has been drawn
     bool done = false;
 
-    static TabFollow of_this_frame(bool interactive) {
+    static TabFollow of_this_frame(const OverlayKeys& keys) {
         TabFollow tab;
-        tab.pressed = interactive && !ImGui::IsAnyItemActive() && !ImGui::GetIO().KeyShift &&
-                      imgui_adapter::key_pressed_or_repeated(ImGuiKey_Tab);
+        tab.pressed = keys.moves_to_next_field();
         return tab;
     }
     // Call before each field's widget.
@@ -100,13 +83,13 @@ void text_input(std::string& text, TabFollow& tab) {
     tab.after_item();
 }
 
-obj_popup_menu::Rect last_item_rect() {
+ControlRect last_item_rect() {
     const ImVec2 min = ImGui::GetItemRectMin();
     const ImVec2 max = ImGui::GetItemRectMax();
     return {min.x, min.y, max.x - min.x, max.y - min.y};
 }
 
-void remember_part(EntryRects& rects, obj_popup_menu::Part part) {
+void remember_part(EntryRects& rects, ControlPart part) {
     rects[static_cast<std::size_t>(part)] = last_item_rect();
 }
 
@@ -118,17 +101,17 @@ void number_input(MenuField& field, EntryRects& rects, TabFollow& tab, bool with
     if (ImGui::InputDouble("##number", &field.number, with_buttons ? step : 0, step * 10, "%g"))
         field.number = menu_field_typed(field, field.number);
     field.number = std::clamp(field.number, field.minimum, field.maximum);
-    remember_part(rects, obj_popup_menu::Part::box);
+    remember_part(rects, ControlPart::box);
     tab.after_item();
 }
 
 // Left and right move a slider that has the keyboard by one step, instead of moving the
 // keyboard to the box beside it.
-void step_slider_with_arrows(MenuField& field) {
+void step_slider_with_arrows(MenuField& field, const OverlayKeys& keys) {
     if (!ImGui::IsItemFocused() || ImGui::IsItemActive())
         return;
-    const int direction = (imgui_adapter::key_pressed_or_repeated(ImGuiKey_RightArrow) ? 1 : 0) -
-                          (imgui_adapter::key_pressed_or_repeated(ImGuiKey_LeftArrow) ? 1 : 0);
+    const int direction = (keys.pressed_or_repeated(ImGuiKey_RightArrow) ? 1 : 0) -
+                          (keys.pressed_or_repeated(ImGuiKey_LeftArrow) ? 1 : 0);
     if (direction == 0)
         return;
     field.number = menu_field_snapped(field, field.number + direction * menu_field_step(field));
@@ -137,7 +120,7 @@ void step_slider_with_arrows(MenuField& field) {
 
 // A slider to drag and, beside it, a box to type the exact value: both edit the same number.
 // Both are Tab stops, so Tab after a slider goes to its own box and then to the next slider.
-void slider(MenuField& field, EntryRects& rects, TabFollow& tab) {
+void slider(MenuField& field, EntryRects& rects, TabFollow& tab, const OverlayKeys& keys) {
     field.number = std::clamp(field.number, field.minimum, field.maximum);
     // The value is written the way the game writes numbers everywhere else; the text has no
     // conversion in it, so ImGui shows it as it is.
@@ -154,8 +137,8 @@ void slider(MenuField& field, EntryRects& rects, TabFollow& tab) {
         field.number = ImGui::IsMouseDown(ImGuiMouseButton_Left)
                            ? menu_field_snapped(field, field.number)
                            : menu_field_typed(field, field.number);
-    step_slider_with_arrows(field);
-    remember_part(rects, obj_popup_menu::Part::bar);
+    step_slider_with_arrows(field, keys);
+    remember_part(rects, ControlPart::bar);
     tab.after_item();
     ImGui::SameLine();
     number_input(field, rects, tab, false);
@@ -182,7 +165,7 @@ std::size_t typed_characters(const MenuEntry& entry, double age_ms) {
 
 // Draws one entry; true when the player chose it.
 bool draw_entry(const MenuEntry& entry, float width, double age_ms, EntryRects& rects,
-                TabFollow& tab) {
+                TabFollow& tab, const OverlayKeys& keys) {
     const std::string plain = menu_plain_text(entry.label);
     switch (entry.kind) {
         case MenuEntryKind::heading:
@@ -195,12 +178,12 @@ bool draw_entry(const MenuEntry& entry, float width, double age_ms, EntryRects& 
             return false;
         case MenuEntryKind::button:
         case MenuEntryKind::function:
-            return menu_button(plain);
+            return overlay_button(plain, -FLT_MIN, &keys);
         case MenuEntryKind::page:
-            return menu_button(plain + PAGE_MARK);
+            return overlay_button(plain + PAGE_MARK, -FLT_MIN, &keys);
         case MenuEntryKind::link: {
             ImGui::PushStyleColor(ImGuiCol_Text, LINK_TEXT);
-            const bool chosen = menu_button(plain);
+            const bool chosen = overlay_button(plain, -FLT_MIN, &keys);
             ImGui::PopStyleColor();
             return chosen;
         }
@@ -214,68 +197,56 @@ bool draw_entry(const MenuEntry& entry, float width, double age_ms, EntryRects& 
             return false;
         case MenuEntryKind::slider:
             field_label(plain, width);
-            slider(*entry.field, rects, tab);
+            slider(*entry.field, rects, tab, keys);
             return false;
     }
     return false;
 }
 
+// Where the entry's parts were drawn, into the menu's record under the entry's label.
+void record_entry(ControlRecord& record, const std::string& label, const MenuField* field,
+                  const EntryRects& rects) {
+    for (const ControlPart part : {ControlPart::whole, ControlPart::bar, ControlPart::box}) {
+        const ControlRect& rect = rects[static_cast<std::size_t>(part)];
+        if (part != ControlPart::whole && rect.w <= 0)
+            continue;
+        const bool bar = part == ControlPart::bar && field;
+        record.controls.push_back({.label = label,
+                                   .part = part,
+                                   .rect = rect,
+                                   .minimum = bar ? field->minimum : 0,
+                                   .maximum = bar ? field->maximum : 0});
+    }
+}
+
 void draw_entries(const MenuDefinition& page, const std::string* back_label, double age_ms,
-                  bool interactive, MenuWindowResult& result) {
+                  const OverlayKeys& keys, MenuWindowResult& result) {
     const float width = ImGui::GetContentRegionAvail().x;
-    TabFollow tab = TabFollow::of_this_frame(interactive);
+    TabFollow tab = TabFollow::of_this_frame(keys);
     const std::size_t count = page.entries.size() + (back_label ? 1 : 0);
     for (std::size_t i = 0; i < count; ++i) {
+        const bool is_entry = i < page.entries.size();
         // Labels may repeat; the index keeps every widget's id apart.
         ImGui::PushID(static_cast<int>(i));
         ImGui::BeginGroup();
         EntryRects rects{};
-        const bool chosen = i < page.entries.size()
-                                ? draw_entry(page.entries[i], width, age_ms, rects, tab)
-                                : menu_button(BACK_MARK + menu_plain_text(*back_label));
+        const bool chosen =
+            is_entry ? draw_entry(page.entries[i], width, age_ms, rects, tab, keys)
+                     : overlay_button(BACK_MARK + menu_plain_text(*back_label), -FLT_MIN, &keys);
         ImGui::EndGroup();
         tab.after_item();  // a button or a text with the keyboard
         ImGui::PopID();
-        remember_part(rects, obj_popup_menu::Part::whole);
-        result.rects.push_back(rects);
+        remember_part(rects, ControlPart::whole);
+        record_entry(result.controls, is_entry ? page.entries[i].label : *back_label,
+                     is_entry ? page.entries[i].field.get() : nullptr, rects);
         if (chosen && !result.chosen)
             result.chosen = i;
-        if (i < page.entries.size() && page.entries[i].kind == MenuEntryKind::heading)
+        if (is_entry && page.entries[i].kind == MenuEntryKind::heading)
             ImGui::Spacing();
     }
 }
 
-void push_menu_style() {
-    ImGui::PushStyleColor(ImGuiCol_WindowBg, BACKGROUND);
-    ImGui::PushStyleColor(ImGuiCol_Border, EDGE);
-    ImGui::PushStyleVar(ImGuiStyleVar_WindowPadding, WINDOW_PADDING);
-    ImGui::PushStyleVar(ImGuiStyleVar_WindowRounding, ROUNDING);
-    ImGui::PushStyleVar(ImGuiStyleVar_WindowBorderSize, 1.5f);
-    ImGui::PushStyleVar(ImGuiStyleVar_FramePadding, FRAME_PADDING);
-    ImGui::PushStyleVar(ImGuiStyleVar_FrameRounding, 6.0f);
-    ImGui::PushStyleVar(ImGuiStyleVar_ItemSpacing, ITEM_SPACING);
-    ImGui::PushStyleVar(ImGuiStyleVar_GrabMinSize, GRAB_SIZE);
-    ImGui::PushStyleVar(ImGuiStyleVar_GrabRounding, 4.0f);
-    // Popups below the top one recede, so that the one to answer stands out.
-    ImGui::PushStyleVar(ImGuiStyleVar_DisabledAlpha, 0.4f);
-}
-
-void pop_menu_style() {
-    ImGui::PopStyleVar(9);
-    ImGui::PopStyleColor(2);
-}
-
 }  // namespace
-
-float slider_value_x(const obj_popup_menu::Rect& bar, const MenuField& field, double value) {
-    // Dear ImGui keeps the grab inside the bar, 2 pixels from either end.
-    constexpr float grab_padding = 2;
-    const double range = field.maximum - field.minimum;
-    const double t =
-        range > 0 ? (std::clamp(value, field.minimum, field.maximum) - field.minimum) / range : 0;
-    return bar.x + grab_padding + GRAB_SIZE / 2 +
-           static_cast<float>(t) * (bar.w - 2 * grab_padding - GRAB_SIZE);
-}
 
 float menu_window_left(float screen_width, float width, std::optional<ScreenPoint> keep_clear) {
     const float centred = (screen_width - width) / 2;
@@ -299,13 +270,13 @@ MenuWindowResult draw_menu_window(const MenuDefinition& page, const std::string*
                                   const MenuWindowRequest& request) {
     MenuWindowResult result;
     // Escape that leaves a text field is the field's; it only goes back once nothing is edited.
-    result.escape = request.interactive && !ImGui::IsAnyItemActive() &&
-                    imgui_adapter::key_pressed(ImGuiKey_Escape);
+    const OverlayKeys keys(request.has_keys);
+    result.escape = !ImGui::IsAnyItemActive() && keys.cancel();
 
     const ImVec2 screen = ImGui::GetIO().DisplaySize;
     if (request.dim_behind)
         ImGui::GetBackgroundDrawList()->AddRectFilled(ImVec2(0, 0), screen,
-                                                      ImGui::GetColorU32(DIMMED_GAME));
+                                                      ImGui::GetColorU32(MENU_DIM_BEHIND));
     const float width = std::min(page.width, screen.x - 2 * SCREEN_MARGIN);
     ImGui::SetNextWindowPos(
         ImVec2(menu_window_left(screen.x, width, request.keep_clear), screen.y / 2),
@@ -325,21 +296,21 @@ MenuWindowResult draw_menu_window(const MenuDefinition& page, const std::string*
         flags |= ImGuiWindowFlags_NoInputs | ImGuiWindowFlags_NoBringToFrontOnFocus |
                  ImGuiWindowFlags_NoFocusOnAppearing;
 
-    push_menu_style();
+    push_menu_window_style();
     if (ImGui::Begin(request.name.c_str(), nullptr, flags)) {
         if (!request.interactive)
             ImGui::BeginDisabled();
-        draw_entries(page, back_label, request.page_age_ms, request.interactive, result);
+        draw_entries(page, back_label, request.page_age_ms, keys, result);
         // A new window is measured in a first frame it does not show: its places are not
         // where it will be drawn.
         if (imgui_adapter::current_window_measuring())
-            result.rects.clear();
+            result.controls.controls.clear();
         if (!request.interactive)
             ImGui::EndDisabled();
     }
     result.any_window_focused = ImGui::IsWindowFocused(ImGuiFocusedFlags_AnyWindow);
     ImGui::End();
-    pop_menu_style();
+    pop_menu_window_style();
     if (!request.interactive)
         result.chosen.reset();
     return result;

@@ -2,12 +2,11 @@
 // How a popup menu looks: one page drawn as a centred Dear ImGui window with one widget per entry.
 // Only the popup menu entity uses it; the entity decides what a choice does.
 
-#include <array>
 #include <cstddef>
 #include <optional>
 #include <string>
-#include <vector>
 
+#include "ui/control_record.h"
 #include "ui/popup_menu.h"
 
 namespace veldra::detail {
@@ -15,6 +14,7 @@ namespace veldra::detail {
 struct MenuWindowRequest {
     std::string name;         // the ImGui window's name; a new name makes a new window
     bool interactive = true;  // false below the top popup: dimmed, and no clicks or keys
+    bool has_keys = true;     // the menu is the overlay in front (no dialog over it)
     bool take_focus = false;  // give it the keyboard (new on top, or the focus went nowhere)
     double page_age_ms = 0;   // how long the page has been shown (typed texts)
     bool dim_behind = false;  // darken the game under every menu
@@ -25,12 +25,10 @@ struct MenuWindowResult {
     std::optional<std::size_t> chosen;  // the entry clicked, or activated with Enter or Space
     bool escape = false;                // Escape pressed, and not to leave a text field
     bool any_window_focused = false;    // some ImGui window has the keyboard
-    // Per entry, screen coordinates: the whole entry, a slider's bar, a field's box.
-    std::vector<std::array<obj_popup_menu::Rect, 3>> rects;
+    // Per entry, under its label: the whole entry, a slider's bar, a field's box. The texts
+    // are the menu's to fill.
+    ControlRecord controls;
 };
-
-// Where on a slider's bar (as drawn) the grab's centre stands for `value`.
-float slider_value_x(const obj_popup_menu::Rect& bar, const MenuField& field, double value);
 
 // Where the left edge of a menu `width` wide goes on a screen `screen_width` wide: centred,
 // unless that covers `keep_clear`; then beside it, on the side with room.

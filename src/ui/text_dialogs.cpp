@@ -29,10 +29,9 @@ public:
         remember_item(frame, "answer");
         const int button = dialog_buttons(frame, {texts_.ok, texts_.cancel});
         end_dialog_window();
-        if (button == 1 || dialog_key_pressed(frame, ImGuiKey_Escape))
+        if (button == 1 || frame.keys().cancel())
             return DialogOutcome{};
-        if (button == 0 || (frame.keys_live && entered) ||
-            dialog_key_pressed(frame, ImGuiKey_Enter))
+        if (button == 0 || (frame.keys_live && entered) || frame.keys().confirm())
             return DialogOutcome{text_};
         return std::nullopt;
     }
@@ -54,8 +53,8 @@ public:
         dialog_text(frame, text_);
         const bool ok = dialog_buttons(frame, {texts_.ok}) == 0;
         end_dialog_window();
-        if (ok || dialog_key_pressed(frame, ImGuiKey_Enter) ||
-            dialog_key_pressed(frame, ImGuiKey_Escape) || dialog_key_pressed(frame, ImGuiKey_Space))
+        if (ok || frame.keys().confirm() || frame.keys().cancel() ||
+            frame.keys().pressed(ImGuiKey_Space))
             return DialogOutcome{};
         return std::nullopt;
     }
