@@ -19,8 +19,9 @@ CredentialsRead read_credentials_file(const std::string& path) {
     if (!file)
         return failed(path, file.error);
     const JsonDocument document = json_parse_document(*file.text);
+    // The reader quotes what it read last, which may be the password: say only where and what.
     if (!document)
-        return failed(path, document.error);
+        return failed(path, document.error.substr(0, document.error.find("; last read")));
     const auto& json = document.json;
     if (!json.is_object() || !json.contains("api_username") || !json.contains("api_password") ||
         !json["api_username"].is_string() || !json["api_password"].is_string())

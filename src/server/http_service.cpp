@@ -111,8 +111,11 @@ bool StudyHttpService::run() {
     return server_->listen_after_bind();
 }
 
-void StudyHttpService::stop() {
+bool StudyHttpService::stop() {
+    if (!server_->is_running())
+        return false;
     server_->stop();
+    return true;
 }
 
 }  // namespace veldra

@@ -59,14 +59,14 @@ int serve(const ServerOptions& options) {
     store.register_users(user_ids);
     StudyHttpService service(store, *credentials.credentials, options);
     const int port = service.bind();
-    // The first line says where, so that a script (or a test) starting us on port 0 can read it.
-    say(std::string("listening on ") + (service.is_https() ? "https" : "http") + "://" +
-        options.address + ":" + std::to_string(port) + "/ with " + std::to_string(user_ids.size()) +
-        " participant ids given");
     // After the service, so that the watching thread has ended before the service goes; before
     // run(), which starts the threads that must inherit the blocked signals.
     StopSignals signals;
     signals.watch([&service] { return service.stop(); });
+    // The first line says where, so that a script (or a test) starting us on port 0 can read it.
+    say(std::string("listening on ") + (service.is_https() ? "https" : "http") + "://" +
+        options.address + ":" + std::to_string(port) + "/ with " + std::to_string(user_ids.size()) +
+        " participant ids given");
     const bool listened = service.run();
     signals.finished();
     if (!listened)
