@@ -10,6 +10,7 @@
 #include "startup/app_state.h"
 #include "support/menu_labels.h"
 #include "support/scoped_environment.h"
+#include "support/scripted_answers.h"
 
 namespace veldra {
 namespace {
@@ -89,8 +90,7 @@ TEST_F(DevMenuTest, CancelledQuestionsStartNothing) {
     for (const MenuEntry& entry : menu.entries)
         if (entry.kind == MenuEntryKind::function)
             entry.action();  // every question is cancelled: no answers are scripted
-    while (dialogs().waiting() > 0)
-        dialogs().end_frame();
+    testing::answer_every_scripted_question(dialogs());
     EXPECT_EQ(dialogs().questions_asked, (std::deque<std::string>{"*.json", "*.json", "*.txt"}));
     EXPECT_TRUE(dialogs().messages_shown.empty());
     EXPECT_FALSE(app.local_session);
@@ -105,11 +105,7 @@ TEST_F(DevMenuTest, AnAutoRunLeftAtAnyQuestionSaysNothingAndOneThatCannotStartSa
         if (entry.label == "Auto-run")
             auto_run = &entry;
     ASSERT_TRUE(auto_run);
-    // Each answer comes a frame after its question and may ask the next one.
-    auto answer_every_question = [&] {
-        while (dialogs().waiting() > 0)
-            dialogs().end_frame();
-    };
+    auto answer_every_question = [&] { testing::answer_every_scripted_question(dialogs()); };
 
     dialogs().answers = {"runs.json", "12", std::nullopt};
     auto_run->action();

@@ -260,9 +260,10 @@ TEST_F(WindowedSessionTest, ClosingTheWindowMidSessionAsksFirstAndKeepsTheFinish
 }
 
 // A headless session and one played in a window run the same chain: every step of it happens in
-// the same order, so what the fast headless tests see is what a participant's window does.
+// the same order, so what the fast headless tests see is what a participant's window does. The
+// language is given: a debug build would ask it in the window, and the script does not answer.
 TEST_F(WindowedSessionTest, AHeadlessSessionRunsItsChainInTheOrderAWindowedOneDoes) {
-    ASSERT_EQ(veldra("headless=1 demo=1 config=study.json log_output_file=headless.log"), 0)
+    ASSERT_EQ(veldra("lang=en headless=1 demo=1 config=study.json log_output_file=headless.log"), 0)
         << errors();
     std::ofstream(folder / "order.ui") << "wait Level 1/2: choose your personality\n"
                                           "click Start\n"
@@ -274,7 +275,7 @@ TEST_F(WindowedSessionTest, AHeadlessSessionRunsItsChainInTheOrderAWindowedOneDo
                                           "click Continue\n"
                                           "wait All levels done\n"
                                           "quit\n";
-    ASSERT_EQ(veldra("demo=1 config=study.json ui_script=order.ui frames=3000 "
+    ASSERT_EQ(veldra("lang=en demo=1 config=study.json ui_script=order.ui frames=3000 "
                      "log_output_file=run.log"),
               0)
         << errors();

@@ -11,4 +11,10 @@ inline void let_scripted_dialogs_answer(ScriptedDialogs& dialogs) {
     dialogs.end_frame();  // the next, which answers
 }
 
+// Lets frames end until no question waits: an answer may ask the next question.
+inline void answer_every_scripted_question(ScriptedDialogs& dialogs) {
+    while (dialogs.waiting() > 0)
+        dialogs.end_frame();
+}
+
 }  // namespace veldra::testing

@@ -47,14 +47,16 @@ protected:
         ASSERT_NE(front, nullptr);
         const DrawnControl* control = front->controls().find_shown(text);
         ASSERT_NE(control, nullptr) << text << " was not drawn in front";
-        const float x = control->rect.x + control->rect.w / 2;
-        const float y = control->rect.y + control->rect.h / 2;
+        press_at(control->rect.x + control->rect.w / 2, control->rect.y + control->rect.h / 2, 30);
+    }
+    // Moves there, presses and releases, then lets `frames_after` frames pass.
+    void press_at(float x, float y, int frames_after) {
         imgui.move(x, y);
         frames();
         imgui.press(x, y);
         frames();
         imgui.release(x, y);
-        frames(30);
+        frames(frames_after);
     }
     obj_popup_menu* menu(std::size_t n) { return runtime.instance_find<obj_popup_menu>(n); }
     void ask(std::optional<std::string>& answer, int& calls) {
@@ -146,14 +148,7 @@ TEST_F(OverlayTest, OneRecordFindsAMenusAndADialogsControlsByWhatTheyRead) {
     ASSERT_NE(record.find_shown("Start"), nullptr);
 
     // The grab goes where the record says a value is.
-    const float x = slider_value_x(*bar, 7);
-    const float y = bar->rect.y + bar->rect.h / 2;
-    imgui.move(x, y);
-    frames();
-    imgui.press(x, y);
-    frames();
-    imgui.release(x, y);
-    frames(2);
+    press_at(slider_value_x(*bar, 7), bar->rect.y + bar->rect.h / 2, 2);
     EXPECT_EQ(level->number, 7);
 
     std::optional<std::string> answer;
