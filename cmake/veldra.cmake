@@ -53,7 +53,8 @@ endfunction()
 
 # The simulation (runtime up to trials) must build and run with no window, no sound and no
 # network, so that a trial's bytes can never depend on them: configuring fails if one of its
-# libraries reaches SDL, Dear ImGui or libcurl, directly or through another library.
+# libraries reaches SDL, Dear ImGui, libcurl, cpp-httplib or SQLite, directly or through
+# another library.
 function(veldra_collect_links target out_var)
   set(seen ${${out_var}})
   get_target_property(type ${target} TYPE)
@@ -78,9 +79,10 @@ function(veldra_forbid_presentation_libraries)
     set(links "")
     veldra_collect_links(${target} links)
     foreach(link IN LISTS links)
-      if(link MATCHES "(^|[^a-z])(SDL2|sdl2|SDL2_mixer|imgui|ImGui|curl|CURL)")
+      if(link MATCHES "(^|[^a-z])(SDL2|sdl2|SDL2_mixer|imgui|ImGui|curl|CURL|httplib|SQLite|sqlite)")
         message(FATAL_ERROR "${target} is part of the simulation and must not link ${link}: "
-                            "drawing, sound and HTTP belong in ui/ and platform/.")
+                            "drawing, sound and HTTP belong in ui/ and platform/, the study "
+                            "server's HTTP and storage in server/.")
       endif()
     endforeach()
   endforeach()

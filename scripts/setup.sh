@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.."
 packages=(
   cmake ninja-build g++ clang libclang-rt-14-dev pkg-config
   nlohmann-json3-dev libfmt-dev
-  libsdl2-dev libsdl2-mixer-dev libimgui-dev libstb-dev libcurl4-openssl-dev fonts-dejavu-core fonts-dejavu-extra
+  libsdl2-dev libsdl2-mixer-dev libimgui-dev libstb-dev libcurl4-openssl-dev libcpp-httplib-dev libsqlite3-dev fonts-dejavu-core fonts-dejavu-extra
   xvfb xauth
   libgtest-dev libgmock-dev libbenchmark-dev
   libmuparser-dev libboost-graph-dev
