@@ -24,7 +24,7 @@ void initialize_api_env(Files& files, ApiEnv& env) {
     VELDRA_SCOPE();
     if (!once_only_first_call(env.initialized))
         return;
-    env.remote_url = env.api_username = env.api_password = std::nullopt;
+    env.remote_url = env.api_username = env.api_password = env.ca_file = std::nullopt;
     const FileText text = files.read(resolve_user_path(API_ENV_FILENAME), MAX_SETTINGS_FILE_BYTES);
     const JsonDocument document = json_parse_document(text ? *text.text : std::string());
     const auto& root = document.json;
@@ -35,6 +35,7 @@ void initialize_api_env(Files& files, ApiEnv& env) {
     env.remote_url = string_field(root, "remote_url");
     env.api_username = string_field(root, "api_username");
     env.api_password = string_field(root, "api_password");
+    env.ca_file = string_field(root, "ca_file");
 }
 
 }  // namespace veldra

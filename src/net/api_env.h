@@ -14,6 +14,9 @@ struct ApiEnv {
     std::optional<std::string> remote_url;
     std::optional<std::string> api_username;
     std::optional<std::string> api_password;
+    // PEM file of the certificate authorities that vouch for the server (one with a
+    // self-signed certificate); none: the system's store. Relative to the working directory.
+    std::optional<std::string> ca_file;
     bool initialized = false;  // the once-only flag of initialize_api_env
 };
 

@@ -8,7 +8,7 @@ namespace veldra {
 std::size_t run_program_frame(Runtime& runtime, Services& services) {
     services.input->poll();
     runtime.run_step_events();
-    for (const HttpResponse& response : services.http->poll())
+    for (const HttpAsyncEvent& response : services.http->poll())
         runtime.raise_async_http(response);
     runtime.run_draw_events();
     services.dialogs->end_frame();

@@ -3,7 +3,7 @@
 namespace veldra {
 
 HttpRequestId OfflineHttp::request(HttpRequest request) {
-    HttpResponse response;
+    HttpAsyncEvent response;
     response.id = next_id_++;
     response.status = -1;
     response.url = std::move(request.url);
@@ -12,7 +12,7 @@ HttpRequestId OfflineHttp::request(HttpRequest request) {
     return finished_.back().id;
 }
 
-std::vector<HttpResponse> OfflineHttp::poll() {
+std::vector<HttpAsyncEvent> OfflineHttp::poll() {
     // A request made in a frame's step is answered in a later frame, never in its own.
     return std::exchange(due_, std::exchange(finished_, {}));
 }

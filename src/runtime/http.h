@@ -23,7 +23,7 @@ struct HttpRequest {
 
 // One finished request. `status` is 0 when a response arrived (whatever its HTTP status) and
 // negative when none did (no connection, time-out), with `error` saying why.
-struct HttpResponse {
+struct HttpAsyncEvent {
     HttpRequestId id = -1;
     int status = 0;
     int http_status = 0;
@@ -39,7 +39,7 @@ public:
     // Starts a request; its answer comes from a later poll() with the id returned here.
     virtual HttpRequestId request(HttpRequest request) = 0;
     // The requests finished since the last call, in the order they finished.
-    virtual std::vector<HttpResponse> poll() = 0;
+    virtual std::vector<HttpAsyncEvent> poll() = 0;
 };
 
 // No network: every request fails, answered in the frame after the one that made it, as a real
@@ -47,12 +47,12 @@ public:
 class OfflineHttp final : public Http {
 public:
     HttpRequestId request(HttpRequest request) override;
-    std::vector<HttpResponse> poll() override;
+    std::vector<HttpAsyncEvent> poll() override;
 
 private:
     HttpRequestId next_id_ = 1;
-    std::vector<HttpResponse> finished_;  // made since the last poll
-    std::vector<HttpResponse> due_;       // answered by the next poll
+    std::vector<HttpAsyncEvent> finished_;  // made since the last poll
+    std::vector<HttpAsyncEvent> due_;       // answered by the next poll
 };
 
 }  // namespace veldra

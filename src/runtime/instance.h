@@ -10,7 +10,7 @@
 
 namespace veldra {
 
-struct HttpResponse;
+struct HttpAsyncEvent;
 
 class Runtime;
 
@@ -46,7 +46,7 @@ public:
     virtual void on_clean_up() {}
     virtual void on_room_start() {}
     // A finished HTTP request, raised to every instance by the frame loop after the step events.
-    virtual void on_async_http(const HttpResponse&) {}
+    virtual void on_async_http(const HttpAsyncEvent&) {}
 
     // The frame order, raised by Runtime::run_frame in this order.
     virtual void on_step_begin() {}

@@ -243,7 +243,7 @@ void Runtime::run_frame() {
     end_frame();
 }
 
-void Runtime::raise_async_http(const HttpResponse& response) {
+void Runtime::raise_async_http(const HttpAsyncEvent& response) {
     raise_to_all([&response](Instance& inst) { inst.on_async_http(response); });
 }
 

@@ -127,7 +127,7 @@ public:
     // All three, with no services: what tests drive.
     void run_frame();
     // The async HTTP event, to every instance.
-    void raise_async_http(const HttpResponse& response);
+    void raise_async_http(const HttpAsyncEvent& response);
     std::int64_t frame_count() const { return frame_count_; }
 
     void game_end() { end_requested_ = true; }

@@ -23,6 +23,7 @@
 #include "runtime/runtime.h"
 #include "runtime/services.h"
 #include "startup/rooms.h"
+#include "trials/server_session.h"
 #include "trials/session.h"
 #include "trials/simulation_state.h"
 #include "ui/sprites.h"
@@ -50,6 +51,9 @@ struct AppState {
     DebugSettings debugs;
     LoggerState logger;
     ApiEnv api_env;
+    // Makes the network transport once API_ENV is read (it names the certificate authorities);
+    // unset, the services keep theirs (tests without a network).
+    std::function<std::unique_ptr<Http>(const ApiEnv& env)> make_http;
     Localization localization;
     Runtime runtime{services};
     SimulationState sim{runtime};
@@ -65,6 +69,10 @@ struct AppState {
     // The local session being played (none before one starts) and what its chain refers to.
     std::unique_ptr<SessionContext> session_context;
     std::shared_ptr<LocalSession> local_session;
+    // API: the research server's client, made at start-up; and the server session being played.
+    InstanceId api = NO_INSTANCE;
+    std::unique_ptr<ServerSessionContext> server_session_context;
+    std::shared_ptr<ServerSession> server_session;
     // What closing the window does; unset, it ends the program. `can_ask` is false when the
     // program ends anyway (frames ran out): nothing may wait for an answer then.
     std::function<void(bool can_ask)> on_quit_requested;

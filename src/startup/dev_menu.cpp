@@ -14,6 +14,8 @@
 #include "runtime/services.h"
 #include "startup/app_state.h"
 #include "startup/parameter_values.h"
+#include "startup/server_connection.h"
+#include "startup/server_session_mode.h"
 #include "startup/session_mode.h"
 #include "trials/auto_runner.h"
 #include "ui/loading_status.h"
@@ -56,8 +58,11 @@ MenuDefinition server_session_page(AppState& app, bool is_remote_defined) {
         if (user_id->text.empty())
             return message(app, "Enter a user ID first.");
         if (!is_remote_defined)
-            return message(app, "Failed to connect to the server.");
-        message(app, "Sessions against the research server are not available in this build.");
+            return message(app, no_server_configured_text());
+        start_server_session_for_user(app, user_id->text).and_then([&app](bool started) {
+            if (started)
+                close_popup_menus(app.runtime, DEV_MENU_NAME);
+        });
     }));
     return page;
 }
@@ -211,12 +216,16 @@ MenuDefinition make_dev_menu(AppState& app, bool is_remote_defined) {
 }
 
 void open_dev_menu(AppState& app) {
-    const bool is_remote_defined = app.api_env.remote_url && !app.api_env.remote_url->empty();
-    PopupOptions options;
-    options.persistent = true;
-    options.behind_others = true;
-    options.name = DEV_MENU_NAME;
-    create_popup_menu(app.runtime, make_dev_menu(app, is_remote_defined), options);
+    const bool remote = is_remote_defined(app);
+    connect_to_server(app).and_then([&app, remote](bool connected) {
+        if (!connected && remote)
+            message(app, "Failed to connect to the server.");
+        PopupOptions options;
+        options.persistent = true;
+        options.behind_others = true;
+        options.name = DEV_MENU_NAME;
+        create_popup_menu(app.runtime, make_dev_menu(app, remote), options);
+    });
 }
 
 }  // namespace veldra

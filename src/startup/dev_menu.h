@@ -11,7 +11,8 @@ struct AppState;
 
 MenuDefinition make_dev_menu(AppState& app, bool is_remote_defined);
 
-// Opens it as a persistent popup; whether a server is configured comes from API_ENV.
+// Opens it as a persistent popup once the configured server (API_ENV) answered the connection
+// test, or "Failed to connect to the server." was shown.
 void open_dev_menu(AppState& app);
 
 }  // namespace veldra

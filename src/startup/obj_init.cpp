@@ -17,6 +17,7 @@
 #include "startup/app_state.h"
 #include "startup/run_mode.h"
 #include "startup/run_program.h"
+#include "startup/server_connection.h"
 #include "trials/game_systems.h"
 #include "ui/dialog_texts.h"
 #include "ui/imgui_dialogs.h"
@@ -90,6 +91,8 @@ void obj_init::on_create() {
     app.sim.log_automatic_trial_events = app.params.auto_run_output || app.params.trial_level;
     initialize_log(app.runtime, app.logger, app.params.log_output_file);
     initialize_api_env(*app.services.files, app.api_env);
+    if (app.make_http)
+        app.services.http = app.make_http(app.api_env);
     log_start_up_lines();
     app.debugs = load_active_debug_settings(*app.services.files);
     // The questions may stay open over many frames in a window, so the rest of start-up follows
@@ -103,6 +106,7 @@ void obj_init::on_create() {
                                                  *app.services.files);
         })
         .and_then([&app](const std::string& custom_name) {
+            create_api_client(app);
             reload_game_configurations(app.sim.configs, *app.services.files, custom_name);
             create_status_displays(app);
             choose_run_mode(app);

@@ -18,6 +18,7 @@
 #include "startup/parameter_values.h"
 #include "startup/play_mode.h"
 #include "startup/run_program.h"
+#include "startup/server_session_mode.h"
 #include "startup/session_mode.h"
 #include "startup/single_trial_mode.h"
 #include "world/level_file.h"
@@ -120,7 +121,7 @@ void choose_run_mode(AppState& app) {
     const std::vector<std::string> modes = requested_modes(params, demo);
     if (!params.user_id && refuse_two_modes(app, modes))
         return;
-    if (refuse_missing_inputs(app, !modes.empty()))
+    if (refuse_missing_inputs(app, !modes.empty() || params.user_id))
         return;
     // Each of these is one call that runs to its end within a frame: Ctrl-C ends them at once,
     // as it ends any command-line tool.
@@ -135,10 +136,8 @@ void choose_run_mode(AppState& app) {
         log_error("Cannot run without a configuration: see the errors above.");
         return end_program(app, 1);
     }
-    if (params.user_id) {
-        log_error("Sessions against the research server are not available in this build.");
-        return end_program(app, 2);
-    }
+    if (params.user_id)
+        return start_server_user_mode(app, *params.user_id);
     if (params.auto_run_config)
         return start_auto_run_mode(app, params);
     if (params.replay)

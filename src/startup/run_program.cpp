@@ -9,6 +9,7 @@
 
 #include "async/promise_event_loop.h"
 #include "config/program_parameters.h"
+#include "platform/curl_http.h"
 #include "platform/executable_path.h"
 #include "platform/game_window.h"
 #include "platform/interrupt.h"
@@ -166,6 +167,15 @@ int run_program(int argc, char** argv) {
             return 1;
         }
     }
+
+    app.make_http = [headless = !window](const ApiEnv& env) -> std::unique_ptr<Http> {
+        platform::CurlHttpOptions options;
+        options.ca_file = env.ca_file;
+        if (options.ca_file)
+            options.ca_file = resolve_user_path(*options.ca_file);
+        options.poll_wait_ms = headless ? 1 : 0;
+        return std::make_unique<platform::CurlHttp>(std::move(options));
+    };
 
     Runtime& runtime = app.runtime;
     start_promise_event_loop(runtime);

@@ -108,25 +108,7 @@ SessionScreens headless_session_screens(AppState& app) {
 
 }  // namespace
 
-std::vector<std::string> configured_levels(const AppState& app) {
-    std::vector<std::string> levels;
-    const Value& list = app.sim.configs->levels;
-    for (std::size_t i = 0; i < list.size(); ++i)
-        if (list.at(i).is_string())
-            levels.push_back(list.at(i).as_string());
-    return levels;
-}
-
-bool start_local_session(AppState& app, std::vector<std::string> level_filenames,
-                         std::string user_id, Rng rng, bool repeat) {
-    if (app.local_session && !app.local_session->finished && !app.local_session->failed) {
-        show_message(app, "A session is already running.");
-        return false;
-    }
-    if (level_filenames.empty()) {
-        show_message(app, "The configuration lists no levels to play (the key \"levels\").");
-        return false;
-    }
+bool session_levels_loadable(AppState& app, const std::vector<std::string>& level_filenames) {
     for (const std::string& name : level_filenames)
         if (!level_load_from_file(*app.services.files, app.sim.cell_types,
                                   resolve_user_path(name))) {
@@ -135,16 +117,10 @@ bool start_local_session(AppState& app, std::vector<std::string> level_filenames
                                   "not start.");
             return false;
         }
-    SessionMenuContext menus{app.runtime, app.services, app.sim.configs, app.localization,
-                             DEBUG_BUILD};
-    if (!app.services.headless)
-        app.session_context = std::make_unique<SessionContext>(
-            SessionContext{app.sim, app.localization, window_session_screens(menus)});
-    else
-        app.session_context = std::make_unique<SessionContext>(
-            SessionContext{app.sim, app.localization, headless_session_screens(app)});
-    // Made before the first trial, so a participant never plays a session whose results
-    // cannot be kept.
+    return true;
+}
+
+std::optional<AppendFile> create_session_autosave(AppState& app, const std::string& user_id) {
     std::string error;
     auto autosave =
         session_autosave_create(folder_beside_log(app.params.log_output_file), user_id,
@@ -157,8 +133,49 @@ bool start_local_session(AppState& app, std::vector<std::string> level_filenames
         log_error(text);  // headless, this is what the caller sees
         if (!app.services.headless)
             show_message(app, text);
+    }
+    return autosave;
+}
+
+bool session_in_progress(const AppState& app) {
+    const auto& local = app.local_session;
+    const auto& server = app.server_session;
+    return (local && !local->finished && !local->failed) ||
+           (server && !server->finished && !server->failed);
+}
+
+std::vector<std::string> configured_levels(const AppState& app) {
+    std::vector<std::string> levels;
+    const Value& list = app.sim.configs->levels;
+    for (std::size_t i = 0; i < list.size(); ++i)
+        if (list.at(i).is_string())
+            levels.push_back(list.at(i).as_string());
+    return levels;
+}
+
+bool start_local_session(AppState& app, std::vector<std::string> level_filenames,
+                         std::string user_id, Rng rng, bool repeat) {
+    if (session_in_progress(app)) {
+        show_message(app, "A session is already running.");
         return false;
     }
+    if (level_filenames.empty()) {
+        show_message(app, "The configuration lists no levels to play (the key \"levels\").");
+        return false;
+    }
+    if (!session_levels_loadable(app, level_filenames))
+        return false;
+    SessionMenuContext menus{app.runtime, app.services, app.sim.configs, app.localization,
+                             DEBUG_BUILD};
+    if (!app.services.headless)
+        app.session_context = std::make_unique<SessionContext>(
+            SessionContext{app.sim, app.localization, window_session_screens(menus)});
+    else
+        app.session_context = std::make_unique<SessionContext>(
+            SessionContext{app.sim, app.localization, headless_session_screens(app)});
+    auto autosave = create_session_autosave(app, user_id);
+    if (!autosave)
+        return false;
     const std::string autosave_path = autosave->path();
     app.local_session = local_session_start(*app.session_context, std::move(level_filenames),
                                             std::move(user_id), rng, std::move(autosave));

@@ -3,9 +3,11 @@
 // window, the autosave beside the log, and a confirmation before the window closes in the middle
 // of a session.
 
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "runtime/append_file.h"
 #include "util/rng.h"
 
 namespace veldra {
@@ -18,6 +20,16 @@ struct AppState;
 // cannot be written is found before a participant sits down.
 bool start_local_session(AppState& app, std::vector<std::string> level_filenames,
                          std::string user_id, Rng rng, bool repeat = false);
+
+// Every level can be loaded; else a message names the first that cannot.
+bool session_levels_loadable(AppState& app, const std::vector<std::string>& level_filenames);
+
+// The session's autosave beside the log, made before the first trial so that a participant never
+// plays a session whose results cannot be kept; nullopt, with the reason shown, when it cannot.
+std::optional<AppendFile> create_session_autosave(AppState& app, const std::string& user_id);
+
+// A local or a server session is being played.
+bool session_in_progress(const AppState& app);
 
 // The configuration's levels, in order, as the session plays them.
 std::vector<std::string> configured_levels(const AppState& app);

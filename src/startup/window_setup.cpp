@@ -41,10 +41,12 @@ std::optional<WindowRequest> read_window_request(const ProgramParameters& params
         headless = *value;
     }
     // Shell modes print and exit; everything else is for a person at the window: a played or
-    // replayed trial, a demo, the developer menu.
+    // replayed trial, a server session, a demo, the developer menu. A server session wins over
+    // every shell mode, so it asks for the window even beside one.
     const bool shell_mode = params.generate_levels || params.auto_run_merge ||
-                            params.auto_run_config || params.trial_level || params.user_id;
-    request.wanted = !headless && (params.play_level || params.replay || !shell_mode);
+                            params.auto_run_config || params.trial_level;
+    request.wanted =
+        !headless && (params.play_level || params.replay || params.user_id || !shell_mode);
     request.replaying = params.replay.has_value();
     if (params.volume) {
         const auto value = parse_number(*params.volume);

@@ -42,21 +42,11 @@ TrialData finished_trial_record(const SimulationState& sim, const obj_trial& tri
     return data;
 }
 
-// Appends the finished trial's record to the autosave; a failure is logged and counted, and the
-// session goes on (the records are still in memory and can be saved at the end).
+// A failed append is counted, and the session goes on (the records are still in memory and can
+// be saved at the end).
 void autosave(LocalSession& session, const TrialData& record) {
-    if (!session.autosave)
-        return;
-    const std::string error = session_autosave_append(*session.autosave, record);
-    if (error.empty()) {
-        log("Saved the result of level " + std::to_string(record.level_info.play_order + 1) +
-            " (\"" + record.level_info.filename + "\", score " +
-            number_to_string(record.result.trial_score) + ").");
-        return;
-    }
-    ++session.records_not_autosaved;
-    log_error("Cannot keep the result of \"" + record.level_info.filename + "\" in \"" +
-              session.autosave->path() + "\": " + error + ".");
+    if (session.autosave && !session_autosave_keep(*session.autosave, record))
+        ++session.records_not_autosaved;
 }
 
 }  // namespace

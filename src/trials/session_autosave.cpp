@@ -3,6 +3,9 @@
 #include <cctype>
 #include <system_error>
 
+#include "runtime/log.h"
+#include "runtime/number_format.h"
+
 namespace veldra {
 
 namespace {
@@ -36,6 +39,19 @@ std::optional<AppendFile> session_autosave_create(const std::filesystem::path& f
 
 std::string session_autosave_append(AppendFile& autosave, const TrialData& record) {
     return autosave.append(trial_data_as_csv(record));
+}
+
+bool session_autosave_keep(AppendFile& autosave, const TrialData& record) {
+    const std::string error = session_autosave_append(autosave, record);
+    if (error.empty()) {
+        log("Saved the result of level " + std::to_string(record.level_info.play_order + 1) +
+            " (\"" + record.level_info.filename + "\", score " +
+            number_to_string(record.result.trial_score) + ").");
+        return true;
+    }
+    log_error("Cannot keep the result of \"" + record.level_info.filename + "\" in \"" +
+              autosave.path() + "\": " + error + ".");
+    return false;
 }
 
 }  // namespace veldra

@@ -23,4 +23,7 @@ std::optional<AppendFile> session_autosave_create(const std::filesystem::path& f
 // Appends `record` as one line; "" on success, else the reason.
 std::string session_autosave_append(AppendFile& autosave, const TrialData& record);
 
+// Appends `record` and logs the outcome: which level was kept, or why it could not be.
+bool session_autosave_keep(AppendFile& autosave, const TrialData& record);
+
 }  // namespace veldra

@@ -30,7 +30,7 @@ public:
         }
         request_in_step = false;
     }
-    void on_async_http(const HttpResponse& response) override {
+    void on_async_http(const HttpAsyncEvent& response) override {
         journal->push_back("http:" + response.url + ":" + std::to_string(response.status));
     }
     void on_draw() override {

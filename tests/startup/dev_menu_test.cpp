@@ -6,8 +6,10 @@
 
 #include "config/game_configurations.h"
 #include "runtime/dialogs.h"
+#include "runtime/frame_loop.h"
 #include "runtime/gc.h"
 #include "startup/app_state.h"
+#include "startup/server_connection.h"
 #include "support/menu_labels.h"
 #include "support/scoped_environment.h"
 #include "support/scripted_answers.h"
@@ -82,7 +84,24 @@ TEST_F(DevMenuTest, AServerSessionNeedsAUserIdAndAServer) {
     EXPECT_EQ(dialogs().messages_shown[0], "Enter a user ID first.");
     page.entries[2].field->text = "P17";
     page.entries.back().action();
-    EXPECT_EQ(dialogs().messages_shown.back(), "Failed to connect to the server.");
+    EXPECT_EQ(dialogs().messages_shown.back(), no_server_configured_text());
+    EXPECT_NE(dialogs().messages_shown.back().find("\".api_env.json\""), std::string::npos);
+}
+
+// A configured server that cannot be reached: the user check fails, said in the participant's
+// words, and no session starts.
+TEST_F(DevMenuTest, AServerThatDoesNotAnswerStartsNoSession) {
+    app.api_env.remote_url = "http://127.0.0.1:9/";
+    app.runtime.start(app.runtime.room_add({"room", nullptr}));
+    const MenuDefinition menu = make_dev_menu(app, true);
+    const MenuDefinition& page = page_of(menu, "Start session (server)");
+    page.entries[2].field->text = "P17";
+    page.entries.back().action();
+    for (int frame = 0; frame < 3; ++frame)
+        run_program_frame(app.runtime, app.services);
+    ASSERT_FALSE(dialogs().messages_shown.empty());
+    EXPECT_EQ(dialogs().messages_shown.back(), "Failed to get data from the server.");
+    EXPECT_FALSE(app.server_session);
 }
 
 TEST_F(DevMenuTest, CancelledQuestionsStartNothing) {

@@ -1,0 +1,96 @@
+// A server session in a real window, driven by a UI script as a participant would play it, the
+// real veldra-server storing its records: the traits chosen for the first level come back preset
+// for the second, and a participant who starts again after the last level sees the end menu at
+// once.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "platform/window_test_support.h"
+#include "startup/study_server.h"
+#include "support/scratch_directory.h"
+
+namespace veldra {
+namespace {
+
+namespace fs = std::filesystem;
+
+class WindowedServerSessionTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        VELDRA_NEED_DISPLAY();
+        ASSERT_GT(server.port(), 0) << server.output();
+        server.write_api_env("s3cret");
+        std::ofstream(folder.path() / "one.txt") << "xxxxxxx\nx p  hx\nx  f  x\nxm    x\nxxxxxxx\n";
+        std::ofstream(folder.path() / "two.txt")
+            << "xxxxxxxx\nxh    px\nx ff   x\nx   m  x\nxxxxxxxx\n";
+        std::ofstream(folder.path() / "study.json")
+            << R"({ "trial_time": 3, "game_speed": 4, "shuffle_levels": false,
+                    "show_trial_result_menu": true, "levels": ["one.txt", "two.txt"] })";
+    }
+    int veldra(const std::string& arguments) {
+        const std::string command =
+            "cd '" + folder.path().string() + "' && SDL_AUDIODRIVER=dummy '" +
+            fs::absolute("veldra").string() + "' " + arguments + " >out.txt 2>err.txt";
+        return std::system(command.c_str());
+    }
+    std::string errors() const {
+        std::ifstream file(folder.path() / "err.txt");
+        std::stringstream text;
+        text << file.rdbuf();
+        return text.str();
+    }
+
+    testing::ScratchDirectory folder{"veldra-windowed-server-session"};
+    testing::StudyServer server{folder.path(), "P017"};
+};
+
+TEST_F(WindowedServerSessionTest, TwoLevelsArePlayedWithTheTraitsCarriedOverAndSubmitted) {
+    std::ofstream(folder.path() / "session.ui") << "wait Level 1/2: choose your personality\n"
+                                                   "slide 0.3 Openness\n"
+                                                   "slide -0.7 Conscientiousness\n"
+                                                   "slide 1 Extraversion\n"
+                                                   "slide -0.2 Agreeableness\n"
+                                                   "slide 0.6 Neuroticism\n"
+                                                   "click Start\n"
+                                                   "wait Level 1/2 done\n"
+                                                   "click Continue\n"
+                                                   "wait Level 2/2: choose your personality\n"
+                                                   "click Start\n"
+                                                   "wait Level 2/2 done\n"
+                                                   "click Continue\n"
+                                                   "wait All levels done\n"
+                                                   "quit\n";
+    ASSERT_EQ(veldra("lang=en user_id=P017 config=study.json ui_script=session.ui frames=3000 "
+                     "log_output_file=run.log"),
+              0)
+        << errors();
+    const auto records = server.stored();
+    ASSERT_EQ(records.size(), 2u) << errors();
+    const char* traits[] = {"openness", "conscientiousness", "extraversion", "agreeableness",
+                            "neuroticism"};
+    const char* chosen[] = {"0.3", "-0.7", "1", "-0.2", "0.6"};
+    for (const auto& record : records) {
+        EXPECT_EQ(record.at("user_id"), "P017");
+        for (int t = 0; t < 5; ++t)
+            EXPECT_EQ(record.at(std::string("traits.") + traits[t]), chosen[t])
+                << traits[t] << " of " << record.at("level_info.filename");
+    }
+    EXPECT_EQ(records[0].at("level_info.filename"), "one.txt");
+    EXPECT_EQ(records[1].at("level_info.filename"), "two.txt");
+
+    // Everything is stored: the end menu comes without a trial, and nothing more is sent.
+    std::ofstream(folder.path() / "again.ui") << "wait All levels done\nquit\n";
+    ASSERT_EQ(veldra("lang=en user_id=P017 config=study.json ui_script=again.ui frames=3000 "
+                     "log_output_file=again.log"),
+              0)
+        << errors();
+    EXPECT_EQ(server.stored().size(), 2u);
+}
+
+}  // namespace
+}  // namespace veldra
