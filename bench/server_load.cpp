@@ -197,6 +197,7 @@ int main(int argc, char** argv) try {
 
     std::atomic<int> answered{0};
     std::atomic<int> retries{0};
+    std::atomic<int> unanswered{0};  // of the retries: no answer at all (refused, reset, timeout)
     std::atomic<bool> stopping{false};
     std::vector<char> acknowledged(records.size(), 0);
     std::vector<double> latencies(records.size(), -1);
@@ -224,6 +225,8 @@ int main(int argc, char** argv) try {
                         break;
                     }
                     ++retries;
+                    if (!answer)
+                        ++unanswered;
                     std::this_thread::sleep_for(std::chrono::milliseconds(50));
                 }
             }
@@ -281,7 +284,8 @@ int main(int argc, char** argv) try {
                 static_cast<double>(acknowledged_count) / elapsed);
     std::printf("latency median    %.1f ms\n", 1000 * percentile(answered_latencies, 0.5));
     std::printf("latency 99th pct  %.1f ms\n", 1000 * percentile(answered_latencies, 0.99));
-    std::printf("retried requests  %d\n", retries.load());
+    std::printf("retried requests  %d (%d without an answer, %d with a status other than 2xx)\n",
+                retries.load(), unanswered.load(), retries.load() - unanswered.load());
     std::printf(
         "in the database   %zu rows: %zu answered records missing, %zu twice, "
         "%zu stored without a 2xx\n",
