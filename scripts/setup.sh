@@ -12,6 +12,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   libmuparser-dev libboost-graph-dev
   locales python3
+  openssl chromium
 )
 missing=()
 for p in "${packages[@]}"; do

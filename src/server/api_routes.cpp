@@ -80,6 +80,8 @@ ApiAnswer answer_api_request(const ApiRequest& request, TrialStore& store,
             answer.headers.emplace_back("Allow", route.method == "GET" ? "GET, HEAD" : "POST");
             return answer;
         }
+        if (route.per_user)
+            store.note_heard_from(*user_id);
         return route.answer(request, store, *user_id);
     }
     return error_answer(404, "no such endpoint");

@@ -24,6 +24,19 @@ ApiRequest api_request_of(const httplib::Request& request) {
     };
 }
 
+AdminRequest admin_request_of(const httplib::Request& request) {
+    // For a posted form the library has put the form's fields among the parameters.
+    return AdminRequest{
+        .method = request.method,
+        .path = request.path,
+        .authorization = request.get_header_value("Authorization"),
+        .origin = request.get_header_value("Origin"),
+        .host = request.get_header_value("Host"),
+        .user = request.get_param_value("user"),
+        .token = request.get_param_value("token"),
+    };
+}
+
 void send(const ApiAnswer& answer, httplib::Response& response) {
     response.status = answer.status;
     for (const auto& [name, value] : answer.headers)
@@ -49,9 +62,10 @@ std::unique_ptr<httplib::Server> make_server(const ServerOptions& options) {
 }  // namespace
 
 StudyHttpService::StudyHttpService(TrialStore& store, BasicCredentials credentials,
-                                   const ServerOptions& options)
+                                   std::optional<AdminSettings> admin, const ServerOptions& options)
     : store_(store),
       credentials_(std::move(credentials)),
+      admin_(std::move(admin)),
       options_(options),
       limiter_(options.rate_limit, 2 * options.rate_limit),
       https_(!options.cert_file.empty()),
@@ -76,7 +90,10 @@ void StudyHttpService::install_handlers() {
     // Every method reaches the same routing, which answers 404 and 405 itself.
     const auto handle = [this](const httplib::Request& request, httplib::Response& response) {
         try {
-            send(answer_api_request(api_request_of(request), store_, credentials_), response);
+            if (admin_ && is_admin_path(request.path))
+                send(answer_admin_request(admin_request_of(request), store_, *admin_), response);
+            else
+                send(answer_api_request(api_request_of(request), store_, credentials_), response);
         } catch (const std::exception& error) {
             write_log_line(
                 timestamped_log_line(std::time(nullptr), std::string("error: ") + error.what()));

@@ -1,10 +1,13 @@
 #pragma once
 // The study server on the network: cpp-httplib's server (HTTPS when given a certificate) in
-// front of answer_api_request, with the body-size limit, the per-address rate limit and one log
-// line per request. The only file that knows the HTTP library.
+// front of answer_api_request and, when it has a password, the researcher's page, with the
+// body-size limit, the per-address rate limit and one log line per request. The only file that
+// knows the HTTP library.
 
 #include <memory>
+#include <optional>
 
+#include "server/admin_routes.h"
 #include "server/basic_auth.h"
 #include "server/rate_limiter.h"
 #include "server/server_options.h"
@@ -18,8 +21,10 @@ namespace veldra {
 
 class StudyHttpService {
 public:
-    // Throws std::runtime_error when the certificate or key cannot be used.
-    StudyHttpService(TrialStore& store, BasicCredentials credentials, const ServerOptions& options);
+    // Without `admin`, /admin/ is an API path like any other (so 401, or 404 with the API's
+    // credentials). Throws std::runtime_error when the certificate or key cannot be used.
+    StudyHttpService(TrialStore& store, BasicCredentials credentials,
+                     std::optional<AdminSettings> admin, const ServerOptions& options);
     ~StudyHttpService();
     StudyHttpService(const StudyHttpService&) = delete;
     StudyHttpService& operator=(const StudyHttpService&) = delete;
@@ -41,6 +46,7 @@ private:
 
     TrialStore& store_;
     BasicCredentials credentials_;
+    const std::optional<AdminSettings> admin_;
     const ServerOptions options_;
     RateLimiter limiter_;
     bool https_ = false;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "runtime/file_io.h"
+#include "server/admin_password_file.h"
 #include "server/credentials_file.h"
 #include "server/http_service.h"
 #include "server/participant_ids.h"
@@ -47,17 +48,36 @@ std::string collect_participant_ids(const ServerOptions& options, std::vector<st
     return {};
 }
 
+// The researcher's page's settings; nullopt (the page off) without admin_password_file=.
+// Throws std::runtime_error with the reason when the file cannot be used.
+std::optional<AdminSettings> admin_settings(const ServerOptions& options,
+                                            const BasicCredentials& api) {
+    if (options.admin_password_file.empty())
+        return std::nullopt;
+    AdminPasswordRead read = read_admin_password_file(options.admin_password_file);
+    if (!read.password)
+        throw std::runtime_error(read.error);
+    // Participants have the API password: the same text would open the page to all of them.
+    if (*read.password == api.password)
+        throw std::runtime_error("the admin password must differ from the game's API password");
+    return AdminSettings{.password = std::move(*read.password),
+                         .form_token = make_form_token(),
+                         .levels_to_finish = options.levels};
+}
+
 int serve(const ServerOptions& options) {
     const CredentialsRead credentials = read_credentials_file(options.credentials_file);
     if (!credentials.credentials)
         return fail(credentials.error);
+    std::optional<AdminSettings> admin = admin_settings(options, *credentials.credentials);
+    const bool page_on = admin.has_value();
     std::vector<std::string> user_ids;
     if (const std::string error = collect_participant_ids(options, user_ids); !error.empty())
         return fail(error);
 
     TrialStore store(options.database, SqliteOpen::create);
     store.register_users(user_ids);
-    StudyHttpService service(store, *credentials.credentials, options);
+    StudyHttpService service(store, *credentials.credentials, std::move(admin), options);
     const int port = service.bind();
     // After the service, so that the watching thread has ended before the service goes; before
     // run(), which starts the threads that must inherit the blocked signals.
@@ -67,6 +87,8 @@ int serve(const ServerOptions& options) {
     say(std::string("listening on ") + (service.is_https() ? "https" : "http") + "://" +
         options.address + ":" + std::to_string(port) + "/ with " + std::to_string(user_ids.size()) +
         " participant ids given");
+    say(page_on ? "researcher's page at /admin/"
+                : "researcher's page off: no admin_password_file= given");
     const bool listened = service.run();
     signals.finished();
     if (!listened)

@@ -15,7 +15,7 @@ struct ParameterInfo {
     std::string_view help;
 };
 
-constexpr std::array<ParameterInfo, 12> PARAMETERS = {{
+constexpr std::array<ParameterInfo, 14> PARAMETERS = {{
     {"db", "SQLite database file of the study; made when missing (required)"},
     {"address", "address to listen on (default 127.0.0.1; 0.0.0.0 for every interface)"},
     {"port", "TCP port (default 8080; 0 picks a free one, printed on the first line)"},
@@ -30,6 +30,12 @@ constexpr std::array<ParameterInfo, 12> PARAMETERS = {{
     {"rate_limit",
      "requests per second per client address, in bursts of up to twice that (default 20; 0 "
      "turns the limit off); more get 429"},
+    {"admin_password_file",
+     "file holding the password of the researcher's page at /admin/ (user name admin); "
+     "without it the page is off"},
+    {"levels",
+     "number of levels in the study: a participant with records of that many levels counts "
+     "as finished (default: as many as the most advanced participant)"},
     {"export",
      "FILE.csv: write every stored record as the game's CSV (header and 33 columns) "
      "and exit"},
@@ -78,6 +84,12 @@ std::string apply(ServerOptions& options, const std::string& key, const std::str
         if (!rate || *rate < 0)
             return "rate_limit=" + value + " is not a number of at least 0";
         options.rate_limit = *rate;
+    } else if (key == "admin_password_file") {
+        options.admin_password_file = value;
+    } else if (key == "levels") {
+        if (const std::string problem = whole_number_problem(value, 1, 100000); !problem.empty())
+            return "levels=" + value + " " + problem;
+        options.levels = *try_string_to_whole_number(value, 1, 100000);
     } else if (key == "export") {
         options.export_file = value;
     } else if (key == "backup") {

@@ -30,6 +30,8 @@ struct ServerOptions {
     std::string key_file;
     std::size_t max_body = 64 * 1024;  // bytes; a record is well under 2 KiB
     double rate_limit = 20;            // requests per second per address; 0 for none
+    std::string admin_password_file;   // "" leaves the researcher's page off
+    std::size_t levels = 0;            // levels of the study, for "finished"; 0 when not given
     std::string export_file;
     std::string backup_file;
 };

@@ -68,6 +68,12 @@ SqliteStatement& SqliteStatement::bind(int index, double number) {
     return *this;
 }
 
+SqliteStatement& SqliteStatement::bind(int index, std::int64_t number) {
+    if (sqlite3_bind_int64(statement_, index, number) != SQLITE_OK)
+        throw_sqlite_error(db_, "cannot bind a parameter");
+    return *this;
+}
+
 bool SqliteStatement::step() {
     const int result = sqlite3_step(statement_);
     if (result == SQLITE_ROW)

@@ -51,6 +51,7 @@ public:
     // Parameters count from 1, as in the SQL text's "?1", "?2".
     SqliteStatement& bind(int index, std::string_view text);
     SqliteStatement& bind(int index, double number);
+    SqliteStatement& bind(int index, std::int64_t number);
 
     // True while there is a row to read; false when the statement is done.
     bool step();

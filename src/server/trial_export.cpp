@@ -1,5 +1,6 @@
 #include "server/trial_export.h"
 
+#include <mutex>
 #include <stdexcept>
 
 #include "runtime/file_io.h"
@@ -9,6 +10,8 @@
 namespace veldra {
 
 std::string trial_records_as_csv(TrialStore& store) {
+    static std::mutex one_at_a_time;
+    std::lock_guard lock(one_at_a_time);
     std::string csv = trial_data_as_csv_headers();
     store.for_each_record([&](const std::string& record_json) {
         // Stored records passed the check when they arrived, so each has every column; one

@@ -9,8 +9,9 @@
 
 namespace veldra {
 
-// Uses the game's dynamic values: call from one thread only (the export run is a run of its
-// own, never inside the serving threads). Throws when a stored record is not JSON.
+// Uses the game's dynamic values, which are not shared between threads: calls are serialised
+// here, and no other serving code makes such values, so the researcher's page may download
+// while the API serves. Throws when a stored record is not JSON.
 std::string trial_records_as_csv(TrialStore& store);
 
 // Writes the CSV to `path` (replacing it only once it is complete); "" on success, else why not.

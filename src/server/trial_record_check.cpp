@@ -1,5 +1,7 @@
 #include "server/trial_record_check.h"
 
+#include <algorithm>
+
 #include <nlohmann/json.hpp>
 
 #include "serial/json.h"
@@ -40,6 +42,22 @@ std::string first_missing_field(const Json& record) {
     return {};
 }
 
+// The server never opens a level file, but a researcher's script may join the name to a folder:
+// a name that climbs out of it ("../") or hides a line break is not a level of the game.
+bool is_plain_level_name(const std::string& name) {
+    for (const char c : name)
+        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f)
+            return false;
+    std::size_t start = 0;
+    while (start <= name.size()) {
+        const std::size_t end = std::min(name.find_first_of("/\\", start), name.size());
+        if (name.compare(start, end - start, "..") == 0)
+            return false;
+        start = end + 1;
+    }
+    return true;
+}
+
 }  // namespace
 
 TrialRecordCheck check_trial_record(std::string_view body) {
@@ -64,6 +82,8 @@ TrialRecordCheck check_trial_record(std::string_view body) {
         return refused("\"user_id\" must be a non-empty text");
     if (!level_file.is_string())
         return refused("\"level_info.filename\" must be a text");
+    if (!is_plain_level_name(level_file.get_ref<const std::string&>()))
+        return refused("\"level_info.filename\" must not hold \"..\" or control characters");
     if (!seed.is_number())
         return refused("\"seed\" must be a number");
     if (!trial_score.is_number())

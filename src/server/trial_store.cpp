@@ -2,15 +2,18 @@
 
 #include <sqlite3.h>
 
+#include <unordered_map>
+
 namespace veldra {
 
 namespace {
 
-// received_at is the server's clock when the record arrived (UTC), for the researchers; nothing
-// about the sender (address, user agent) is stored.
+// received_at and last_heard are the server's clock (UTC), for the researchers; nothing about
+// the sender (address, user agent) is stored.
 constexpr const char* SCHEMA = R"sql(
 CREATE TABLE IF NOT EXISTS users (
-    user_id TEXT PRIMARY KEY NOT NULL
+    user_id TEXT PRIMARY KEY NOT NULL,
+    last_heard TEXT
 );
 CREATE TABLE IF NOT EXISTS trials (
     id INTEGER PRIMARY KEY,
@@ -22,8 +25,10 @@ CREATE TABLE IF NOT EXISTS trials (
     record TEXT NOT NULL,
     UNIQUE (user_id, level_file, seed)
 );
-PRAGMA user_version = 1;
+PRAGMA user_version = 2;
 )sql";
+
+constexpr const char* NOW = "strftime('%Y-%m-%dT%H:%M:%SZ', 'now')";
 
 }  // namespace
 
@@ -35,6 +40,16 @@ TrialStore::TrialStore(const std::string& path, SqliteOpen mode) : db_(path, mod
     // next to a running server writes nothing into it.
     if (schema_version() == 0)
         db_.execute(SCHEMA);
+    else if (mode == SqliteOpen::create)
+        upgrade_schema();
+}
+
+void TrialStore::upgrade_schema() {
+    // Version 1 had no last_heard; its participants show as never heard from until they are.
+    if (schema_version() == 1)
+        db_.execute(
+            "BEGIN; ALTER TABLE users ADD COLUMN last_heard TEXT; "
+            "PRAGMA user_version = 2; COMMIT");
 }
 
 std::int64_t TrialStore::schema_version() {
@@ -64,9 +79,34 @@ bool TrialStore::user_exists(const std::string& user_id) {
     return query.bind(1, user_id).step();
 }
 
+void TrialStore::note_heard_from(const std::string& user_id) {
+    std::lock_guard lock(mutex_);
+    SqliteStatement update(
+        db_, (std::string("UPDATE users SET last_heard = ") + NOW + " WHERE user_id = ?1").c_str());
+    update.bind(1, user_id).step();
+}
+
 StoreOutcome TrialStore::store_trial(const TrialKey& key, double trial_score,
                                      const std::string& record_json) {
     std::lock_guard lock(mutex_);
+    // One commit for the record and the time, so that a submission costs one sync to disk.
+    db_.execute("BEGIN");
+    try {
+        const StoreOutcome outcome = insert_trial(key, trial_score, record_json);
+        SqliteStatement update(
+            db_,
+            (std::string("UPDATE users SET last_heard = ") + NOW + " WHERE user_id = ?1").c_str());
+        update.bind(1, key.user_id).step();
+        db_.execute("COMMIT");
+        return outcome;
+    } catch (...) {
+        db_.execute("ROLLBACK");
+        throw;
+    }
+}
+
+StoreOutcome TrialStore::insert_trial(const TrialKey& key, double trial_score,
+                                      const std::string& record_json) {
     SqliteStatement insert(db_,
                            "INSERT INTO trials (user_id, level_file, seed, trial_score, record) "
                            "VALUES (?1, ?2, ?3, ?4, ?5) "
@@ -117,6 +157,86 @@ void TrialStore::for_each_record(const std::function<void(const std::string&)>& 
     SqliteStatement query(db_, "SELECT record FROM trials ORDER BY id");
     while (query.step())
         visit(query.column_text(0));
+}
+
+std::int64_t TrialStore::record_count_of_user(const std::string& user_id) {
+    std::lock_guard lock(mutex_);
+    SqliteStatement query(db_, "SELECT COUNT(*) FROM trials WHERE user_id = ?1");
+    query.bind(1, user_id);
+    return query.step() ? query.column_int(0) : 0;
+}
+
+std::int64_t TrialStore::delete_records_of_user(const std::string& user_id) {
+    std::lock_guard lock(mutex_);
+    db_.execute("BEGIN");
+    try {
+        SqliteStatement remove(db_, "DELETE FROM trials WHERE user_id = ?1");
+        remove.bind(1, user_id).step();
+        const std::int64_t removed = db_.changes();
+        SqliteStatement forget(db_, "UPDATE users SET last_heard = NULL WHERE user_id = ?1");
+        forget.bind(1, user_id).step();
+        db_.execute("COMMIT");
+        return removed;
+    } catch (...) {
+        db_.execute("ROLLBACK");
+        throw;
+    }
+}
+
+StudyOverview TrialStore::study_overview(std::size_t latest_count) {
+    std::lock_guard lock(mutex_);
+    // One read transaction, so that the grid and the latest records agree with each other.
+    db_.execute("BEGIN");
+    try {
+        StudyOverview overview = read_overview(latest_count);
+        db_.execute("COMMIT");
+        return overview;
+    } catch (...) {
+        db_.execute("ROLLBACK");
+        throw;
+    }
+}
+
+StudyOverview TrialStore::read_overview(std::size_t latest_count) {
+    StudyOverview overview;
+    std::unordered_map<std::string, std::size_t> level_index;
+    SqliteStatement levels(db_,
+                           "SELECT level_file FROM trials GROUP BY level_file ORDER BY MIN(id)");
+    while (levels.step()) {
+        level_index.emplace(levels.column_text(0), overview.levels.size());
+        overview.levels.push_back(levels.column_text(0));
+    }
+    std::unordered_map<std::string, std::size_t> user_index;
+    SqliteStatement users(db_, "SELECT user_id, last_heard FROM users ORDER BY user_id");
+    while (users.step()) {
+        user_index.emplace(users.column_text(0), overview.participants.size());
+        overview.participants.push_back(
+            ParticipantProgress{.user_id = users.column_text(0),
+                                .last_heard = users.column_text(1),
+                                .records = std::vector<std::int64_t>(overview.levels.size(), 0),
+                                .levels_with_records = 0});
+    }
+    SqliteStatement counts(
+        db_, "SELECT user_id, level_file, COUNT(*) FROM trials GROUP BY user_id, level_file");
+    while (counts.step()) {
+        ParticipantProgress& participant =
+            overview.participants[user_index.at(counts.column_text(0))];
+        participant.records[level_index.at(counts.column_text(1))] = counts.column_int(2);
+        ++participant.levels_with_records;
+        overview.records += counts.column_int(2);
+    }
+    SqliteStatement latest(db_,
+                           "SELECT id, received_at, user_id, level_file, seed, trial_score "
+                           "FROM trials ORDER BY id DESC LIMIT ?1");
+    latest.bind(1, static_cast<std::int64_t>(latest_count));
+    while (latest.step())
+        overview.latest.push_back(LatestRecord{.id = latest.column_int(0),
+                                               .received_at = latest.column_text(1),
+                                               .user_id = latest.column_text(2),
+                                               .level_file = latest.column_text(3),
+                                               .seed = latest.column_double(4),
+                                               .trial_score = latest.column_double(5)});
+    return overview;
 }
 
 void TrialStore::backup_to(const std::string& path) {

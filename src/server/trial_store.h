@@ -8,6 +8,9 @@
 // Every write is committed (synchronous=FULL) before the call returns, so an answer the server
 // gives is never ahead of the disk.
 //
+// Each participant's last request is kept (its time only: nothing about the sender is stored)
+// for the researcher's page.
+//
 // Safe to call from several threads: one connection, one mutex.
 
 #include <cstdint>
@@ -17,6 +20,7 @@
 #include <vector>
 
 #include "server/sqlite_connection.h"
+#include "server/study_overview.h"
 
 namespace veldra {
 
@@ -42,8 +46,12 @@ public:
     void register_users(const std::vector<std::string>& user_ids);
     bool user_exists(const std::string& user_id);
 
+    // Notes the time of a request from a registered participant; an unknown id changes nothing.
+    void note_heard_from(const std::string& user_id);
+
     // `record_json` is kept as given and compared byte for byte with a later arrival under the
-    // same key, so callers pass one canonical form (compact, keys sorted).
+    // same key, so callers pass one canonical form (compact, keys sorted). Also notes the
+    // participant as heard from, in the same commit.
     StoreOutcome store_trial(const TrialKey& key, double trial_score,
                              const std::string& record_json);
 
@@ -56,12 +64,26 @@ public:
     // Every record of every user, in arrival order.
     void for_each_record(const std::function<void(const std::string& record_json)>& visit);
 
+    std::int64_t record_count_of_user(const std::string& user_id);
+    // Removes every record of the participant (a withdrawal of consent) and when they were last
+    // heard from; the id stays registered. Gives the number of records removed.
+    std::int64_t delete_records_of_user(const std::string& user_id);
+
+    // Everything but the progress counts (count_study_progress), with the `latest_count` newest
+    // records.
+    StudyOverview study_overview(std::size_t latest_count);
+
     // A consistent copy of the whole database into `path` through SQLite's online backup,
     // which another connection may keep writing during. Throws SqliteError on failure.
     void backup_to(const std::string& path);
 
 private:
     std::int64_t schema_version();
+    void upgrade_schema();
+    // The parts of the calls above that run with the mutex held.
+    StoreOutcome insert_trial(const TrialKey& key, double trial_score,
+                              const std::string& record_json);
+    StudyOverview read_overview(std::size_t latest_count);
 
     std::mutex mutex_;
     SqliteConnection db_;

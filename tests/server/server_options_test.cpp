@@ -38,6 +38,20 @@ TEST(ServerOptionsTest, EveryParameterIsRead) {
     EXPECT_DOUBLE_EQ(ok.options->rate_limit, 2.5);
 }
 
+TEST(ServerOptionsTest, ThePagesPasswordFileAndLevelCountAreReadAndCheckedAndOffByDefault) {
+    const ServerOptionsRead off = read_options({"db=s.db", "credentials=c.json"});
+    ASSERT_TRUE(off.options);
+    EXPECT_TRUE(off.options->admin_password_file.empty());
+    EXPECT_EQ(off.options->levels, 0u);
+    const ServerOptionsRead on =
+        read_options({"db=s.db", "credentials=c.json", "admin_password_file=pw.txt", "levels=12"});
+    ASSERT_TRUE(on.options) << on.error;
+    EXPECT_EQ(on.options->admin_password_file, "pw.txt");
+    EXPECT_EQ(on.options->levels, 12u);
+    for (const char* levels : {"levels=0", "levels=-1", "levels=x", "levels=1.5"})
+        EXPECT_FALSE(read_options({"db=s.db", "credentials=c.json", levels}).options) << levels;
+}
+
 TEST(ServerOptionsTest, ExportAndBackupAreRunsOfTheirOwnWithoutCredentials) {
     EXPECT_EQ(read_options({"db=s.db", "export=out.csv"}).options->mode, ServerMode::export_csv);
     EXPECT_EQ(read_options({"db=s.db", "backup=copy.db"}).options->mode, ServerMode::backup);

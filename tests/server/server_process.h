@@ -69,15 +69,18 @@ public:
             all_output_.push_back(c);
         }
     }
-    // The port of the "listening on http://ADDRESS:PORT/" line; 0 when it did not come.
+    // The port of the "listening on http://127.0.0.1:PORT/" line (or https); 0 when it did not
+    // come.
     int wait_until_listening() {
         const std::optional<std::string> line = read_line();
         if (!line)
             return 0;
-        const std::size_t at = line->find("listening on http://127.0.0.1:");
-        if (at == std::string::npos)
-            return 0;
-        return std::stoi(line->substr(at + std::string("listening on http://127.0.0.1:").size()));
+        for (const std::string scheme : {"http", "https"}) {
+            const std::string start = "listening on " + scheme + "://127.0.0.1:";
+            if (const std::size_t at = line->find(start); at != std::string::npos)
+                return std::stoi(line->substr(at + start.size()));
+        }
+        return 0;
     }
     // Sends SIGTERM and gives the exit status (-1 when it did not end within ten seconds); the
     // rest of its output is then in output().

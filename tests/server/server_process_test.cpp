@@ -150,6 +150,13 @@ TEST_F(ServerProcessTest, WrongStartsEndWithAMessageAndStatus) {
     ServerProcess missing_db({"db=" + (scratch.path() / "none.sqlite").string(),
                               "export=" + (scratch.path() / "x.csv").string()});
     EXPECT_EQ(missing_db.wait_for_exit(), 1);
+    // The page's password may not be the one every participant's copy of the game holds.
+    const std::string same = (scratch.path() / "same_password").string();
+    std::ofstream(same) << "s3cret-pw\n";
+    ServerProcess same_password(serving({"admin_password_file=" + same}));
+    EXPECT_EQ(same_password.wait_for_exit(), 1);
+    ServerProcess short_password(serving({"admin_password_file=" + users}));  // "# pilot"
+    EXPECT_EQ(short_password.wait_for_exit(), 1);
     ServerProcess help({"--help"});
     EXPECT_EQ(help.wait_for_exit(), 0);
     EXPECT_NE(help.output().find("backup="), std::string::npos);
