@@ -12,6 +12,7 @@ namespace veldra {
 // One row per parameter: name, one-line meaning for --help. Adding a parameter is one line.
 #define VELDRA_PROGRAM_PARAMETERS(X)                                                              \
     X(user_id, "user ID for a session against the research server")                               \
+    X(submit_outbox, "1 sends the trial results waiting in the outbox to the research server")    \
     X(demo, "1 starts a local session of the configuration's levels at once (a kiosk)")           \
     X(config,                                                                                     \
       "custom configuration file laid over configurations.json (\".json\" may be left out)")      \

@@ -15,6 +15,7 @@
 #include "startup/app_state.h"
 #include "startup/auto_run_mode.h"
 #include "startup/dev_menu.h"
+#include "startup/outbox_mode.h"
 #include "startup/parameter_values.h"
 #include "startup/play_mode.h"
 #include "startup/run_program.h"
@@ -54,7 +55,8 @@ std::vector<std::string> requested_modes(const ProgramParameters& params, bool d
     const std::pair<const std::optional<std::string>*, const char*> starters[] = {
         {&params.generate_levels, "generate_levels"}, {&params.auto_run_merge, "auto_run_merge"},
         {&params.auto_run_config, "auto_run_config"}, {&params.replay, "replay"},
-        {&params.trial_level, "trial_level"},         {&params.play_level, "play_level"}};
+        {&params.trial_level, "trial_level"},         {&params.play_level, "play_level"},
+        {&params.submit_outbox, "submit_outbox"}};
     for (const auto& [value, name] : starters)
         if (*value && !(value == &params.play_level && params.replay))
             modes.emplace_back(name);
@@ -131,6 +133,8 @@ void choose_run_mode(AppState& app) {
         return run_level_set_generator(app, params);
     if (params.auto_run_merge)
         return start_auto_run_merge_mode(app, params);
+    if (params.submit_outbox)
+        return start_submit_outbox_mode(app);
     // Everything below plays trials: without a configuration there is nothing to play with.
     if ((params.user_id || !modes.empty()) && !app.sim.configs.loaded()) {
         log_error("Cannot run without a configuration: see the errors above.");

@@ -3,8 +3,11 @@
 #include <optional>
 #include <utility>
 
+#include "async/waiters.h"
 #include "config/game_configurations.h"
+#include "config/logger.h"
 #include "net/obj_api.h"
+#include "net/outbox.h"
 #include "runtime/log.h"
 #include "runtime/number_format.h"
 #include "runtime/random_source.h"
@@ -27,6 +30,16 @@ void show_stopping_message(AppState& app, const std::string& text) {
     app.services.dialogs->show_message(text);
     if (app.services.headless)
         end_program(app, 1);
+}
+
+// Long enough not to hammer a server that is down, short enough that a participant waiting at
+// the end is not kept long once it is back.
+constexpr double OUTBOX_RETRY_MS = 5000;
+
+Promise<void> wait_milliseconds(AppState& app, double ms) {
+    const double until = app.services.clock->current_time() + ms;
+    return wait_condition(app.runtime,
+                          [&app, until] { return app.services.clock->current_time() >= until; });
 }
 
 obj_loading_status* loading_status(AppState& app) {
@@ -101,13 +114,21 @@ bool start_server_session(AppState& app, std::vector<std::string> level_filename
                 if (obj_loading_status* status = loading_status(app))
                     status->clear();
             },
-        .show_message = [&app](const std::string& text) { show_stopping_message(app, text); }});
+        .show_message = [&app](const std::string& text) { show_stopping_message(app, text); },
+        .outbox =
+            std::make_shared<Outbox>(outbox_folder(folder_beside_log(app.params.log_output_file))),
+        .wait_before_retry = [&app] { return wait_milliseconds(app, OUTBOX_RETRY_MS); }});
     app.server_session = make_server_session(std::move(level_filenames), std::move(user_id), rng,
                                              std::move(autosave));
     log("Server session started for \"" + app.server_session->user_id + "\" with " +
         std::to_string(app.server_session->level_filenames.size()) +
         " levels; each result is also kept in \"" + autosave_path + "\".");
-    server_session_start(*app.server_session_context, app.server_session);
+    // What an earlier start could not send goes first, so the server's list of submitted
+    // levels is complete before the session asks it where to go on.
+    server_session_send_waiting(*app.server_session_context, app.server_session->user_id)
+        .and_then([&app](std::size_t) {
+            server_session_start(*app.server_session_context, app.server_session);
+        });
     return true;
 }
 

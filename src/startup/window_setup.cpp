@@ -44,7 +44,7 @@ std::optional<WindowRequest> read_window_request(const ProgramParameters& params
     // replayed trial, a server session, a demo, the developer menu. A server session wins over
     // every shell mode, so it asks for the window even beside one.
     const bool shell_mode = params.generate_levels || params.auto_run_merge ||
-                            params.auto_run_config || params.trial_level;
+                            params.auto_run_config || params.trial_level || params.submit_outbox;
     request.wanted =
         !headless && (params.play_level || params.replay || params.user_id || !shell_mode);
     request.replaying = params.replay.has_value();

@@ -5,8 +5,11 @@
 
 #include "config/game_configurations.h"
 #include "net/obj_api.h"
+#include "net/outbox.h"
+#include "net/outbox_sending.h"
 #include "runtime/log.h"
 #include "runtime/number_format.h"
+#include "serial/json.h"
 #include "trials/session_autosave.h"
 #include "trials/simulation_state.h"
 #include "trials/trial_data.h"
@@ -38,6 +41,79 @@ void show_end(ServerSessionContext& context, ServerSession& session, double tota
         number_to_string(total_score) + ".");
     if (context.session.screens.show_end)
         context.session.screens.show_end(session.user_id, total_score, nullptr);
+}
+
+// The record goes into the outbox before it is sent, so that a crash or a lost answer leaves it
+// there to be sent at the next start.
+std::optional<OutboxEntry> keep_in_outbox(ServerSessionContext& context, const TrialData& record,
+                                          const Value& body) {
+    if (!context.outbox)
+        return std::nullopt;
+    std::string error;
+    std::optional<OutboxEntry> entry =
+        context.outbox->put({.user_id = record.user_id.value_or(""),
+                             .level_file = record.level_info.filename,
+                             .seed = record.seed},
+                            json_stringify(body, false), error);
+    if (!entry)
+        log_warning("The result of \"" + record.level_info.filename +
+                    "\" could not be put in the outbox (" + error +
+                    "); if the server does not take it, only the autosave keeps it.");
+    return entry;
+}
+
+void confirm_in_outbox(Outbox& outbox, const OutboxEntry& entry) {
+    const std::string problem = outbox.confirm(entry);
+    if (!problem.empty())
+        log_warning("A result the server stored is still in the outbox (" + problem +
+                    "); it is sent again at the next start, and the server keeps it once.");
+}
+
+Promise<std::size_t> send_waiting(ServerSessionContext& context, const std::string& user_id) {
+    if (!context.outbox)
+        return promise_resolve(std::size_t{0});
+    return outbox_send_waiting(context.outbox, user_id,
+                               [&context](const std::string& body) {
+                                   std::optional<Value> record = json_parse(body);
+                                   if (!record)
+                                       return promise_resolve(false);
+                                   return context.api.trial_submit(*record);
+                               })
+        .and_then([user_id](const OutboxSendResult& result) {
+            for (const std::string& problem : result.problems)
+                log_warning("Outbox: " + problem);
+            if (result.sent > 0)
+                log("Sent " + std::to_string(result.sent) + " trial results of \"" + user_id +
+                    "\" that were waiting in the outbox.");
+            if (result.waiting > 0)
+                log_warning(std::to_string(result.waiting) + " trial results of \"" + user_id +
+                            "\" are still waiting in the outbox.");
+            return result.waiting;
+        });
+}
+
+// The completion link leads the participant away: it is shown only once the server has every
+// record of theirs that is waiting here. Until then the loading status counts them and the
+// sending is tried again.
+Promise<void> send_everything_before_the_end(ServerSessionContext& context,
+                                             const std::string& user_id,
+                                             bool status_shown = false) {
+    return send_waiting(context, user_id)
+        .and_then([&context, user_id, status_shown](std::size_t waiting) {
+            if (waiting == 0 || !context.wait_before_retry) {
+                if (status_shown)
+                    context.clear_loading_status();
+                return promise_resolve();
+            }
+            context.set_loading_status(
+                std::to_string(waiting) +
+                (waiting == 1 ? " trial result is" : " trial results are") +
+                " still waiting to be sent to the server. Please keep the game open; it keeps "
+                "trying.");
+            return context.wait_before_retry().and_then([&context, user_id] {
+                return send_everything_before_the_end(context, user_id, true);
+            });
+        });
 }
 
 Promise<void> after_submission(ServerSessionContext& context,
@@ -72,9 +148,13 @@ Promise<void> play_and_submit(ServerSessionContext& context, std::shared_ptr<Ser
         })
         .and_then([&context, session, total_score](const TrialData& record) {
             context.set_loading_status("Submitting...");
-            return context.api.trial_submit(trial_data_to_value(record))
-                .and_then([&context, session, record, total_score](bool stored) -> Promise<void> {
+            const Value body = trial_data_to_value(record);
+            const std::optional<OutboxEntry> waiting = keep_in_outbox(context, record, body);
+            return context.api.trial_submit(body).and_then(
+                [&context, session, record, total_score, waiting](bool stored) -> Promise<void> {
                     context.clear_loading_status();
+                    if (stored && waiting)
+                        confirm_in_outbox(*context.outbox, *waiting);
                     if (stored)
                         return after_submission(context, session, record, total_score);
                     session->failed = true;
@@ -134,8 +214,8 @@ void server_session_start(ServerSessionContext& context, std::shared_ptr<ServerS
                               [](const std::optional<double>& sum) { return sum.value_or(0.0); });
             return total.and_then([&context, session, next, preset_traits](double sum) {
                 if (!next) {
-                    show_end(context, *session, sum);
-                    return promise_resolve();
+                    return send_everything_before_the_end(context, session->user_id)
+                        .and_then([&context, session, sum] { show_end(context, *session, sum); });
                 }
                 log("Server session for \"" + session->user_id + "\": level " +
                     std::to_string(*next + 1) + " of " +
@@ -148,6 +228,11 @@ void server_session_start(ServerSessionContext& context, std::shared_ptr<ServerS
             context.clear_loading_status();
             stop(context, *session, "The session stopped: " + to_string(reason));
         });
+}
+
+Promise<std::size_t> server_session_send_waiting(ServerSessionContext& context,
+                                                 const std::string& user_id) {
+    return send_waiting(context, user_id);
 }
 
 Promise<std::optional<double>> user_get_total_score_of_levels(

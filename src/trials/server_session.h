@@ -22,6 +22,7 @@
 namespace veldra {
 
 class obj_api;
+class Outbox;
 
 struct ServerSession {
     std::string user_id;
@@ -42,11 +43,22 @@ struct ServerSessionContext {
     std::function<void()> clear_loading_status;
     // A failure the participant must see ("Failed to submit trial data."); the session stops.
     std::function<void(const std::string& text)> show_message;
+    // Where each record waits, from before it is sent until the server confirms it; none: the
+    // autosave alone keeps it.
+    std::shared_ptr<Outbox> outbox;
+    // The pause between two tries to send what still waits when the end screen is due.
+    std::function<Promise<void>()> wait_before_retry;
 };
 
 std::shared_ptr<ServerSession> make_server_session(std::vector<std::string> level_filenames,
                                                    std::string user_id, Rng rng,
                                                    std::optional<AppendFile> autosave = {});
+
+// Sends the records of `user_id` that wait in the outbox (from an earlier start whose
+// submissions failed), oldest first, before the session goes on; fulfilled with how many still
+// wait. Without an outbox, none.
+Promise<std::size_t> server_session_send_waiting(ServerSessionContext& context,
+                                                 const std::string& user_id);
 
 // One step: asks the server for the submitted levels and plays the next one, or shows the end
 // screen when none is left. Called again by itself after each submitted trial with that trial's

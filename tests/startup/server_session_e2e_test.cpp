@@ -150,6 +150,68 @@ TEST_F(ServerSessionEndToEndTest, AnInterruptedSessionResumesWithTheLevelsNotYet
     EXPECT_NEAR(logged_total(resumed, "P018"), total, 0.01);
 }
 
+// A record the server did not take waits in the outbox beside the log. The next start sends it
+// before the session goes on, so the session resumes after that level, and the server ends up
+// with every level once.
+TEST_F(ServerSessionEndToEndTest, ARecordTheServerDidNotTakeIsSentFromTheOutboxAtTheNextStart) {
+    const fs::path study = folder.path() / "study";
+    const fs::path outbox = folder.path() / "logs" / "outbox";
+    fs::create_directories(study);
+    {
+        // Bodies of at most 64 bytes: the level list comes, the record is refused.
+        testing::StudyServer refusing(study, "P020", {"max_body=64"});
+        refusing.write_api_env("s3cret", folder.path());
+        EXPECT_EQ(veldra("user_id=P020 config=three.json log_output_file=logs/refused.log"), 1);
+        EXPECT_NE(errors().find("Failed to submit trial data."), std::string::npos) << errors();
+        EXPECT_TRUE(refusing.stored().empty());
+    }
+    std::vector<fs::path> waiting;
+    for (const auto& entry : fs::directory_iterator(outbox))
+        waiting.push_back(entry.path());
+    ASSERT_EQ(waiting.size(), 1u);
+    EXPECT_NE(text_of(waiting[0]).find(R"("filename":"one.txt")"), std::string::npos);
+
+    testing::StudyServer taking(study, "P020");
+    taking.write_api_env("s3cret", folder.path());
+    ASSERT_EQ(veldra("user_id=P020 config=three.json log_output_file=logs/resumed.log"), 0)
+        << errors();
+    const std::string resumed = log("resumed.log");
+    EXPECT_NE(resumed.find("Sent 1 trial results of \"P020\" that were waiting in the outbox."),
+              std::string::npos)
+        << resumed;
+    EXPECT_EQ(resumed.find("level 1 of 3"), std::string::npos);
+    const std::vector<StoredRecord> records = taking.stored();
+    ASSERT_EQ(records.size(), 3u);
+    EXPECT_EQ(records[0].at("level_info.filename"), "one.txt");
+    EXPECT_EQ(records[1].at("level_info.filename"), "two.txt");
+    EXPECT_EQ(records[2].at("level_info.filename"), "three.txt");
+    EXPECT_TRUE(fs::is_empty(outbox));
+
+    // Nothing waits any more: a third start sends nothing and stores nothing twice.
+    ASSERT_EQ(veldra("user_id=P020 config=three.json log_output_file=logs/third.log"), 0);
+    EXPECT_EQ(log("third.log").find("Sent "), std::string::npos);
+    EXPECT_EQ(taking.stored().size(), 3u);
+}
+
+TEST_F(ServerSessionEndToEndTest, SubmitOutboxSendsWhatWaitsAndFailsWhileSomethingStillWaits) {
+    const fs::path study = folder.path() / "study";
+    fs::create_directories(study);
+    {
+        testing::StudyServer refusing(study, "P021", {"max_body=64"});
+        refusing.write_api_env("s3cret", folder.path());
+        EXPECT_EQ(veldra("user_id=P021 config=three.json log_output_file=logs/refused.log"), 1);
+        EXPECT_EQ(veldra("submit_outbox=1 log_output_file=logs/still.log"), 1);
+        EXPECT_NE(log("still.log").find("; 1 still waiting."), std::string::npos);
+    }
+    testing::StudyServer taking(study, "P021");
+    taking.write_api_env("s3cret", folder.path());
+    EXPECT_EQ(veldra("submit_outbox=1 log_output_file=logs/sent.log"), 0) << errors();
+    EXPECT_NE(log("sent.log").find("Sent 1 trial results from"), std::string::npos);
+    EXPECT_NE(log("sent.log").find("; 0 still waiting."), std::string::npos);
+    EXPECT_EQ(taking.stored().size(), 1u);
+    EXPECT_EQ(veldra("submit_outbox=yes"), 2);
+}
+
 TEST_F(ServerSessionEndToEndTest, AnUnknownUserOrAWrongPasswordStartsNoSession) {
     EXPECT_EQ(veldra("user_id=NOBODY config=three.json log_output_file=logs/unknown.log"), 1);
     EXPECT_NE(errors().find("User ID NOBODY is not registered."), std::string::npos) << errors();

@@ -23,13 +23,17 @@ using StoredRecord = std::map<std::string, std::string>;
 class StudyServer {
 public:
     // Serves `folder`/study.sqlite for the account game:s3cret, with `user_ids` registered.
-    StudyServer(const std::filesystem::path& folder, const std::string& user_ids)
+    // `extra` are further parameters of the server (a limit, say).
+    StudyServer(const std::filesystem::path& folder, const std::string& user_ids,
+                const std::vector<std::string>& extra = {})
         : folder_(folder) {
         std::ofstream(folder / "server_credentials.json")
             << R"({"api_username": "game", "api_password": "s3cret"})";
-        process_ = std::make_unique<ServerProcess>(std::vector<std::string>{
+        std::vector<std::string> arguments{
             "db=" + database(), "credentials=" + (folder / "server_credentials.json").string(),
-            "port=0", "rate_limit=0", "user_ids=" + user_ids});
+            "port=0", "rate_limit=0", "user_ids=" + user_ids};
+        arguments.insert(arguments.end(), extra.begin(), extra.end());
+        process_ = std::make_unique<ServerProcess>(arguments);
         port_ = process_->wait_until_listening();
     }
 
@@ -39,8 +43,10 @@ public:
 
     // The game's ".api_env.json" in `folder`, for this server (no "/" at the end: the game adds
     // it) with `password`.
-    void write_api_env(const std::string& password) const {
-        std::ofstream(folder_ / ".api_env.json")
+    // In `game_folder`, when the game runs elsewhere than the server's folder.
+    void write_api_env(const std::string& password,
+                       const std::filesystem::path& game_folder = {}) const {
+        std::ofstream((game_folder.empty() ? folder_ : game_folder) / ".api_env.json")
             << R"({"remote_url": "http://127.0.0.1:)" << port_
             << R"(", "api_username": "game", "api_password": ")" << password << R"("})";
     }

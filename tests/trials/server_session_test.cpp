@@ -9,6 +9,7 @@
 #include "config/game_configurations.h"
 #include "config/localization.h"
 #include "net/obj_api.h"
+#include "net/outbox.h"
 #include "runtime/gc.h"
 #include "runtime/log.h"
 #include "runtime/runtime.h"
@@ -76,7 +77,9 @@ protected:
             .api = *api,
             .set_loading_status = [this](const std::string& text) { statuses.push_back(text); },
             .clear_loading_status = [this] { statuses.push_back("-"); },
-            .show_message = [this](const std::string& text) { messages.push_back(text); }});
+            .show_message = [this](const std::string& text) { messages.push_back(text); },
+            .outbox = nullptr,
+            .wait_before_retry = {}});
     }
     void TearDown() override { runtime.shutdown(); }
 
@@ -212,6 +215,43 @@ TEST_F(ServerSessionTest, WithoutTheListOfSubmittedLevelsNothingIsPlayed) {
     EXPECT_TRUE(headings.empty());
     EXPECT_TRUE(capture.contains("Failed to get user data."));
     EXPECT_EQ(problems, (std::vector<std::string>{"Failed to get user data."}));
+}
+
+// The completion link leads away from the game: while a record of the participant waits in the
+// outbox, the end screen waits too, the loading status says how many wait, and the sending is
+// tried again until the server takes them.
+TEST_F(ServerSessionTest, TheEndWaitsUntilTheServerHasEveryRecordThatWaitsInTheOutbox) {
+    auto outbox = std::make_shared<Outbox>(folder.path() / "outbox");
+    std::string error;
+    ASSERT_TRUE(outbox->put({.user_id = "P7", .level_file = "a.txt", .seed = 3},
+                            R"({"user_id":"P7","level_info":{"filename":"a.txt"}})", error))
+        << error;
+    context->outbox = outbox;
+    int retries = 0;
+    context->wait_before_retry = [&] {
+        // The server comes back after the second pause.
+        if (++retries == 2)
+            refuse_records = false;
+        return promise_resolve();
+    };
+    refuse_records = true;
+    submitted = {"a.txt", "b.txt", "c.txt"};
+    auto session = start({"a.txt", "b.txt", "c.txt"});
+    run_until_done(*session);
+
+    ASSERT_TRUE(session->finished);
+    EXPECT_EQ(retries, 2);
+    EXPECT_TRUE(outbox->waiting("P7").empty());
+    EXPECT_EQ(std::count(statuses.begin(), statuses.end(),
+                         "1 trial result is still waiting to be sent to the server. Please keep "
+                         "the game open; it keeps trying."),
+              2);
+    EXPECT_EQ(statuses.back(), "-");
+    EXPECT_EQ(std::count_if(http->requests.begin(), http->requests.end(),
+                            [](const HttpRequest& request) { return request.method == "POST"; }),
+              3);
+    EXPECT_EQ(posted.size(), 1u);
+    EXPECT_EQ(end_user, "P7");
 }
 
 }  // namespace
