@@ -123,6 +123,7 @@ bool start_server_session(AppState& app, std::vector<std::string> level_filename
     log("Server session started for \"" + app.server_session->user_id + "\" with " +
         std::to_string(app.server_session->level_filenames.size()) +
         " levels; each result is also kept in \"" + autosave_path + "\".");
+    ask_before_leaving_session(app);
     // What an earlier start could not send goes first, so the server's list of submitted
     // levels is complete before the session asks it where to go on.
     server_session_send_waiting(*app.server_session_context, app.server_session->user_id)

@@ -52,12 +52,11 @@ void resume_trial(AppState& app, const TrialPause& pause) {
 // Closing the window in the middle of a session: the participant confirms first. Every
 // finished trial is in the autosave already, on disk; the trial in progress is not kept.
 void on_quit_during_session(AppState& app, bool can_ask) {
-    const auto& session = app.local_session;
-    const bool in_progress = session && !session->finished && !session->failed;
+    const bool in_progress = session_in_progress(app);
     auto quit = [&app] {
         const auto& left = app.local_session;
         // A finished session said where its results are when it finished.
-        if (left && left->autosave && !left->finished)
+        if (left && left->autosave && !left->finished && !left->failed)
             log("The session ended early; the results of its " +
                 std::to_string(left->trials->size()) + " finished trials are in \"" +
                 left->autosave->path() + "\".");
@@ -137,6 +136,10 @@ std::optional<AppendFile> create_session_autosave(AppState& app, const std::stri
     return autosave;
 }
 
+void ask_before_leaving_session(AppState& app) {
+    app.on_quit_requested = [&app](bool can_ask) { on_quit_during_session(app, can_ask); };
+}
+
 bool session_in_progress(const AppState& app) {
     const auto& local = app.local_session;
     const auto& server = app.server_session;
@@ -181,7 +184,7 @@ bool start_local_session(AppState& app, std::vector<std::string> level_filenames
                                             std::move(user_id), rng, std::move(autosave));
     app.local_session->repeat = repeat;
     log("The results of each trial are kept in \"" + autosave_path + "\" as the session goes on.");
-    app.on_quit_requested = [&app](bool can_ask) { on_quit_during_session(app, can_ask); };
+    ask_before_leaving_session(app);
     return true;
 }
 

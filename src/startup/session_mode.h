@@ -31,6 +31,10 @@ std::optional<AppendFile> create_session_autosave(AppState& app, const std::stri
 // A local or a server session is being played.
 bool session_in_progress(const AppState& app);
 
+// Closing the window while a session is in progress asks the participant first (the level in
+// progress would be lost); a finished or stopped session closes at once.
+void ask_before_leaving_session(AppState& app);
+
 // The configuration's levels, in order, as the session plays them.
 std::vector<std::string> configured_levels(const AppState& app);
 

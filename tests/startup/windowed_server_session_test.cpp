@@ -92,5 +92,39 @@ TEST_F(WindowedServerSessionTest, TwoLevelsArePlayedWithTheTraitsCarriedOverAndS
     EXPECT_EQ(server.stored().size(), 2u);
 }
 
+// Closing the window in the middle asks first, as in a local session; leaving keeps what the
+// server has, and the next start goes on with the level that was left.
+TEST_F(WindowedServerSessionTest, ClosingTheWindowMidSessionAsksFirstAndTheNextStartGoesOn) {
+    std::ofstream(folder.path() / "leave.ui") << "wait Level 1/2: choose your personality\n"
+                                                 "click Start\n"
+                                                 "wait Level 1/2 done\n"
+                                                 "click Continue\n"
+                                                 "wait Level 2/2: choose your personality\n"
+                                                 "quit\n"
+                                                 "wait Leave the session?\n"
+                                                 "click Quit\n"
+                                                 "frames 600\n";
+    ASSERT_EQ(veldra("lang=en user_id=P017 config=study.json ui_script=leave.ui frames=3000 "
+                     "log_output_file=leave.log"),
+              0)
+        << errors();
+    ASSERT_EQ(server.stored().size(), 1u) << errors();
+
+    std::ofstream(folder.path() / "back.ui") << "wait Level 2/2: choose your personality\n"
+                                                "click Start\n"
+                                                "wait Level 2/2 done\n"
+                                                "click Continue\n"
+                                                "wait All levels done\n"
+                                                "quit\n";
+    ASSERT_EQ(veldra("lang=en user_id=P017 config=study.json ui_script=back.ui frames=3000 "
+                     "log_output_file=back.log"),
+              0)
+        << errors();
+    const auto records = server.stored();
+    ASSERT_EQ(records.size(), 2u) << errors();
+    EXPECT_EQ(records[1].at("level_info.filename"), "two.txt");
+    EXPECT_EQ(records[1].at("level_info.play_order"), "1");
+}
+
 }  // namespace
 }  // namespace veldra
