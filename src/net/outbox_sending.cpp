@@ -1,5 +1,8 @@
 #include "net/outbox_sending.h"
 
+#include "net/obj_api.h"
+#include "serial/json.h"
+
 namespace veldra {
 
 namespace {
@@ -31,6 +34,13 @@ Promise<OutboxSendResult> send_from(const std::shared_ptr<Sending>& sending) {
 }
 
 }  // namespace
+
+OutboxSubmit outbox_submit_with(obj_api& api) {
+    return [&api](const std::string& body) {
+        const std::optional<Value> record = json_parse(body);
+        return record ? api.trial_submit(*record) : promise_resolve(false);
+    };
+}
 
 Promise<OutboxSendResult> outbox_send_waiting(std::shared_ptr<Outbox> outbox,
                                               std::optional<std::string> user_id,

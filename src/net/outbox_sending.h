@@ -25,6 +25,12 @@ struct OutboxSendResult {
 // Posts one record's JSON text; fulfils with true when the server confirmed it.
 using OutboxSubmit = std::function<Promise<bool>(const std::string& body)>;
 
+class obj_api;
+
+// Posts a waiting record through the API client, parsed back into the record it was written
+// from; a file that is not JSON is not confirmed.
+OutboxSubmit outbox_submit_with(obj_api& api);
+
 // Stops at the first record the server does not confirm: it is down or refuses, the rest would
 // fare no better, and each would wait for its own time-out.
 Promise<OutboxSendResult> outbox_send_waiting(std::shared_ptr<Outbox> outbox,

@@ -9,7 +9,6 @@
 #include "net/outbox.h"
 #include "net/outbox_sending.h"
 #include "runtime/log.h"
-#include "serial/json.h"
 #include "startup/app_state.h"
 #include "startup/parameter_values.h"
 #include "startup/run_program.h"
@@ -30,18 +29,14 @@ void start_submit_outbox_mode(AppState& app) {
     auto outbox =
         std::make_shared<Outbox>(outbox_folder(folder_beside_log(app.params.log_output_file)));
     const std::string folder = outbox->folder().string();
-    outbox_send_waiting(outbox, std::nullopt, [&app](const std::string& body) {
-        const std::optional<Value> record = json_parse(body);
-        if (!record)
-            return promise_resolve(false);
-        return api_client(app).trial_submit(*record);
-    }).and_then([&app, folder](const OutboxSendResult& result) {
-        for (const std::string& problem : result.problems)
-            log_warning("Outbox: " + problem);
-        log("Sent " + std::to_string(result.sent) + " trial results from \"" + folder + "\"; " +
-            std::to_string(result.waiting) + " still waiting.");
-        end_program(app, result.waiting > 0 || !result.problems.empty() ? 1 : 0);
-    });
+    outbox_send_waiting(outbox, std::nullopt, outbox_submit_with(api_client(app)))
+        .and_then([&app, folder](const OutboxSendResult& result) {
+            for (const std::string& problem : result.problems)
+                log_warning("Outbox: " + problem);
+            log("Sent " + std::to_string(result.sent) + " trial results from \"" + folder + "\"; " +
+                std::to_string(result.waiting) + " still waiting.");
+            end_program(app, result.waiting > 0 || !result.problems.empty() ? 1 : 0);
+        });
 }
 
 }  // namespace veldra

@@ -69,36 +69,13 @@ void confirm_in_outbox(Outbox& outbox, const OutboxEntry& entry) {
                     "); it is sent again at the next start, and the server keeps it once.");
 }
 
-Promise<std::size_t> send_waiting(ServerSessionContext& context, const std::string& user_id) {
-    if (!context.outbox)
-        return promise_resolve(std::size_t{0});
-    return outbox_send_waiting(context.outbox, user_id,
-                               [&context](const std::string& body) {
-                                   std::optional<Value> record = json_parse(body);
-                                   if (!record)
-                                       return promise_resolve(false);
-                                   return context.api.trial_submit(*record);
-                               })
-        .and_then([user_id](const OutboxSendResult& result) {
-            for (const std::string& problem : result.problems)
-                log_warning("Outbox: " + problem);
-            if (result.sent > 0)
-                log("Sent " + std::to_string(result.sent) + " trial results of \"" + user_id +
-                    "\" that were waiting in the outbox.");
-            if (result.waiting > 0)
-                log_warning(std::to_string(result.waiting) + " trial results of \"" + user_id +
-                            "\" are still waiting in the outbox.");
-            return result.waiting;
-        });
-}
-
 // The completion link leads the participant away: it is shown only once the server has every
 // record of theirs that is waiting here. Until then the loading status counts them and the
 // sending is tried again.
 Promise<void> send_everything_before_the_end(ServerSessionContext& context,
                                              const std::string& user_id,
                                              bool status_shown = false) {
-    return send_waiting(context, user_id)
+    return server_session_send_waiting(context, user_id)
         .and_then([&context, user_id, status_shown](std::size_t waiting) {
             if (waiting == 0 || !context.wait_before_retry) {
                 if (status_shown)
@@ -232,7 +209,20 @@ void server_session_start(ServerSessionContext& context, std::shared_ptr<ServerS
 
 Promise<std::size_t> server_session_send_waiting(ServerSessionContext& context,
                                                  const std::string& user_id) {
-    return send_waiting(context, user_id);
+    if (!context.outbox)
+        return promise_resolve(std::size_t{0});
+    return outbox_send_waiting(context.outbox, user_id, outbox_submit_with(context.api))
+        .and_then([user_id](const OutboxSendResult& result) {
+            for (const std::string& problem : result.problems)
+                log_warning("Outbox: " + problem);
+            if (result.sent > 0)
+                log("Sent " + std::to_string(result.sent) + " trial results of \"" + user_id +
+                    "\" that were waiting in the outbox.");
+            if (result.waiting > 0)
+                log_warning(std::to_string(result.waiting) + " trial results of \"" + user_id +
+                            "\" are still waiting in the outbox.");
+            return result.waiting;
+        });
 }
 
 Promise<std::optional<double>> user_get_total_score_of_levels(

@@ -40,18 +40,18 @@ TEST(ApiEnvTest, AFileThatIsThereButWrongSaysWhyBesidesTheMissingFileMessage) {
 TEST(ApiEnvTest, ReadsItsKeysAndNamesACertificateFileThatIsNotThere) {
     const std::string path = resolve_user_path(API_ENV_FILENAME);
     MemoryFiles files;
-    files.files[path] = R"({"remote_url": "https://study.example/", "api_username": "game",
+    files.files[path] = R"({"remote_url": "https://127.0.0.1:8443/", "api_username": "game",
                             "api_password": "pw", "ca_file": "/no/such/ca.pem"})";
     ApiEnvRead read;
     read_env(files, read);
-    EXPECT_EQ(read.env.remote_url, "https://study.example/");
+    EXPECT_EQ(read.env.remote_url, "https://127.0.0.1:8443/");
     EXPECT_EQ(read.env.api_username, "game");
     EXPECT_EQ(read.env.api_password, "pw");
     EXPECT_TRUE(read.log.contains("\"/no/such/ca.pem\" named by ca_file")) << path;
     // Once only: a second call changes nothing and says so.
-    files.files[path] = R"({"remote_url": "http://elsewhere/"})";
+    files.files[path] = R"({"remote_url": "http://127.0.0.1:8080/"})";
     read_env(files, read);
-    EXPECT_EQ(read.env.remote_url, "https://study.example/");
+    EXPECT_EQ(read.env.remote_url, "https://127.0.0.1:8443/");
 }
 
 }  // namespace

@@ -13,29 +13,17 @@
 #include <vector>
 
 #include "startup/study_server.h"
+#include "support/file_text.h"
 #include "support/scratch_directory.h"
 
 namespace veldra {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::lines_of;
 using testing::ServerProcess;
 using testing::StoredRecord;
-
-std::vector<std::string> lines_of(const fs::path& path) {
-    std::ifstream file(path);
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(file, line);)
-        lines.push_back(line);
-    return lines;
-}
-
-std::string text_of(const fs::path& path) {
-    std::ifstream file(path);
-    std::stringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
+using testing::text_of;
 
 // The total the session ended with, from its log line; NaN when it did not end.
 double logged_total(const std::string& log, const std::string& user_id) {

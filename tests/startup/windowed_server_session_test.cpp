@@ -12,6 +12,7 @@
 
 #include "platform/window_test_support.h"
 #include "startup/study_server.h"
+#include "support/file_text.h"
 #include "support/scratch_directory.h"
 
 namespace veldra {
@@ -38,12 +39,7 @@ protected:
             fs::absolute("veldra").string() + "' " + arguments + " >out.txt 2>err.txt";
         return std::system(command.c_str());
     }
-    std::string errors() const {
-        std::ifstream file(folder.path() / "err.txt");
-        std::stringstream text;
-        text << file.rdbuf();
-        return text.str();
-    }
+    std::string errors() const { return testing::text_of(folder.path() / "err.txt"); }
 
     testing::ScratchDirectory folder{"veldra-windowed-server-session"};
     testing::StudyServer server{folder.path(), "P017"};

@@ -19,6 +19,7 @@
 #include "platform/window_test_support.h"
 #include "runtime/number_format.h"
 #include "serial/json.h"
+#include "support/file_text.h"
 #include "trials/trial_data.h"
 
 namespace veldra {
@@ -35,13 +36,7 @@ std::vector<std::string> split(const std::string& line, char separator) {
     return cells;
 }
 
-std::vector<std::string> lines_of(const fs::path& path) {
-    std::ifstream file(path);
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(file, line);)
-        lines.push_back(line);
-    return lines;
-}
+using testing::lines_of;
 
 // The log lines that say what a session's chain did, in order, with what chance decides taken
 // out: seeds, scores, instance ids, time stamps (and the number that keeps two autosaves of one
