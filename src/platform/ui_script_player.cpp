@@ -1,5 +1,8 @@
 #include "platform/ui_script_player.h"
 
+#include <filesystem>
+#include <system_error>
+
 #include "platform/game_window.h"
 #include "runtime/log.h"
 #include "runtime/runtime.h"
@@ -100,6 +103,10 @@ bool obj_ui_script::run(const UiCommand& command) {
         case Kind::wait: {
             const obj_overlay* front = front_overlay(runtime());
             return front && front->controls().shows(command.text);
+        }
+        case Kind::wait_file: {
+            std::error_code ignored;
+            return std::filesystem::exists(command.text, ignored);
         }
         case Kind::click:
             return click_control(command.text, ControlPart::whole, std::nullopt);

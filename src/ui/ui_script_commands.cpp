@@ -81,11 +81,12 @@ std::optional<std::vector<UiCommand>> parse_ui_script(const std::string& text, s
             error = "line " + std::to_string(number) + ": " + why;
             return std::nullopt;
         };
-        if (word == "wait" || word == "click" || word == "type" || word == "screenshot" ||
-            word == "box") {
+        if (word == "wait" || word == "wait_file" || word == "click" || word == "type" ||
+            word == "screenshot" || word == "box") {
             if (rest.empty())
                 return bad("\"" + word + "\" needs a text after it");
             command.kind = word == "wait"         ? UiCommand::Kind::wait
+                           : word == "wait_file"  ? UiCommand::Kind::wait_file
                            : word == "click"      ? UiCommand::Kind::click
                            : word == "screenshot" ? UiCommand::Kind::screenshot
                            : word == "box"        ? UiCommand::Kind::box

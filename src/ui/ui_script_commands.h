@@ -18,6 +18,8 @@
 //   type TEXT        types TEXT into whatever has the keyboard
 //   frames N         waits N frames
 //   screenshot FILE  writes the frame about to be shown as a PNG
+//   wait_file FILE   until FILE exists: another program (a test stopping a server, say) says
+//                    it is done; with "screenshot" before it, the script can say it is ready
 //   quit             closes the window as its close button does
 //
 // A wait or a click that does not find its text within a minute stops the program with an error
@@ -35,9 +37,21 @@
 namespace veldra {
 
 struct UiCommand {
-    enum class Kind { wait, click, slide, box, key, hold, type, frames, screenshot, quit };
+    enum class Kind {
+        wait,
+        wait_file,
+        click,
+        slide,
+        box,
+        key,
+        hold,
+        type,
+        frames,
+        screenshot,
+        quit
+    };
     Kind kind = Kind::frames;
-    std::string text;  // wait, click, slide, box, type, screenshot
+    std::string text;  // wait, wait_file, click, slide, box, type, screenshot
     double value = 0;  // slide
     Key key = Key::enter;
     long count = 0;      // hold, frames

@@ -38,6 +38,8 @@ public:
     }
 
     int port() const { return port_; }
+    // Stops it as a service manager would (SIGTERM); its exit status.
+    int stop() { return process_->terminate(); }
     std::string output() const { return process_->output(); }
     std::string database() const { return (folder_ / "study.sqlite").string(); }
 

@@ -4,11 +4,14 @@
 // once.
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <future>
 #include <sstream>
 #include <string>
+#include <thread>
 
 #include "platform/window_test_support.h"
 #include "startup/study_server.h"
@@ -120,6 +123,45 @@ TEST_F(WindowedServerSessionTest, ClosingTheWindowMidSessionAsksFirstAndTheNextS
     ASSERT_EQ(records.size(), 2u) << errors();
     EXPECT_EQ(records[1].at("level_info.filename"), "two.txt");
     EXPECT_EQ(records[1].at("level_info.play_order"), "1");
+}
+
+// The server goes down while a participant chooses the traits of the first level: the record
+// cannot be posted and waits in the outbox. Once the server is back, the next start sends it
+// before the session goes on, and the server keeps it once.
+TEST_F(WindowedServerSessionTest, ARecordPostedWhileTheServerIsDownArrivesFromTheOutboxOnce) {
+    const fs::path held = folder.path() / "held.png";
+    const fs::path go = folder.path() / "go";
+    std::ofstream(folder.path() / "down.ui") << "wait Level 1/2: choose your personality\n"
+                                                "screenshot held.png\n"
+                                                "wait_file go\n"
+                                                "click Start\n"
+                                                "wait Failed to submit trial data.\n"
+                                                "quit\n";
+    std::future<int> game = std::async(std::launch::async, [this] {
+        return veldra(
+            "lang=en user_id=P017 config=study.json ui_script=down.ui frames=6000 "
+            "log_output_file=down.log");
+    });
+    for (int i = 0; i < 6000 && !fs::exists(held); ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    EXPECT_TRUE(fs::exists(held));
+    EXPECT_EQ(server.stop(), 0);
+    std::ofstream(go) << "";
+    ASSERT_EQ(game.get(), 0) << errors();
+    std::vector<fs::path> waiting;
+    for (const auto& entry : fs::directory_iterator(folder.path() / "outbox"))
+        waiting.push_back(entry.path());
+    ASSERT_EQ(waiting.size(), 1u) << errors();
+
+    testing::StudyServer back(folder.path(), "P017");
+    back.write_api_env("s3cret");
+    ASSERT_EQ(veldra("headless=1 user_id=P017 config=study.json log_output_file=back.log"), 0)
+        << errors();
+    const auto records = back.stored();
+    ASSERT_EQ(records.size(), 2u) << errors();
+    EXPECT_EQ(records[0].at("level_info.filename"), "one.txt");
+    EXPECT_EQ(records[1].at("level_info.filename"), "two.txt");
+    EXPECT_TRUE(fs::is_empty(folder.path() / "outbox"));
 }
 
 }  // namespace

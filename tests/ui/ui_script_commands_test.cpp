@@ -9,10 +9,11 @@ TEST(UiScript, ReadsEveryCommandAndSkipsCommentsAndBlankLines) {
     std::string error;
     const auto commands = parse_ui_script(
         "# a session\n\nwait Level 1/2 done\r\nclick Start session (local)\n  key enter\n"
-        "hold d 30\ntype C:\\data\\trials.csv\nframes 12\nscreenshot a b.png\nquit\n",
+        "hold d 30\ntype C:\\data\\trials.csv\nframes 12\nscreenshot a b.png\nquit\n"
+        "wait_file server stopped\n",
         error);
     ASSERT_TRUE(commands) << error;
-    ASSERT_EQ(commands->size(), 8u);
+    ASSERT_EQ(commands->size(), 9u);
     using Kind = UiCommand::Kind;
     EXPECT_EQ((*commands)[0].kind, Kind::wait);
     EXPECT_EQ((*commands)[0].text, "Level 1/2 done");
@@ -28,6 +29,8 @@ TEST(UiScript, ReadsEveryCommandAndSkipsCommentsAndBlankLines) {
     EXPECT_EQ((*commands)[6].kind, Kind::screenshot);
     EXPECT_EQ((*commands)[6].text, "a b.png");
     EXPECT_EQ((*commands)[7].kind, Kind::quit);
+    EXPECT_EQ((*commands)[8].kind, Kind::wait_file);
+    EXPECT_EQ((*commands)[8].text, "server stopped");
 }
 
 TEST(UiScript, SlidesTakeAValueAndTheSlidersLabelBoxesTheLabel) {
@@ -56,6 +59,7 @@ TEST(UiScript, NamesTheLineOfTheFirstMistake) {
     const std::pair<const char*, const char*> cases[] = {
         {"frames 2\njump high\n", "line 2: unknown command \"jump\""},
         {"click\n", "line 1: \"click\" needs a text after it"},
+        {"wait_file\n", "line 1: \"wait_file\" needs a text after it"},
         {"key q\n", "line 1: \"q\" is not a key this game knows"},
         {"hold d\n", "line 1: \"hold\" needs a key and a number of frames"},
         {"slide Openness\n", "line 1: \"slide\" needs a number and the label of a slider"},
