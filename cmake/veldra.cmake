@@ -1,5 +1,9 @@
 add_library(veldra_options INTERFACE)
 target_compile_options(veldra_options INTERFACE -Wall -Wextra)
+# No fused multiply-adds: whether a compiler fuses a * b + c depends on the compiler and the
+# target, and a fused one rounds once instead of twice; the records must be the same bits on
+# every system (docs/design.md). -ffast-math stays out for the same reason.
+target_compile_options(veldra_options INTERFACE -ffp-contract=off)
 if(VELDRA_WERROR)
   target_compile_options(veldra_options INTERFACE -Werror)
 endif()

@@ -15,6 +15,7 @@
 #include "creatures/trial_world.h"
 #include "runtime/runtime.h"
 #include "util/geometry.h"
+#include "util/portable_math.h"
 
 namespace veldra {
 
@@ -26,7 +27,7 @@ constexpr double REACTION_ANIMATION_STEPS = 20;  // duck and hurt
 
 // Degrees, counter-clockwise from +x with y growing downward (screen coordinates).
 double point_direction(double x1, double y1, double x2, double y2) {
-    return std::atan2(-(y2 - y1), x2 - x1) * 180.0 / std::numbers::pi;
+    return portable::atan2(-(y2 - y1), x2 - x1) * 180.0 / std::numbers::pi;
 }
 
 // Tells the views that `creature` died where it stands, so one can leave a corpse that fades

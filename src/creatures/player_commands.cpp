@@ -35,7 +35,7 @@ InstanceId nearest_within(const TrialWorld& world, const obj_human& player, doub
     world.runtime.for_each<T>([&](T& entity) {
         if (entity.id() == player.id())
             return;
-        const double d = std::hypot(entity.x - x, entity.y - y);
+        const double d = point_distance(x, y, entity.x, entity.y);
         if (d <= PLAYER_PICK_RADIUS && d < best) {
             best = d;
             found = entity.id();

@@ -7,6 +7,8 @@
 #include <cmath>
 #include <cstdint>
 
+#include "util/portable_math.h"
+
 namespace veldra::detail {
 
 // The operation lists drive the operation enum, the opcode layout and the evaluator's handler
@@ -81,9 +83,9 @@ inline double unary(double x) {
     if constexpr (op == Op::Sqrt)
         return std::sqrt(x);
     if constexpr (op == Op::Exp)
-        return std::exp(x);
+        return portable::exp(x);
     if constexpr (op == Op::Log)
-        return std::log(x);
+        return portable::log(x);
     if constexpr (op == Op::Floor)
         return std::floor(x);
     if constexpr (op == Op::Ceil)
@@ -111,7 +113,7 @@ inline double binary(double a, double b) {
     if constexpr (op == Op::Mod)
         return std::fmod(a, b);
     if constexpr (op == Op::Pow)
-        return std::pow(a, b);
+        return portable::pow(a, b);
     if constexpr (op == Op::Lt)
         return truth(a < b);
     if constexpr (op == Op::Le)

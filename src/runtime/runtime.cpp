@@ -4,6 +4,7 @@
 #include "runtime/services.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace veldra {
 
@@ -67,60 +68,24 @@ Instance* Runtime::instance_find(const ObjectType& type, std::size_t n) const {
     return nullptr;
 }
 
-// The distance compared is std::hypot's, as it always was; but hypot costs several times a
-// squared distance, and monsters ask this twice a tick each. So a first pass finds the smallest
-// squared distance, and only the instances within a hair of it are candidates: one whose square
-// exceeds the smallest by a margin far wider than the rounding of either (a few units in the
-// last place) could not have come out nearer by hypot. A lone candidate is the answer without
-// any hypot; several (a near-tie) are compared exactly as before, so ties still go to the
-// earliest made. Squares near the subnormal range round too coarsely for that, and infinite
-// ones say nothing; then every instance is compared.
+// Compared by squared distance: it orders as the distance does (up to ties within a rounding),
+// it costs a fraction of one, and additions and multiplications round alike on every system,
+// where each system's own hypot does not.
 Instance* Runtime::instance_nearest(double x, double y, const ObjectType& type) const {
-    constexpr double smallest_trusted_square = 1e-200;
-    constexpr double margin = 1 + 1e-9;
-    const std::vector<Instance*>& members = members_of(type);
-    auto square_to = [x, y](const Instance* inst) {
-        const double dx = inst->x - x;
-        const double dy = inst->y - y;
-        return dx * dx + dy * dy;
-    };
+    Instance* nearest = nullptr;
     double smallest_square = std::numeric_limits<double>::infinity();
-    Instance* nearest_by_square = nullptr;
-    for (Instance* inst : members) {
+    for (Instance* inst : members_of(type)) {
         if (!inst->alive_)
             continue;
-        const double square = square_to(inst);
-        if (square < smallest_square) {
+        const double dx = inst->x - x;
+        const double dy = inst->y - y;
+        const double square = dx * dx + dy * dy;
+        if (square < smallest_square) {  // strict: the earliest made wins ties
             smallest_square = square;
-            nearest_by_square = inst;
+            nearest = inst;
         }
     }
-    const bool squares_trusted = smallest_square >= smallest_trusted_square &&
-                                 smallest_square <= std::numeric_limits<double>::max();
-    const double cut = smallest_square * margin;
-    if (squares_trusted) {
-        bool near_tie = false;
-        for (const Instance* inst : members) {
-            if (inst->alive_ && inst != nearest_by_square && square_to(inst) <= cut) {
-                near_tie = true;
-                break;
-            }
-        }
-        if (!near_tie)
-            return nearest_by_square;
-    }
-    Instance* best = nullptr;
-    double best_distance = std::numeric_limits<double>::infinity();
-    for (Instance* inst : members) {
-        if (!inst->alive_ || (squares_trusted && !(square_to(inst) <= cut)))
-            continue;
-        double d = std::hypot(inst->x - x, inst->y - y);
-        if (d < best_distance) {  // strict: the earliest created wins ties
-            best_distance = d;
-            best = inst;
-        }
-    }
-    return best;
+    return nearest;
 }
 
 void Runtime::end_instance(Instance& inst, bool run_destroy_event) {
