@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "config/logger.h"
+#include "config/run_files_folder.h"
 #include "net/obj_api.h"
 #include "net/outbox.h"
 #include "net/outbox_sending.h"
@@ -27,7 +27,7 @@ void start_submit_outbox_mode(AppState& app) {
         return end_program(app, 2);
     }
     auto outbox =
-        std::make_shared<Outbox>(outbox_folder(folder_beside_log(app.params.log_output_file)));
+        std::make_shared<Outbox>(outbox_folder(run_files_folder(app.params.log_output_file)));
     const std::string folder = outbox->folder().string();
     outbox_send_waiting(outbox, std::nullopt, outbox_submit_with(api_client(app)))
         .and_then([&app, folder](const OutboxSendResult& result) {

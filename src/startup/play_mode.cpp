@@ -7,6 +7,7 @@
 #include "async/room_goer.h"
 #include "config/game_configurations.h"
 #include "config/logger.h"
+#include "config/run_files_folder.h"
 #include "config/text_ids.h"
 #include "runtime/append_file.h"
 #include "runtime/file_io.h"
@@ -188,7 +189,7 @@ std::optional<AppendFile> create_input_record_file(const ProgramParameters& para
     if (params.record_inputs && !params.record_inputs->empty())
         return AppendFile::create_new(*params.record_inputs, error);
     return AppendFile::create_with_free_name(
-        folder_beside_log(params.log_output_file),
+        run_files_folder(params.log_output_file),
         (level_name.empty() ? "trial" : level_name) + "-" + stamp, ".inputs", error);
 }
 

@@ -5,7 +5,7 @@
 
 #include "async/waiters.h"
 #include "config/game_configurations.h"
-#include "config/logger.h"
+#include "config/run_files_folder.h"
 #include "net/obj_api.h"
 #include "net/outbox.h"
 #include "runtime/log.h"
@@ -116,7 +116,7 @@ bool start_server_session(AppState& app, std::vector<std::string> level_filename
             },
         .show_message = [&app](const std::string& text) { show_stopping_message(app, text); },
         .outbox =
-            std::make_shared<Outbox>(outbox_folder(folder_beside_log(app.params.log_output_file))),
+            std::make_shared<Outbox>(outbox_folder(run_files_folder(app.params.log_output_file))),
         .wait_before_retry = [&app] { return wait_milliseconds(app, OUTBOX_RETRY_MS); }});
     app.server_session = make_server_session(std::move(level_filenames), std::move(user_id), rng,
                                              std::move(autosave));

@@ -2,6 +2,7 @@
 
 #include "config/game_configurations.h"
 #include "config/logger.h"
+#include "config/run_files_folder.h"
 #include "config/text_ids.h"
 #include "runtime/log.h"
 #include "runtime/number_format.h"
@@ -122,7 +123,7 @@ bool session_levels_loadable(AppState& app, const std::vector<std::string>& leve
 std::optional<AppendFile> create_session_autosave(AppState& app, const std::string& user_id) {
     std::string error;
     auto autosave =
-        session_autosave_create(folder_beside_log(app.params.log_output_file), user_id,
+        session_autosave_create(run_files_folder(app.params.log_output_file), user_id,
                                 make_file_name_stamp(app.services.clock->local_now()), error);
     if (!autosave) {
         const std::string text = "The session does not start: its results cannot be kept in " +

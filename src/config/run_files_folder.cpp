@@ -1,0 +1,80 @@
+#include "config/run_files_folder.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <system_error>
+
+#include "config/logger.h"
+#include "runtime/log.h"
+
+namespace veldra {
+
+namespace {
+
+// Whether a file can be made in `folder`: tried for real, since permissions alone do not tell
+// (access lists, read-only shares, a full disk).
+bool can_write_in(const std::filesystem::path& folder) {
+    const std::filesystem::path probe = folder / ".veldra-write-check";
+    std::error_code error;
+    if (std::filesystem::exists(probe, error))
+        return false;  // not ours to touch, and nothing says it could be written
+    bool written = false;
+    {
+        std::ofstream out(probe, std::ios::binary);
+        written = static_cast<bool>(out << 'x') && static_cast<bool>(out.flush());
+    }
+    std::filesystem::remove(probe, error);
+    return written;
+}
+
+#ifdef _WIN32
+// Read wide, so that a user folder named with letters outside the system's code page works.
+std::filesystem::path environment_path(const wchar_t* name) {
+    const wchar_t* value = _wgetenv(name);
+    return value && *value ? std::filesystem::path(value) : std::filesystem::path();
+}
+#else
+std::filesystem::path environment_path(const char* name) {
+    const char* value = std::getenv(name);
+    return value && *value ? std::filesystem::path(value) : std::filesystem::path();
+}
+#endif
+
+}  // namespace
+
+std::filesystem::path choose_run_files_folder(const std::optional<std::string>& log_output_file,
+                                              const std::filesystem::path& working_folder,
+                                              const std::filesystem::path& user_folder) {
+    std::filesystem::path folder = folder_beside_log(log_output_file);
+    if (!folder.empty() || can_write_in(working_folder) || user_folder.empty())
+        return folder;
+    std::error_code error;
+    std::filesystem::create_directories(user_folder, error);
+    return user_folder;
+}
+
+std::filesystem::path run_files_folder(const std::optional<std::string>& log_output_file) {
+    std::error_code error;
+    const std::filesystem::path working_folder = std::filesystem::current_path(error);
+    std::filesystem::path folder =
+        choose_run_files_folder(log_output_file, working_folder, user_data_folder());
+    if (folder != folder_beside_log(log_output_file))
+        log("The working folder \"" + working_folder.string() +
+            "\" cannot be written; the files of this run go to \"" + folder.string() + "\".");
+    return folder;
+}
+
+std::filesystem::path user_data_folder() {
+#ifdef _WIN32
+    const std::filesystem::path roaming = environment_path(L"APPDATA");
+    return roaming.empty() ? roaming : roaming / "Veldra";
+#else
+    const std::filesystem::path data_home = environment_path("XDG_DATA_HOME");
+    if (!data_home.empty())
+        return data_home / "veldra";
+    const std::filesystem::path home = environment_path("HOME");
+    return home.empty() ? home : home / ".local" / "share" / "veldra";
+#endif
+}
+
+}  // namespace veldra
