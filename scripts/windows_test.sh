@@ -64,11 +64,28 @@ else
   csv_line="auto run: FAILED"
   tail -n 20 "$logs/auto_run.log" >&2
 fi
+# auto_run_jobs=2 cannot start workers on Windows yet: it must say so and still write the
+# same bytes from its one process.
+jobs_line="auto_run_jobs=2: not run"
+if [ -s "$work/example.csv" ]; then
+  if (cd "$work" && timeout 1200 wine "$build_dir/veldra.exe" \
+        auto_run_config="$(winepath -w "$build_dir/datafiles/auto_run_example.json" 2>/dev/null)" \
+        auto_run_output=jobs.csv auto_run_seed=1 auto_run_jobs=2) >"$logs/jobs.log" 2>&1 &&
+     cmp -s "$work/example.csv" "$work/jobs.csv" &&
+     grep -q "cannot start worker processes" "$logs/jobs.log"; then
+    jobs_line="auto_run_jobs=2: played in one process with a warning, same CSV"
+  else
+    failures+=("auto_run_jobs=2")
+    jobs_line="auto_run_jobs=2: FAILED (different CSV, no warning, or an error)"
+    tail -n 20 "$logs/jobs.log" >&2
+  fi
+fi
 
 echo
 echo "Summary (Wine):"
 printf '  %s\n' "${summary[@]}"
 echo "  $csv_line"
+echo "  $jobs_line"
 if [ ${#failures[@]} -gt 0 ]; then
   echo "FAILED: ${failures[*]}"
   exit 1

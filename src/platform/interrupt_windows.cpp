@@ -16,17 +16,17 @@ std::atomic<DWORD> interrupted{0};
 // off gives a few seconds only; the frame loop usually makes it.
 BOOL WINAPI on_console_event(DWORD event) {
     switch (event) {
-    case CTRL_C_EVENT:
-    case CTRL_BREAK_EVENT:
-    case CTRL_CLOSE_EVENT:
-    case CTRL_LOGOFF_EVENT:
-    case CTRL_SHUTDOWN_EVENT: {
-        DWORD none = 0;
-        interrupted.compare_exchange_strong(none, event + 1);
-        return TRUE;
-    }
-    default:
-        return FALSE;
+        case CTRL_C_EVENT:
+        case CTRL_BREAK_EVENT:
+        case CTRL_CLOSE_EVENT:
+        case CTRL_LOGOFF_EVENT:
+        case CTRL_SHUTDOWN_EVENT: {
+            DWORD none = 0;
+            interrupted.compare_exchange_strong(none, event + 1);
+            return TRUE;
+        }
+        default:
+            return FALSE;
     }
 }
 }  // namespace
@@ -47,15 +47,15 @@ bool interrupt_requested() {
 
 const char* interrupt_signal_name() {
     switch (interrupted.load()) {
-    case CTRL_BREAK_EVENT + 1:
-        return "Ctrl-Break";
-    case CTRL_CLOSE_EVENT + 1:
-        return "the console window closing";
-    case CTRL_LOGOFF_EVENT + 1:
-    case CTRL_SHUTDOWN_EVENT + 1:
-        return "Windows logging off or shutting down";
-    default:
-        return "Ctrl-C";
+        case CTRL_BREAK_EVENT + 1:
+            return "Ctrl-Break";
+        case CTRL_CLOSE_EVENT + 1:
+            return "the console window closing";
+        case CTRL_LOGOFF_EVENT + 1:
+        case CTRL_SHUTDOWN_EVENT + 1:
+            return "Windows logging off or shutting down";
+        default:
+            return "Ctrl-C";
     }
 }
 

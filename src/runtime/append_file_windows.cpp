@@ -10,6 +10,7 @@
 
 #include "runtime/append_file.h"
 #include "runtime/utf16.h"
+#include "runtime/windows_error.h"
 
 namespace veldra {
 
@@ -17,10 +18,6 @@ namespace {
 
 // More files of one stem than anybody makes in a second: a folder that has them all is broken.
 constexpr int MAX_FREE_NAME_TRIES = 10000;
-
-std::string windows_error_text(DWORD code) {
-    return std::system_category().message(static_cast<int>(code));
-}
 
 // A descriptor of a new file, or -1 with the reason in `code`. Others may read it while the
 // session writes (a researcher looking at the records), never write it.
@@ -53,7 +50,8 @@ std::optional<AppendFile> AppendFile::create_new(const std::string& path, std::s
     DWORD code = 0;
     const int fd = open_exclusively(utf8_to_utf16(path), code);
     if (fd < 0) {
-        error = name_taken(code) ? "a file of that name is already there" : windows_error_text(code);
+        error =
+            name_taken(code) ? "a file of that name is already there" : windows_error_text(code);
         return std::nullopt;
     }
     return AppendFile(fd, path);

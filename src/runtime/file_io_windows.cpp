@@ -12,6 +12,7 @@
 
 #include "runtime/file_io.h"
 #include "runtime/utf16.h"
+#include "runtime/windows_error.h"
 
 namespace veldra {
 
@@ -42,11 +43,6 @@ private:
 
 FileText failure(std::string why) {
     return FileText{std::nullopt, std::move(why)};
-}
-
-// The system's own words for a Windows error code.
-std::string windows_error_text(DWORD code) {
-    return std::system_category().message(static_cast<int>(code));
 }
 
 bool is_missing(DWORD code) {
@@ -87,7 +83,8 @@ FileText read_whole_file(const std::string& path, std::size_t max_bytes) {
                 return failure(file_too_large_reason(max_bytes));
             text.resize(std::min(max_bytes + 1, text.size() + 65536));
         }
-        const DWORD want = static_cast<DWORD>(std::min<std::size_t>(text.size() - filled, 1u << 30));
+        const DWORD want =
+            static_cast<DWORD>(std::min<std::size_t>(text.size() - filled, 1u << 30));
         DWORD got = 0;
         if (!ReadFile(file.get(), text.data() + filled, want, &got, nullptr))
             return failure(windows_error_text(GetLastError()));
@@ -116,7 +113,8 @@ std::string write_whole_file(const std::string& path, const std::string& text) {
         return windows_error_text(GetLastError());
     DWORD code = 0;
     for (std::size_t written = 0; written < text.size() && code == 0;) {
-        const DWORD want = static_cast<DWORD>(std::min<std::size_t>(text.size() - written, 1u << 30));
+        const DWORD want =
+            static_cast<DWORD>(std::min<std::size_t>(text.size() - written, 1u << 30));
         DWORD wrote = 0;
         if (!WriteFile(file.get(), text.data() + written, want, &wrote, nullptr))
             code = GetLastError();
@@ -150,10 +148,11 @@ std::string write_all_and_flush(std::FILE* file, std::string_view bytes) {
         return system_error_text(EBADF);
     LARGE_INTEGER before{};
     const LARGE_INTEGER zero{};
-    const bool can_cut = GetFileType(handle) == FILE_TYPE_DISK &&
-                         SetFilePointerEx(handle, zero, &before, FILE_END);
+    const bool can_cut =
+        GetFileType(handle) == FILE_TYPE_DISK && SetFilePointerEx(handle, zero, &before, FILE_END);
     for (std::size_t written = 0; written < bytes.size();) {
-        const DWORD want = static_cast<DWORD>(std::min<std::size_t>(bytes.size() - written, 1u << 30));
+        const DWORD want =
+            static_cast<DWORD>(std::min<std::size_t>(bytes.size() - written, 1u << 30));
         DWORD wrote = 0;
         if (!WriteFile(handle, bytes.data() + written, want, &wrote, nullptr) || wrote == 0) {
             const DWORD code = GetLastError();

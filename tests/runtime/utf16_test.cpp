@@ -28,8 +28,7 @@ TEST(Utf16, BrokenUtf8BecomesReplacementCharactersNotLostText) {
     EXPECT_EQ(utf8_to_utf16("a\x80z"), (std::wstring{L'a', replacement, L'z'}));
     EXPECT_EQ(utf8_to_utf16("ab\xC3"), (std::wstring{L'a', L'b', replacement}));
     EXPECT_EQ(utf8_to_utf16("\xC0\xAF"), (std::wstring{replacement, replacement}));
-    EXPECT_EQ(utf8_to_utf16("\xED\xA0\x80"),
-              (std::wstring{replacement, replacement, replacement}));
+    EXPECT_EQ(utf8_to_utf16("\xED\xA0\x80"), (std::wstring{replacement, replacement, replacement}));
     EXPECT_EQ(utf8_to_utf16("\xE6x"), (std::wstring{replacement, L'x'}));
 }
 
