@@ -20,3 +20,12 @@ target_compile_definitions(Veldra::window INTERFACE SDL_MAIN_HANDLED)
 # ImGui's SDL backends sit in libimgui.a, so SDL comes after it on the link line.
 target_link_libraries(Veldra::window INTERFACE Veldra::imgui SDL2_mixer::SDL2_mixer-static
                       SDL2::SDL2-static)
+
+# Debian's libstb ships stb's functions compiled; here they are compiled from the same headers.
+file(WRITE ${CMAKE_BINARY_DIR}/generated/stb_functions.cpp
+     "#define STB_IMAGE_IMPLEMENTATION\n#define STB_IMAGE_WRITE_IMPLEMENTATION\n"
+     "#include <stb_image.h>\n#include <stb_image_write.h>\n")
+add_library(stb_functions STATIC ${CMAKE_BINARY_DIR}/generated/stb_functions.cpp)
+target_include_directories(stb_functions SYSTEM PUBLIC ${VELDRA_STB_INCLUDE})
+target_compile_options(stb_functions PRIVATE -w)  # not our code: its warnings are not ours to fix
+target_link_libraries(Veldra::window INTERFACE stb_functions)
