@@ -12,7 +12,8 @@ foreach(face_and_package
   list(GET face_and_package 0 face)
   list(GET face_and_package 1 package)
   string(MAKE_C_IDENTIFIER "VELDRA_FONT_${face}" variable)
-  find_file(${variable} ${face} PATHS ${veldra_font_dir} NO_DEFAULT_PATH)
+  # Host files copied into the data folder: a cross build must not look for them in its sysroot.
+  find_file(${variable} ${face} PATHS ${veldra_font_dir} NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH)
   if(NOT ${variable})
     message(FATAL_ERROR "${face} was not found in ${veldra_font_dir}: "
                         "install the package ${package} (scripts/setup.sh does).")

@@ -23,11 +23,25 @@ elseif(VELDRA_SANITIZE)
   target_link_options(veldra_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+# Where the operating system shows through, one header name.h has name_posix.cpp behind it
+# for Linux and name_windows.cpp for Windows, and each build takes its own: the choice is made
+# here once instead of in #ifdefs through the code.
+function(veldra_select_platform_sources out_var)
+  set(selected ${ARGN})
+  if(WIN32)
+    list(FILTER selected EXCLUDE REGEX "_posix\\.cpp$")
+  else()
+    list(FILTER selected EXCLUDE REGEX "_windows\\.cpp$")
+  endif()
+  set(${out_var} ${selected} PARENT_SCOPE)
+endfunction()
+
 # One static library per subsystem folder; sources are picked up by glob so that adding a
 # file never means editing a list. DEPS names the lower folders it builds on.
 function(veldra_library name)
   cmake_parse_arguments(ARG "" "" "DEPS" ${ARGN})
   file(GLOB_RECURSE srcs CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  veldra_select_platform_sources(srcs ${srcs})
   if(srcs)
     add_library(veldra_${name} STATIC ${srcs})
     target_include_directories(veldra_${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
@@ -40,10 +54,24 @@ function(veldra_library name)
   endif()
 endfunction()
 
-# One GoogleTest executable per tests/ folder, mirroring src/.
+# One GoogleTest executable per tests/ folder, mirroring src/. NOT_ON_WINDOWS names the files
+# of tests that only make sense on POSIX systems (each folder says why), NEEDS_SERVER those
+# that start the study server (VELDRA_BUILD_SERVER); a build that cannot run its own programs
+# (a cross build) leaves finding the tests in them to whoever runs them.
 function(veldra_test_folder name)
-  cmake_parse_arguments(ARG "" "" "DEPS" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "DEPS;NOT_ON_WINDOWS;NEEDS_SERVER" ${ARGN})
   file(GLOB_RECURSE srcs CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  veldra_select_platform_sources(srcs ${srcs})
+  set(excluded "")
+  if(WIN32)
+    list(APPEND excluded ${ARG_NOT_ON_WINDOWS})
+  endif()
+  if(NOT VELDRA_BUILD_SERVER)
+    list(APPEND excluded ${ARG_NEEDS_SERVER})
+  endif()
+  foreach(file ${excluded})
+    list(REMOVE_ITEM srcs ${CMAKE_CURRENT_SOURCE_DIR}/${file})
+  endforeach()
   if(NOT srcs)
     return()
   endif()
@@ -52,7 +80,9 @@ function(veldra_test_folder name)
   target_link_libraries(test_${name} PRIVATE veldra_${name} ${ARG_DEPS} GTest::gtest GTest::gmock GTest::gtest_main)
   target_include_directories(test_${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   target_compile_definitions(test_${name} PRIVATE VELDRA_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
-  gtest_discover_tests(test_${name} WORKING_DIRECTORY ${CMAKE_BINARY_DIR} DISCOVERY_TIMEOUT 60)
+  if(NOT CMAKE_CROSSCOMPILING)
+    gtest_discover_tests(test_${name} WORKING_DIRECTORY ${CMAKE_BINARY_DIR} DISCOVERY_TIMEOUT 60)
+  endif()
 endfunction()
 
 # The simulation (runtime up to trials) must build and run with no window, no sound and no

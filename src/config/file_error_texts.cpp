@@ -18,8 +18,11 @@ std::string file_error_text(const Localization& localization, const std::string&
     const std::pair<int, std::string_view> known[] = {
         {ENOENT, lid::FileError_NoFolder},     {ENOTDIR, lid::FileError_NoFolder},
         {EACCES, lid::FileError_NoPermission}, {EPERM, lid::FileError_NoPermission},
-        {ENOSPC, lid::FileError_DiskFull},     {EDQUOT, lid::FileError_DiskFull},
-        {EROFS, lid::FileError_ReadOnly}};
+        {ENOSPC, lid::FileError_DiskFull},     {EROFS, lid::FileError_ReadOnly},
+#ifdef EDQUOT  // disk quotas: POSIX only; Windows reports a full quota as a full disk
+        {EDQUOT, lid::FileError_DiskFull},
+#endif
+    };
     for (const auto& [code, lid] : known)
         if (reason == system_error_text(code)) {
             const std::string text = text_of(localization, lid);

@@ -53,6 +53,10 @@ private:
     pid_t pid_ = -1;
 };
 
+// False where this build cannot start children (the Windows build, for now): work that would be
+// spread over child processes is done in this one instead.
+bool child_processes_supported();
+
 // This process's environment, as "NAME=value" entries, to pass on to a child with additions.
 std::vector<std::string> current_environment();
 

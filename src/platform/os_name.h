@@ -11,8 +11,9 @@ namespace veldra::platform {
 // quotes; nullopt when the text has none or only an empty one.
 std::optional<std::string> os_release_pretty_name(std::string_view text);
 
-// The system as its users know it, from os-release; the kernel's name and release only where
-// that file is missing; "unknown -1" when not even the kernel says.
+// The system as its users know it. Linux: from os-release; the kernel's name and release only
+// where that file is missing; "unknown -1" when not even the kernel says. Windows: "Windows"
+// and its version number, with Wine's version when it runs under Wine.
 std::string os_name();
 
 }  // namespace veldra::platform

@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <ctime>
 
+#include "platform/local_time.h"
+
 namespace veldra::platform {
 
 std::string screenshot_file_name(const LocalDateTime& t, int milliseconds) {
@@ -18,11 +20,7 @@ std::string screenshot_file_name_now() {
     const auto now = std::chrono::system_clock::now();
     const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
     const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch());
-    std::tm local{};
-    localtime_r(&seconds, &local);
-    const LocalDateTime t{local.tm_year + 1900, local.tm_mon + 1, local.tm_mday,
-                          local.tm_hour,        local.tm_min,     local.tm_sec};
-    return screenshot_file_name(t, static_cast<int>(ms.count() % 1000));
+    return screenshot_file_name(to_local_date_time(seconds), static_cast<int>(ms.count() % 1000));
 }
 
 }  // namespace veldra::platform

@@ -3,6 +3,7 @@
 // for menus and dialogs, clicks, slides, keys and typing, frame by frame as a hand would. It
 // reads and clicks whichever overlay is in front (ui/overlay.h), by what its controls read.
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -52,7 +53,7 @@ private:
     GameWindow& window_;
     std::vector<UiCommand> commands_;
     std::size_t next_ = 0;
-    long frames_in_command_ = 0;
+    std::int64_t frames_in_command_ = 0;
     int phase_ = 0;
     std::optional<std::size_t> screenshot_command_;  // waiting to hear whether it was saved
 };

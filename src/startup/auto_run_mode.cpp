@@ -10,6 +10,7 @@
 #include "batch/auto_run_fingerprint.h"
 #include "batch/auto_run_jobs.h"
 #include "config/game_configurations.h"
+#include "platform/child_process.h"
 #include "platform/file_descriptor.h"
 #include "platform/interrupt.h"
 #include "platform/progress_line.h"
@@ -265,6 +266,13 @@ void start_auto_run_mode(AppState& app, const ProgramParameters& params) {
         return bad_parameter(app, "auto_run_shard", *params.auto_run_shard,
                              "asks for more parts than the run list has runs (" +
                                  std::to_string(run->runs) + "): every part would not get one.");
+    if (jobs > 1 && !platform::child_processes_supported()) {
+        // Same lines, same order: only slower. Better than refusing a script written on Linux.
+        log_warning("auto_run_jobs=" + std::to_string(jobs) +
+                    ": this build cannot start worker processes yet, so the run is played by "
+                    "this one process (the results are the same, only slower).");
+        jobs = 1;
+    }
     if (jobs > 1)
         return end_program(app, run_auto_run_jobs(*app.services.files, params,
                                                   {static_cast<std::size_t>(jobs), seed,

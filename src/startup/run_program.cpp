@@ -9,11 +9,13 @@
 
 #include "async/promise_event_loop.h"
 #include "config/program_parameters.h"
+#include "platform/console.h"
 #include "platform/curl_http.h"
 #include "platform/executable_path.h"
 #include "platform/game_window.h"
 #include "platform/interrupt.h"
 #include "platform/local_time.h"
+#include "platform/program_arguments.h"
 #include "platform/ui_script_player.h"
 #include "runtime/frame_loop.h"
 #include "runtime/gc.h"
@@ -123,7 +125,8 @@ void end_program(AppState& app, int status) {
 
 int run_program(int argc, char** argv) {
     FrameTimes frame_times(FrameTimes::Clock::now());
-    std::vector<std::string> arguments(argv, argv + argc);
+    platform::use_parent_console();
+    std::vector<std::string> arguments = platform::program_arguments(argc, argv);
     for (const auto& argument : arguments) {
         if (argument == "--help" || argument == "-h") {
             print_help();

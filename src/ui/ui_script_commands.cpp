@@ -38,14 +38,14 @@ std::optional<Key> key_named(std::string_view name) {
     return std::nullopt;
 }
 
-constexpr auto MAX_COUNT = static_cast<std::uint64_t>(std::numeric_limits<long>::max());
+constexpr auto MAX_COUNT = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
 
 // A count of frames; `problem` says why the text is none ("is too large: at most ...").
-std::optional<long> count_of(std::string_view text, std::string& problem) {
+std::optional<std::int64_t> count_of(std::string_view text, std::string& problem) {
     problem = whole_number_problem(text, 0, MAX_COUNT);
     if (!problem.empty())
         return std::nullopt;
-    return static_cast<long>(*try_string_to_whole_number(text, 0, MAX_COUNT));
+    return static_cast<std::int64_t>(*try_string_to_whole_number(text, 0, MAX_COUNT));
 }
 
 std::optional<double> number_of(std::string_view text) {

@@ -28,6 +28,7 @@
 // is done (frames= ran out, the window was closed) logs the line it was on and exits with 1, as
 // does a script whose screenshot cannot be written.
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -54,9 +55,9 @@ struct UiCommand {
     std::string text;  // wait, wait_file, click, slide, box, type, screenshot
     double value = 0;  // slide
     Key key = Key::enter;
-    long count = 0;      // hold, frames
-    int line = 0;        // in the file, for messages
-    std::string source;  // the line as written, for messages
+    std::int64_t count = 0;  // hold, frames
+    int line = 0;            // in the file, for messages
+    std::string source;      // the line as written, for messages
 };
 
 // The commands of a script's text; nullopt with `error` naming the line of the first bad one.

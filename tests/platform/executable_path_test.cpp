@@ -9,7 +9,7 @@ TEST(ExecutablePath, NamesThisTestProgram) {
     const auto path = executable_path();
     ASSERT_TRUE(path);
     EXPECT_TRUE(path->is_absolute());
-    EXPECT_EQ(path->filename(), "test_platform");
+    EXPECT_EQ(path->stem(), "test_platform");  // Windows adds ".exe"
 }
 
 }  // namespace

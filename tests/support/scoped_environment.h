@@ -9,19 +9,26 @@
 
 namespace veldra::testing {
 
+// Windows' C runtime has no setenv; an empty value there removes the variable.
+inline void set_environment(const std::string& name, const std::string* value) {
+#ifdef _WIN32
+    _putenv_s(name.c_str(), value ? value->c_str() : "");
+#else
+    if (value)
+        ::setenv(name.c_str(), value->c_str(), 1);
+    else
+        ::unsetenv(name.c_str());
+#endif
+}
+
 class ScopedEnvironment {
 public:
     ScopedEnvironment(std::string name, const std::string& value) : name_(std::move(name)) {
         if (const char* old = std::getenv(name_.c_str()))
             old_ = old;
-        ::setenv(name_.c_str(), value.c_str(), 1);
+        set_environment(name_, &value);
     }
-    ~ScopedEnvironment() {
-        if (old_)
-            ::setenv(name_.c_str(), old_->c_str(), 1);
-        else
-            ::unsetenv(name_.c_str());
-    }
+    ~ScopedEnvironment() { set_environment(name_, old_ ? &*old_ : nullptr); }
     ScopedEnvironment(const ScopedEnvironment&) = delete;
     ScopedEnvironment& operator=(const ScopedEnvironment&) = delete;
 

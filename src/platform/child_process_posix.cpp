@@ -28,6 +28,10 @@ int shell_status(int status) {
 
 }  // namespace
 
+bool child_processes_supported() {
+    return true;
+}
+
 std::optional<ChildProcess> ChildProcess::spawn(
     const std::vector<std::string>& argv, const std::vector<std::string>& environment,
     const std::vector<InheritedDescriptor>& descriptors) {

@@ -1,0 +1,93 @@
+#!/usr/bin/env bash
+# Runs the Windows build (scripts/windows.sh) under Wine: every unit-test program of
+# build-windows/, then veldra.exe headless on the example auto run, whose CSV's SHA-256 it
+# prints for comparing with other machines. Exits non-zero when anything fails.
+# VELDRA_WINE_PREFIX: the Wine prefix to use (made on first use; a fresh one takes ~10 s).
+set -uo pipefail
+cd "$(dirname "$0")/.."
+root=$PWD
+build_dir=$root/build-windows
+
+if [ ! -f "$build_dir/veldra.exe" ]; then
+  echo "No $build_dir/veldra.exe: run scripts/windows.sh first." >&2
+  exit 1
+fi
+export WINEDEBUG=-all
+export WINEPREFIX=${VELDRA_WINE_PREFIX:-${VELDRA_WINDOWS_CACHE:-/var/cache/veldra-windows}/wine-prefix}
+# Headless: no window, no sound device, no Wine dialog asking to install Mono or Gecko.
+unset DISPLAY
+export SDL_AUDIODRIVER=dummy SDL_VIDEODRIVER=dummy
+export WINEDLLOVERRIDES="mscoree,mshtml="
+mkdir -p "$WINEPREFIX"
+logs=$(mktemp -d)
+trap 'rm -rf "$logs"' EXIT
+
+failures=()
+summary=()
+
+# One GoogleTest program: its own counts, or why it did not report any.
+run_tests() {
+  local exe=$1 name log passed failed
+  name=$(basename "$exe" .exe)
+  log=$logs/$name.log
+  (cd "$build_dir" && timeout 600 wine "$exe" --gtest_color=no) >"$log" 2>&1
+  local status=$?
+  passed=$(sed -n 's/^\[  PASSED  \] \([0-9]*\) tests\?\..*/\1/p' "$log" | tail -n 1)
+  failed=$(sed -n 's/^\[  FAILED  \] \([0-9]*\) tests\?, listed below.*/\1/p' "$log" | tail -n 1)
+  summary+=("$(printf '%-18s passed %4s  failed %3s  exit %s' "$name" "${passed:-?}" \
+    "${failed:-0}" "$status")")
+  if [ "$status" -ne 0 ] || [ -z "$passed" ]; then
+    failures+=("$name")
+    echo "---- $name (exit $status): failures" >&2
+    grep -E '^\[  FAILED  \]|Failure|error' "$log" | head -n 40 >&2
+    tail -n 5 "$log" >&2
+  fi
+}
+
+echo "Wine $(wine --version 2>/dev/null), prefix $WINEPREFIX"
+for exe in "$build_dir"/test_*.exe; do
+  run_tests "$exe"
+done
+
+# The example auto run, headless, in a scratch folder, as a lab machine would run it.
+work=$(mktemp -d)
+trap 'rm -rf "$logs" "$work"' EXIT
+csv_line="auto run: not run"
+if (cd "$work" && timeout 1200 wine "$build_dir/veldra.exe" \
+      auto_run_config="$(winepath -w "$build_dir/datafiles/auto_run_example.json" 2>/dev/null)" \
+      auto_run_output=example.csv auto_run_seed=1) >"$logs/auto_run.log" 2>&1 &&
+   [ -s "$work/example.csv" ]; then
+  lines=$(($(wc -l <"$work/example.csv") - 1))
+  csv_line="auto run: $lines trials, example.csv SHA-256 $(sha256sum "$work/example.csv" | cut -d' ' -f1)"
+else
+  failures+=("auto run")
+  csv_line="auto run: FAILED"
+  tail -n 20 "$logs/auto_run.log" >&2
+fi
+# auto_run_jobs=2 cannot start workers on Windows yet: it must say so and still write the
+# same bytes from its one process.
+jobs_line="auto_run_jobs=2: not run"
+if [ -s "$work/example.csv" ]; then
+  if (cd "$work" && timeout 1200 wine "$build_dir/veldra.exe" \
+        auto_run_config="$(winepath -w "$build_dir/datafiles/auto_run_example.json" 2>/dev/null)" \
+        auto_run_output=jobs.csv auto_run_seed=1 auto_run_jobs=2) >"$logs/jobs.log" 2>&1 &&
+     cmp -s "$work/example.csv" "$work/jobs.csv" &&
+     grep -q "cannot start worker processes" "$logs/jobs.log"; then
+    jobs_line="auto_run_jobs=2: played in one process with a warning, same CSV"
+  else
+    failures+=("auto_run_jobs=2")
+    jobs_line="auto_run_jobs=2: FAILED (different CSV, no warning, or an error)"
+    tail -n 20 "$logs/jobs.log" >&2
+  fi
+fi
+
+echo
+echo "Summary (Wine):"
+printf '  %s\n' "${summary[@]}"
+echo "  $csv_line"
+echo "  $jobs_line"
+if [ ${#failures[@]} -gt 0 ]; then
+  echo "FAILED: ${failures[*]}"
+  exit 1
+fi
+echo "All passed."

@@ -1,0 +1,12 @@
+#include "platform/local_time.h"
+
+namespace veldra::platform {
+
+LocalDateTime to_local_date_time(std::time_t seconds) {
+    std::tm local{};
+    localtime_r(&seconds, &local);
+    return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday,
+            local.tm_hour,        local.tm_min,     local.tm_sec};
+}
+
+}  // namespace veldra::platform
