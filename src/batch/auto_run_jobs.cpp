@@ -60,9 +60,10 @@ struct ParallelRun {
 
 // Counts new complete lines of a chunk's part without reading it again from the start.
 void count_new_lines(const std::string& part, PartProgress& progress) {
-    std::FILE* file = std::fopen(part.c_str(), "rb");
+    std::string why;
+    std::FILE* file = open_file(part, "rb", why);
     if (!file)
-        return;
+        return;  // not there yet: counted at the next look
     std::fseek(file, static_cast<long>(progress.bytes_seen), SEEK_SET);
     char buffer[8192];
     std::size_t read = 0;
@@ -218,11 +219,11 @@ bool play_chunks(ParallelRun& run, const ProgramParameters& params, ProgressLine
 int run_auto_run_jobs(Files& files, const ProgramParameters& params,
                       const AutoRunJobsRequest& request) {
     const std::size_t total = request.run.runs;
-    std::FILE* output = std::fopen(request.output.c_str(), "wb");
+    std::string why;
+    std::FILE* output = open_file(request.output, "wb", why);
     if (!output) {
         log_error("Failed to open file for writing.");
-        log_error("Output \"" + request.output +
-                  "\" cannot be opened: " + system_error_text(errno) + ".");
+        log_error("Output \"" + request.output + "\" cannot be opened: " + why + ".");
         return 1;
     }
     if (!auto_run_write(output, request.output, trial_data_as_csv_headers()) ||

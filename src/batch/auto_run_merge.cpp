@@ -70,11 +70,11 @@ bool auto_run_merge_parts(Files& files, const std::vector<std::string>& parts,
         return false;
     // The existing output stays untouched until the merged file is complete.
     const std::string temporary = output + ".merging";
-    std::FILE* out = std::fopen(temporary.c_str(), "wb");
+    std::string why;
+    std::FILE* out = open_file(temporary, "wb", why);
     if (!out) {
         log_error("Failed to open file for writing.");
-        log_error("Output \"" + temporary + "\" cannot be written: " + system_error_text(errno) +
-                  ".");
+        log_error("Output \"" + temporary + "\" cannot be written: " + why + ".");
         return false;
     }
     bool ok = auto_run_write(out, temporary, trial_data_as_csv_headers());

@@ -70,9 +70,10 @@ obj_logger::~obj_logger() {
 
 void obj_logger::on_create() {
     if (output_filename) {
-        output_file = std::fopen(output_filename->c_str(), "wb");
+        std::string why;
+        output_file = open_file(*output_filename, "wb", why);
         if (!output_file)
-            give_up_output_file(system_error_text(errno));
+            give_up_output_file(why);
     }
     dump_timer = LOG_DUMP_INTERVAL_STEPS;
     set_log_sink(this);
@@ -125,9 +126,7 @@ void obj_logger::_dump() {
         error = system_error_text(errno);
     output_file = nullptr;
     if (error.empty()) {
-        output_file = std::fopen(output_filename->c_str(), "ab");
-        if (!output_file)
-            error = system_error_text(errno);
+        output_file = open_file(*output_filename, "ab", error);
     }
     if (!error.empty())
         give_up_output_file(error);

@@ -1,4 +1,5 @@
 #include "platform/png_file.h"
+#include "runtime/file_io.h"
 
 #include <stb_image_write.h>
 
@@ -27,9 +28,8 @@ bool check_destination(const std::string& path, std::string& error) {
     }
     const fs::path folder = fs::path(path).parent_path();
     if (!folder.empty() && !fs::is_directory(folder, ec)) {
-        error = fs::exists(folder, ec)
-                    ? "\"" + folder.string() + "\" is not a folder"
-                    : "the folder \"" + folder.string() + "\" does not exist";
+        error = fs::exists(folder, ec) ? "\"" + folder.string() + "\" is not a folder"
+                                       : "the folder \"" + folder.string() + "\" does not exist";
         return false;
     }
     return true;
@@ -59,10 +59,10 @@ bool write_png_file(const std::string& path, int width, int height,
         error = "cannot encode the screenshot as PNG";
         return false;
     }
-    std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "wb"),
-                                                         std::fclose);
+    std::string why;
+    std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(open_file(path, "wb", why), std::fclose);
     if (!file) {
-        error = "cannot write \"" + path + "\": " + std::strerror(errno);
+        error = "cannot write \"" + path + "\": " + why;
         return false;
     }
     if (std::fwrite(encoded.data(), 1, encoded.size(), file.get()) != encoded.size() ||

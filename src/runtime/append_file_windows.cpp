@@ -11,6 +11,7 @@
 #include "runtime/append_file.h"
 #include "runtime/utf16.h"
 #include "runtime/windows_error.h"
+#include "runtime/windows_file_names.h"
 
 namespace veldra {
 
@@ -47,6 +48,10 @@ HANDLE handle_of(int fd) {
 }  // namespace
 
 std::optional<AppendFile> AppendFile::create_new(const std::string& path, std::string& error) {
+    if (auto problem = windows_file_name_problem(path)) {
+        error = std::move(*problem);
+        return std::nullopt;
+    }
     DWORD code = 0;
     const int fd = open_exclusively(utf8_to_utf16(path), code);
     if (fd < 0) {

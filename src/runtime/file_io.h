@@ -43,6 +43,11 @@ FileText read_whole_file(const std::string& path, std::size_t max_bytes);
 // empty string on success, else the system's reason.
 std::string write_whole_file(const std::string& path, const std::string& text);
 
+// std::fopen for a path in UTF-8, as every path in the game is: on Windows through the wide call,
+// so that any folder name works, and refusing the names Windows would not keep as given
+// (windows_file_names.h). Null when it cannot be opened, with the reason in `why`.
+std::FILE* open_file(const std::string& path, const char* mode, std::string& why);
+
 // Writes all of `bytes` to the end of an open file at once, so that a full disk shows up here
 // and not at some later close. When the write fails part-way, the file is cut back to its size
 // before the call: it never ends in a piece of `bytes`. Returns an empty string on success, else

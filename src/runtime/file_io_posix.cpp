@@ -113,6 +113,13 @@ std::string write_whole_file(const std::string& path, const std::string& text) {
     return {};
 }
 
+std::FILE* open_file(const std::string& path, const char* mode, std::string& why) {
+    std::FILE* file = std::fopen(path.c_str(), mode);
+    if (!file)
+        why = system_error_text(errno);
+    return file;
+}
+
 std::string write_all_and_flush(std::FILE* file, std::string_view bytes) {
     errno = 0;
     if (std::fflush(file) != 0)

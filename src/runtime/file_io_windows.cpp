@@ -13,6 +13,7 @@
 #include "runtime/file_io.h"
 #include "runtime/utf16.h"
 #include "runtime/windows_error.h"
+#include "runtime/windows_file_names.h"
 
 namespace veldra {
 
@@ -52,6 +53,8 @@ bool is_missing(DWORD code) {
 }  // namespace
 
 FileText read_whole_file(const std::string& path, std::size_t max_bytes) {
+    if (auto problem = windows_file_name_problem(path))
+        return failure(std::move(*problem));
     const std::wstring wide = utf8_to_utf16(path);
     // Shared for writing and deleting: another program holding the file open (an editor, a
     // virus scanner) must not make it unreadable.
@@ -97,6 +100,8 @@ FileText read_whole_file(const std::string& path, std::size_t max_bytes) {
 }
 
 std::string write_whole_file(const std::string& path, const std::string& text) {
+    if (auto problem = windows_file_name_problem(path))
+        return *problem;
     const std::filesystem::path target(utf8_to_utf16(path));
     std::error_code ignored;
     const auto status = std::filesystem::status(target, ignored);
@@ -135,6 +140,17 @@ std::string write_whole_file(const std::string& path, const std::string& text) {
         return windows_error_text(code);
     }
     return {};
+}
+
+std::FILE* open_file(const std::string& path, const char* mode, std::string& why) {
+    if (auto problem = windows_file_name_problem(path)) {
+        why = std::move(*problem);
+        return nullptr;
+    }
+    std::FILE* file = _wfopen(utf8_to_utf16(path).c_str(), utf8_to_utf16(mode).c_str());
+    if (!file)
+        why = system_error_text(errno);
+    return file;
 }
 
 std::string write_all_and_flush(std::FILE* file, std::string_view bytes) {

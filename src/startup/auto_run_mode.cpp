@@ -138,11 +138,11 @@ void run_in_this_process(AppState& app, const ProgramParameters& params, double 
     if (options.already_done == 0) {
         // Opened here first so that an output that cannot be written fails with the game's
         // text before its fingerprint is written beside it.
-        std::FILE* probe = std::fopen(output.c_str(), "wb");
+        std::string why;
+        std::FILE* probe = open_file(output, "wb", why);
         if (!probe) {
             log_error("Failed to open file for writing.");
-            log_error("Output \"" + output + "\" cannot be opened: " + system_error_text(errno) +
-                      ".");
+            log_error("Output \"" + output + "\" cannot be opened: " + why + ".");
             return end_program(app, 1);
         }
         std::fclose(probe);

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstdio>
 
+#include "runtime/file_io.h"
+
 namespace veldra {
 
 namespace {
@@ -25,9 +27,10 @@ void FrameTimes::frame_finished(bool drawn) {
 }
 
 std::string FrameTimes::write(const std::string& path) const {
-    std::FILE* file = std::fopen(path.c_str(), "wb");
+    std::string why;
+    std::FILE* file = open_file(path, "wb", why);
     if (!file)
-        return "cannot be opened for writing";
+        return "cannot be opened for writing: " + why;
     std::fprintf(file, "frame,milliseconds,drawn\n");
     for (std::size_t i = 0; i < frame_ms_.size(); ++i)
         std::fprintf(file, "%zu,%.3f,%d\n", i, frame_ms_[i],
@@ -38,8 +41,8 @@ std::string FrameTimes::write(const std::string& path) const {
 
 std::string FrameTimes::summary() const {
     const std::vector<double> steady(
-        frame_ms_.begin() + static_cast<std::ptrdiff_t>(
-                                std::min(frame_ms_.size(), first_drawn_index_ + 1)),
+        frame_ms_.begin() +
+            static_cast<std::ptrdiff_t>(std::min(frame_ms_.size(), first_drawn_index_ + 1)),
         frame_ms_.end());
     char text[160];
     std::snprintf(text, sizeof text,

@@ -43,11 +43,11 @@ obj_auto_runner::~obj_auto_runner() {
 bool obj_auto_runner::reopen(const char* mode) {
     if (file_)
         std::fclose(file_);
-    file_ = std::fopen(output_csv_filename_.c_str(), mode);
+    std::string why;
+    file_ = open_file(output_csv_filename_, mode, why);
     if (!file_) {
         log_error("Failed to open file for writing.");
-        log_error("Output \"" + output_csv_filename_ +
-                  "\" cannot be opened: " + system_error_text(errno) + ".");
+        log_error("Output \"" + output_csv_filename_ + "\" cannot be opened: " + why + ".");
     }
     return file_ != nullptr;
 }

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "runtime/assertion.h"
+#include "runtime/file_io.h"
 #include "ui/imgui_adapter.h"
 
 namespace veldra {
@@ -59,12 +60,11 @@ constexpr ImWchar GLYPH_RANGES[] = {0x0020, 0x017F, 0x2010, 0x205E, 0};
 // Dear ImGui stops the program on a file it cannot parse, so the file is checked first: it must
 // open and start like a TrueType or OpenType font.
 bool looks_like_font(const std::string& path, std::string_view package, std::string& error) {
-    std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"),
-                                                         std::fclose);
+    std::string why;
+    std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(open_file(path, "rb", why), std::fclose);
     if (!file) {
-        error = "cannot open the font \"" + path + "\": " + std::strerror(errno) +
-                " (install the package " + std::string(package) +
-                ", or rebuild so that the build copies it)";
+        error = "cannot open the font \"" + path + "\": " + why + " (install the package " +
+                std::string(package) + ", or rebuild so that the build copies it)";
         return false;
     }
     std::array<unsigned char, 4> magic{};
