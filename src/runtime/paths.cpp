@@ -21,8 +21,10 @@ std::string data_directory() {
 
 }  // namespace
 
+// In the system's own separators, so that a message shows one path as the system writes it
+// ("C:\Veldra\datafiles\levels\level_01.txt", not "...\datafiles/levels/level_01.txt").
 std::string make_included_file_filename(std::string_view name) {
-    return data_directory() + std::string(name);
+    return std::filesystem::path(data_directory() + std::string(name)).make_preferred().string();
 }
 
 bool file_exists(const std::string& path) {

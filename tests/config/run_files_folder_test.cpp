@@ -26,7 +26,9 @@ TEST(RunFilesFolderTest, BesideTheLogElseTheWorkingFolderElseTheUsersOwn) {
     std::ofstream(not_a_folder) << "x";
     EXPECT_EQ(choose_run_files_folder(std::nullopt, not_a_folder, user), user);
     EXPECT_TRUE(std::filesystem::is_directory(user));
+#ifndef _WIN32  // no /dev there
     EXPECT_EQ(choose_run_files_folder("/dev/null", not_a_folder, user), user);
+#endif
     // With no user folder known, the working folder stays the answer, and making a file there
     // fails later with its path.
     EXPECT_EQ(choose_run_files_folder(std::nullopt, not_a_folder, {}), std::filesystem::path());

@@ -70,6 +70,10 @@ protected:
 
     GameConfigurations& configs() { return *sim.configs.configs; }
     std::string path(const std::string& name) const { return (folder.path() / name).string(); }
+    // As a record names the level: with forward slashes on every system.
+    std::string record_name(const std::string& name) const {
+        return (folder.path() / name).generic_string();
+    }
     void write_level(const std::string& name, const std::string& text) {
         std::ofstream(path(name)) << text;
     }
@@ -119,7 +123,7 @@ TEST_F(LocalSessionTest, PlaysEveryLevelInOrderAndKeepsEachRecord) {
     const TrialData& first = session->trials->at(0);
     const TrialData& second = session->trials->at(1);
     EXPECT_EQ(first.user_id, "P7");
-    EXPECT_EQ(first.level_info.filename, path("a.txt"));
+    EXPECT_EQ(first.level_info.filename, record_name("a.txt"));
     EXPECT_EQ(second.level_info.play_order, 1);
     EXPECT_EQ(second.level_info.num_humans_h, 1);
     // The traits the menu answered with, not the ones it was given, each trial its own.

@@ -78,7 +78,7 @@ TEST_F(LevelSetGenerator, GeneratesThroughTheGivenFiles) {
     EXPECT_EQ(memory.files.size(), 4u);
     EXPECT_FALSE(std::filesystem::exists("levels"));
     for (const char* name : {"level_001.txt", "level_002.txt", "level_003.txt"}) {
-        const std::string in_memory = "levels/" + std::string(name);
+        const std::string in_memory = (std::filesystem::path("levels") / name).string();
         EXPECT_EQ(memory.files.at(in_memory), read_text(scratch() / "a" / name));
         const auto level = level_load_from_file(memory, types, in_memory);
         ASSERT_TRUE(level);
