@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <random>
+#include <string>
 #include <system_error>
 
 #include "config/logger.h"
@@ -12,12 +14,15 @@ namespace veldra {
 namespace {
 
 // Whether a file can be made in `folder`: tried for real, since permissions alone do not tell
-// (access lists, read-only shares, a full disk).
+// (access lists, read-only shares, a full disk). The probe's name is random, so that two
+// programs starting in one folder at once never take each other's probe for a stranger's file.
 bool can_write_in(const std::filesystem::path& folder) {
-    const std::filesystem::path probe = folder / ".veldra-write-check";
+    std::random_device entropy;
+    const std::filesystem::path probe =
+        folder / (".veldra-write-check-" + std::to_string(entropy()) + std::to_string(entropy()));
     std::error_code error;
     if (std::filesystem::exists(probe, error))
-        return false;  // not ours to touch, and nothing says it could be written
+        return true;  // somebody made a file of that very name there
     bool written = false;
     {
         std::ofstream out(probe, std::ios::binary);
@@ -45,9 +50,15 @@ std::filesystem::path environment_path(const char* name) {
 std::filesystem::path choose_run_files_folder(const std::optional<std::string>& log_output_file,
                                               const std::filesystem::path& working_folder,
                                               const std::filesystem::path& user_folder) {
-    std::filesystem::path folder = folder_beside_log(log_output_file);
-    if (!folder.empty() || can_write_in(working_folder) || user_folder.empty())
-        return folder;
+    if (log_output_file && !log_output_file->empty()) {
+        // A plain log file's folder, the working folder included ("run.log"); a log sent to a
+        // device has none of its own and counts as no log.
+        std::filesystem::path beside = folder_beside_log(log_output_file);
+        if (beside == std::filesystem::path(*log_output_file).parent_path())
+            return beside;
+    }
+    if (can_write_in(working_folder) || user_folder.empty())
+        return {};
     std::error_code error;
     std::filesystem::create_directories(user_folder, error);
     return user_folder;

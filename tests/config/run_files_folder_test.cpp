@@ -18,13 +18,15 @@ TEST(RunFilesFolderTest, BesideTheLogElseTheWorkingFolderElseTheUsersOwn) {
     EXPECT_EQ(choose_run_files_folder(log_file, scratch.path() / "missing", user), scratch.path());
     // No log: the working folder when a file can be made there, and the probe leaves nothing.
     EXPECT_EQ(choose_run_files_folder(std::nullopt, scratch.path(), user), std::filesystem::path());
-    EXPECT_FALSE(std::filesystem::exists(scratch.path() / ".veldra-write-check"));
+    for (const auto& entry : std::filesystem::directory_iterator(scratch.path()))
+        EXPECT_EQ(entry.path().filename().string().find(".veldra-write-check"), std::string::npos);
     EXPECT_FALSE(std::filesystem::exists(user));
     // A working folder that cannot be written (here: one that is a file): the user's folder,
     // made on the way; a log sent to a device counts as no log.
     const auto not_a_folder = scratch.path() / "plain";
     std::ofstream(not_a_folder) << "x";
     EXPECT_EQ(choose_run_files_folder(std::nullopt, not_a_folder, user), user);
+    EXPECT_EQ(choose_run_files_folder("run.log", not_a_folder, user), std::filesystem::path());
     EXPECT_TRUE(std::filesystem::is_directory(user));
 #ifndef _WIN32  // no /dev there
     EXPECT_EQ(choose_run_files_folder("/dev/null", not_a_folder, user), user);

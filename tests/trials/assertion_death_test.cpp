@@ -40,8 +40,10 @@ int half_of_even(int n) {
 }
 
 TEST_F(AssertionDeathTest, FailureNamesFileLineConditionAndHint) {
+    // Only what both of GoogleTest's regular-expression dialects read alike (Windows' has no
+    // brackets): ".+" for the line number.
     EXPECT_DEATH(half_of_even(7),
-                 "assertion_death_test\\.cpp:[0-9]+: assertion failed: "
+                 "assertion_death_test\\.cpp:.+: assertion failed: "
                  "n % 2 == 0 \\(half_of_even given 7: round first\\?\\)");
 }
 
