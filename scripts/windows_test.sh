@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Runs the Windows build (scripts/windows.sh) under Wine: every unit-test program of
 # build-windows/, then veldra.exe headless on the example auto run, whose CSV's SHA-256 it
-# prints for comparing with other machines. Exits non-zero when anything fails.
+# prints for comparing with other machines, and the determinism guard of the Linux tests
+# (tests/e2e/determinism.sh). Exits non-zero when anything fails.
 # VELDRA_WINE_PREFIX: the Wine prefix to use (made on first use; a fresh one takes ~10 s).
 set -uo pipefail
 cd "$(dirname "$0")/.."
@@ -81,11 +82,27 @@ if [ -s "$work/example.csv" ]; then
   fi
 fi
 
+# The determinism guard of the Linux tests, with veldra.exe: the same 240 trials must give the
+# same digest as on Linux, so results do not depend on the system.
+cat > "$logs/veldra-under-wine" <<WRAPPER
+#!/bin/sh
+exec wine "$build_dir/veldra.exe" "\$@"
+WRAPPER
+chmod +x "$logs/veldra-under-wine"
+if (cd "$logs" && bash "$root/tests/e2e/determinism.sh" "$logs/veldra-under-wine") >"$logs/determinism.log" 2>&1; then
+  determinism_line="determinism guard: the same digest as on Linux"
+else
+  failures+=("determinism")
+  determinism_line="determinism guard: FAILED"
+  tail -n 20 "$logs/determinism.log" >&2
+fi
+
 echo
 echo "Summary (Wine):"
 printf '  %s\n' "${summary[@]}"
 echo "  $csv_line"
 echo "  $jobs_line"
+echo "  $determinism_line"
 if [ ${#failures[@]} -gt 0 ]; then
   echo "FAILED: ${failures[*]}"
   exit 1
