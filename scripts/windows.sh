@@ -15,15 +15,8 @@ packages=(
   g++-mingw-w64-x86-64-posix wine wine64 zip dpkg-dev cmake ninja-build
   nlohmann-json3-dev libstb-dev googletest fonts-dejavu-core fonts-dejavu-extra
 )
-missing=()
-for p in "${packages[@]}"; do
-  dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
-done
-if [ ${#missing[@]} -gt 0 ]; then
-  echo "Installing: ${missing[*]}"
-  apt-get update -qq
-  DEBIAN_FRONTEND=noninteractive apt-get install -y -qq "${missing[@]}" >/dev/null
-fi
+source scripts/install_packages.sh
+install_packages "${packages[@]}"
 
 # apt-get source needs source entries; Debian's images ship only binary ones.
 if ! grep -rqsE '^(Types:.*deb-src|deb-src )' /etc/apt/sources.list /etc/apt/sources.list.d/; then

@@ -49,7 +49,7 @@ protected:
         for (const char* name : {"a.txt", "b.txt", "c.txt"})
             std::ofstream(path(name)) << "xxxxxx\nxp  hx\nxxxxxx\n";
         api = &runtime.instance_create_depth<obj_api>(0, 0, 0);
-        api->initialize("http://study/", "game", "pw");
+        api->initialize("http://127.0.0.1/", "game", "pw");
 
         SessionScreens screens;
         screens.show_trial_result = [this](const TrialData& trial, std::size_t count) {
