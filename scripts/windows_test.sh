@@ -2,7 +2,9 @@
 # Runs the Windows build (scripts/windows.sh) under Wine: every unit-test program of
 # build-windows/, then veldra.exe headless on the example auto run, whose CSV's SHA-256 it
 # prints for comparing with other machines, and the determinism guard of the Linux tests
-# (tests/e2e/determinism.sh). Exits non-zero when anything fails.
+# (tests/e2e/determinism.sh), and then veldra.exe in a window on a virtual display (Xvfb): it
+# must draw the developer menu, and draw it exactly as the Linux build does when build/veldra
+# is there to compare with. Exits non-zero when anything fails.
 # VELDRA_WINE_PREFIX: the Wine prefix to use (made on first use; a fresh one takes ~10 s).
 set -uo pipefail
 cd "$(dirname "$0")/.."
@@ -82,6 +84,30 @@ if [ -s "$work/example.csv" ]; then
   fi
 fi
 
+# Folders named in letters outside any code page: the program, its data folder, the run's
+# configuration and its output. The CSV must be the same bytes as above. Wine reads the command
+# line in the locale's encoding, hence UTF-8 for this call.
+letters_line="letters: not run"
+if [ -s "$work/example.csv" ]; then
+  place="$work/Programm Jürgen 日本"
+  results="$place/Ergebnisse ä"
+  mkdir -p "$results"
+  cp "$build_dir/veldra.exe" "$place/"
+  cp -r "$build_dir/datafiles" "$place/"
+  cp "$build_dir/datafiles/auto_run_example.json" "$results/Lauf ü.json"
+  if (cd "$work" && export LC_ALL=C.UTF-8 && timeout 1200 wine "$place/veldra.exe" \
+        auto_run_config="$(winepath -w "$results/Lauf ü.json")" \
+        auto_run_output="$(winepath -w "$results")\\Tabelle ö.csv" auto_run_seed=1) \
+        >"$logs/letters.log" 2>&1 &&
+     cmp -s "$work/example.csv" "$results/Tabelle ö.csv"; then
+    letters_line="letters: program, data, configuration and output in non-ASCII folders, same CSV"
+  else
+    failures+=("letters")
+    letters_line="letters: FAILED (an error, or a different CSV)"
+    tail -n 20 "$logs/letters.log" >&2
+  fi
+fi
+
 # The determinism guard of the Linux tests, with veldra.exe: the same 240 trials must give the
 # same digest as on Linux, so results do not depend on the system.
 cat > "$logs/veldra-under-wine" <<WRAPPER
@@ -97,12 +123,48 @@ else
   tail -n 20 "$logs/determinism.log" >&2
 fi
 
+# In a window: the start screen (the developer menu) through Windows' own video driver, on a
+# virtual display. The software renderer, because Wine's Direct3D and OpenGL smooth text unlike
+# a PC's, and so that both systems draw the very same pixels.
+window_line="window: not run (no xvfb-run)"
+if command -v xvfb-run >/dev/null; then
+  shots=$(mktemp -d)
+  trap 'rm -rf "$logs" "$work" "$shots"' EXIT
+  screen=(-s "-screen 0 1920x1080x24")
+  if (cd "$work" && env -u SDL_VIDEODRIVER SDL_RENDER_DRIVER=software timeout 300 xvfb-run -a "${screen[@]}" \
+        wine "$build_dir/veldra.exe" lang=en config= frames=90 \
+        "screenshot=$(winepath -w "$shots/windows.png" 2>/dev/null)") >"$logs/window.log" 2>&1 &&
+     [ -s "$shots/windows.png" ]; then
+    window_line="window: the developer menu drawn ($(stat -c %s "$shots/windows.png") bytes of PNG)"
+    if [ -x "$root/build/veldra" ]; then
+      (cd "$work" && env -u SDL_VIDEODRIVER SDL_RENDER_DRIVER=software timeout 300 xvfb-run -a "${screen[@]}" \
+        "$root/build/veldra" lang=en config= frames=90 "screenshot=$shots/linux.png") \
+        >"$logs/window-linux.log" 2>&1
+      if cmp -s "$shots/windows.png" "$shots/linux.png"; then
+        window_line="window: the developer menu, identical to the Linux build's picture"
+      else
+        failures+=("window")
+        window_line="window: FAILED (the picture differs from the Linux build's)"
+        mkdir -p "$root/build-windows/window-pictures"
+        cp "$shots"/*.png "$root/build-windows/window-pictures/" 2>/dev/null
+        echo "Both pictures: $root/build-windows/window-pictures/" >&2
+      fi
+    fi
+  else
+    failures+=("window")
+    window_line="window: FAILED (no picture)"
+    tail -n 20 "$logs/window.log" >&2
+  fi
+fi
+
 echo
 echo "Summary (Wine):"
 printf '  %s\n' "${summary[@]}"
 echo "  $csv_line"
 echo "  $jobs_line"
+echo "  $letters_line"
 echo "  $determinism_line"
+echo "  $window_line"
 if [ ${#failures[@]} -gt 0 ]; then
   echo "FAILED: ${failures[*]}"
   exit 1

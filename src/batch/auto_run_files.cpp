@@ -9,6 +9,7 @@
 #include "runtime/file_io.h"
 #include "runtime/files.h"
 #include "runtime/log.h"
+#include "runtime/utf8_path.h"
 #include "serial/csv.h"
 #include "trials/trial_data.h"
 
@@ -81,7 +82,7 @@ std::optional<std::size_t> auto_run_count_finished_runs(Files& files, const std:
     }
     std::error_code error;
     if (complete_end < text.text->size())
-        std::filesystem::resize_file(path, complete_end, error);
+        std::filesystem::resize_file(utf8_path(path), complete_end, error);
     return runs;
 }
 

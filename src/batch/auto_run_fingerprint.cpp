@@ -7,6 +7,7 @@
 #include "runtime/files.h"
 #include "runtime/log.h"
 #include "runtime/paths.h"
+#include "runtime/utf8_path.h"
 #include "serial/json.h"
 #include "util/digest.h"
 #include "veldra_version.h"
@@ -57,7 +58,7 @@ bool auto_run_write_fingerprint(Files& files, const std::string& output,
     // A device or a pipe as the output (/dev/stdout) has nothing to resume or merge, and the
     // fingerprint would land in /dev.
     std::error_code error_code;
-    const auto status = std::filesystem::status(output, error_code);
+    const auto status = std::filesystem::status(utf8_path(output), error_code);
     if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
         return true;
     nlohmann::ordered_json json;

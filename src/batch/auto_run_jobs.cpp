@@ -31,6 +31,7 @@
 #include "platform/wait_for_input.h"
 #include "runtime/file_io.h"
 #include "runtime/log.h"
+#include "runtime/utf8_path.h"
 #include "trials/auto_run_plan.h"
 #include "trials/trial_data.h"
 
@@ -107,7 +108,7 @@ void hand_out_chunks(ParallelRun& run) {
 void join_ended_chunks(ParallelRun& run) {
     while (const auto ended = run.scheduler.next_to_join()) {
         const std::string& part = run.parts[ended->chunk];
-        if (std::filesystem::exists(part) &&
+        if (std::filesystem::exists(utf8_path(part)) &&
             !auto_run_append_part(run.files, run.output, run.request.output, part)) {
             run.scheduler.fail();
             return;
@@ -120,7 +121,7 @@ void join_ended_chunks(ParallelRun& run) {
         }
         if (ended->status == 0) {
             std::error_code error;
-            std::filesystem::remove(part, error);
+            std::filesystem::remove(utf8_path(part), error);
         }
         run.scheduler.joined();
     }
@@ -252,7 +253,7 @@ int run_auto_run_jobs(Files& files, const ProgramParameters& params,
     bool failed = !play_chunks(run, params, progress);
     for (const std::string& part : run.parts) {
         std::error_code error;
-        std::filesystem::remove(part, error);
+        std::filesystem::remove(utf8_path(part), error);
     }
     if (std::fclose(output) != 0 && !failed) {
         log_error("Failed to write \"" + request.output + "\": " + system_error_text(errno) + ".");

@@ -6,6 +6,7 @@
 #include "runtime/files.h"
 #include "runtime/log.h"
 #include "runtime/paths.h"
+#include "runtime/utf8_path.h"
 #include "serial/json.h"
 
 namespace veldra {
@@ -70,9 +71,9 @@ bool _save_debug_settings_to_file(Files& files, const DebugSettings& settings,
     DebugSettings copy = settings;
     visit_fields(copy, [&](const char* name, auto& field) { root[name] = field; });
     // A folder that cannot be made shows up as the write's failure just below.
-    const auto parent = std::filesystem::path(path).parent_path();
+    const auto parent = utf8_path(path).parent_path();
     if (!parent.empty())
-        files.create_directories(parent.string());
+        files.create_directories(path_utf8(parent));
     const std::string problem = files.write(path, root.dump(4) + "\n");
     if (!problem.empty()) {
         log_warning("Failed to save debug settings to \"" + path + "\": " + problem + ".");

@@ -8,6 +8,7 @@
 #include "runtime/file_io.h"
 #include "runtime/once.h"
 #include "runtime/runtime.h"
+#include "runtime/utf8_path.h"
 
 namespace veldra {
 
@@ -35,19 +36,19 @@ std::filesystem::path folder_beside_log(const std::optional<std::string>& log_ou
         return {};
     // Links resolved first: /dev/stdout redirected into a file is that file, in its folder.
     std::error_code error;
-    std::filesystem::path log = std::filesystem::weakly_canonical(*log_output_file, error);
+    std::filesystem::path log =
+        std::filesystem::weakly_canonical(utf8_path(*log_output_file), error);
     if (error)
         log = *log_output_file;
     const auto status = std::filesystem::status(log, error);
     const bool plain_file = status.type() == std::filesystem::file_type::regular ||
                             status.type() == std::filesystem::file_type::not_found;
-    return plain_file ? std::filesystem::path(*log_output_file).parent_path()
-                      : std::filesystem::path();
+    return plain_file ? utf8_path(*log_output_file).parent_path() : std::filesystem::path();
 }
 
 std::string path_beside_log(const std::optional<std::string>& log_output_file,
                             const std::string& name) {
-    return (folder_beside_log(log_output_file) / name).string();
+    return path_utf8(folder_beside_log(log_output_file) / utf8_path(name));
 }
 
 void initialize_log(Runtime& runtime, LoggerState& state,

@@ -1,13 +1,14 @@
 #include "config/run_files_folder.h"
 
-#include <cstdlib>
 #include <fstream>
 #include <random>
 #include <string>
 #include <system_error>
 
 #include "config/logger.h"
+#include "runtime/environment.h"
 #include "runtime/log.h"
+#include "runtime/utf8_path.h"
 
 namespace veldra {
 
@@ -32,18 +33,9 @@ bool can_write_in(const std::filesystem::path& folder) {
     return written;
 }
 
-#ifdef _WIN32
-// Read wide, so that a user folder named with letters outside the system's code page works.
-std::filesystem::path environment_path(const wchar_t* name) {
-    const wchar_t* value = _wgetenv(name);
-    return value && *value ? std::filesystem::path(value) : std::filesystem::path();
-}
-#else
 std::filesystem::path environment_path(const char* name) {
-    const char* value = std::getenv(name);
-    return value && *value ? std::filesystem::path(value) : std::filesystem::path();
+    return utf8_path(environment_variable(name));
 }
-#endif
 
 }  // namespace
 
@@ -54,7 +46,7 @@ std::filesystem::path choose_run_files_folder(const std::optional<std::string>& 
         // A plain log file's folder, the working folder included ("run.log"); a log sent to a
         // device has none of its own and counts as no log.
         std::filesystem::path beside = folder_beside_log(log_output_file);
-        if (beside == std::filesystem::path(*log_output_file).parent_path())
+        if (beside == utf8_path(*log_output_file).parent_path())
             return beside;
     }
     if (can_write_in(working_folder) || user_folder.empty())
@@ -70,14 +62,14 @@ std::filesystem::path run_files_folder(const std::optional<std::string>& log_out
     std::filesystem::path folder =
         choose_run_files_folder(log_output_file, working_folder, user_data_folder());
     if (folder != folder_beside_log(log_output_file))
-        log("The working folder \"" + working_folder.string() +
-            "\" cannot be written; the files of this run go to \"" + folder.string() + "\".");
+        log("The working folder \"" + path_utf8(working_folder) +
+            "\" cannot be written; the files of this run go to \"" + path_utf8(folder) + "\".");
     return folder;
 }
 
 std::filesystem::path user_data_folder() {
 #ifdef _WIN32
-    const std::filesystem::path roaming = environment_path(L"APPDATA");
+    const std::filesystem::path roaming = environment_path("APPDATA");
     return roaming.empty() ? roaming : roaming / "Veldra";
 #else
     const std::filesystem::path data_home = environment_path("XDG_DATA_HOME");

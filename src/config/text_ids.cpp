@@ -58,6 +58,7 @@ const std::vector<std::string_view>& all_text_ids() {
         lid::Dialog_SaveTitle,
         lid::Dialog_Folder,
         lid::Dialog_Go,
+        lid::Dialog_Drive,
         lid::Dialog_Showing,
         lid::Dialog_AllFiles,
         lid::Dialog_ShowAll,

@@ -65,6 +65,7 @@ inline constexpr std::string_view Dialog_OpenTitle = "Dialog_OpenTitle";
 inline constexpr std::string_view Dialog_SaveTitle = "Dialog_SaveTitle";
 inline constexpr std::string_view Dialog_Folder = "Dialog_Folder";
 inline constexpr std::string_view Dialog_Go = "Dialog_Go";
+inline constexpr std::string_view Dialog_Drive = "Dialog_Drive";
 inline constexpr std::string_view Dialog_Showing = "Dialog_Showing";
 inline constexpr std::string_view Dialog_AllFiles = "Dialog_AllFiles";
 inline constexpr std::string_view Dialog_ShowAll = "Dialog_ShowAll";

@@ -10,6 +10,7 @@
 #include <nlohmann/json.hpp>
 
 #include "runtime/append_file.h"
+#include "runtime/utf8_path.h"
 #include "util/digest.h"
 
 namespace veldra {
@@ -51,7 +52,7 @@ std::optional<std::filesystem::path> file_of_digest(const std::filesystem::path&
     const std::string suffix = "-" + digest + EXTENSION;
     for (std::filesystem::directory_iterator it(folder, ec), end; !ec && it != end;
          it.increment(ec)) {
-        const std::string name = it->path().filename().string();
+        const std::string name = path_utf8(it->path().filename());
         if (name.size() > suffix.size() && name.ends_with(suffix) && is_record_file(*it))
             return it->path();
     }
@@ -86,7 +87,7 @@ std::optional<OutboxEntry> Outbox::put(const OutboxKey& key, const std::string& 
     std::error_code ec;
     std::filesystem::create_directories(folder_, ec);
     if (ec) {
-        error = "\"" + folder_.string() + "\": " + ec.message();
+        error = "\"" + path_utf8(folder_) + "\": " + ec.message();
         return std::nullopt;
     }
     const std::string digest = key_digest(key);
@@ -95,8 +96,9 @@ std::optional<OutboxEntry> Outbox::put(const OutboxKey& key, const std::string& 
     // Written under a name `waiting` does not list, then renamed: a record is in the outbox
     // whole or not at all, whenever the program stops.
     const std::filesystem::path path = folder_ / (stamp_now() + "-" + digest + EXTENSION);
-    const std::filesystem::path part = path.string() + ".part";
-    std::optional<AppendFile> file = AppendFile::create_new(part.string(), error);
+    std::filesystem::path part = path;
+    part += ".part";
+    std::optional<AppendFile> file = AppendFile::create_new(path_utf8(part), error);
     if (!file)
         return std::nullopt;
     error = file->append(body);
@@ -105,7 +107,7 @@ std::optional<OutboxEntry> Outbox::put(const OutboxKey& key, const std::string& 
         std::filesystem::rename(part, path, ec);
     if (!error.empty() || ec) {
         if (error.empty())
-            error = "\"" + path.string() + "\": " + ec.message();
+            error = "\"" + path_utf8(path) + "\": " + ec.message();
         std::filesystem::remove(part, ec);
         return std::nullopt;
     }
@@ -128,7 +130,7 @@ std::vector<OutboxEntry> Outbox::waiting(const std::optional<std::string>& user_
         std::optional<OutboxEntry> entry = read_entry(path, problem);
         if (!entry) {
             if (problems)
-                problems->push_back("\"" + path.string() + "\" " + problem);
+                problems->push_back("\"" + path_utf8(path) + "\" " + problem);
             continue;
         }
         if (!user_id || entry->user_id == *user_id)
@@ -140,7 +142,7 @@ std::vector<OutboxEntry> Outbox::waiting(const std::optional<std::string>& user_
 std::string Outbox::confirm(const OutboxEntry& entry) {
     std::error_code ec;
     if (!std::filesystem::remove(entry.path, ec) && ec)
-        return "\"" + entry.path.string() + "\": " + ec.message();
+        return "\"" + path_utf8(entry.path) + "\": " + ec.message();
     return "";
 }
 

@@ -1,5 +1,6 @@
 #include "platform/png_file.h"
 #include "runtime/file_io.h"
+#include "runtime/utf8_path.h"
 
 #include <stb_image_write.h>
 
@@ -22,14 +23,14 @@ bool check_destination(const std::string& path, std::string& error) {
         return false;
     }
     std::error_code ec;
-    if (fs::is_directory(path, ec)) {
+    if (fs::is_directory(utf8_path(path), ec)) {
         error = "\"" + path + "\" is a folder, not a file name";
         return false;
     }
-    const fs::path folder = fs::path(path).parent_path();
+    const fs::path folder = utf8_path(path).parent_path();
     if (!folder.empty() && !fs::is_directory(folder, ec)) {
-        error = fs::exists(folder, ec) ? "\"" + folder.string() + "\" is not a folder"
-                                       : "the folder \"" + folder.string() + "\" does not exist";
+        error = fs::exists(folder, ec) ? "\"" + path_utf8(folder) + "\" is not a folder"
+                                       : "the folder \"" + path_utf8(folder) + "\" does not exist";
         return false;
     }
     return true;

@@ -10,6 +10,7 @@
 #include "platform/screenshot_name.h"
 #include "runtime/log.h"
 #include "runtime/renderer.h"
+#include "runtime/utf8_path.h"
 
 namespace veldra::platform {
 
@@ -174,18 +175,17 @@ void SdlInput::handle(const SDL_Event& e) {
 }
 
 void SdlInput::request_screenshot() {
-    const std::filesystem::path folder =
-        session_->options.screenshot_dir.empty()
-            ? std::filesystem::path(".")
-            : std::filesystem::path(session_->options.screenshot_dir);
+    const std::filesystem::path folder = session_->options.screenshot_dir.empty()
+                                             ? std::filesystem::path(".")
+                                             : utf8_path(session_->options.screenshot_dir);
     std::error_code ec;
     std::filesystem::create_directories(folder, ec);
     if (ec) {
-        log_warning("The screenshot was not saved: cannot make the folder \"" + folder.string() +
+        log_warning("The screenshot was not saved: cannot make the folder \"" + path_utf8(folder) +
                     "\": " + ec.message());
         return;
     }
-    session_->pending_screenshot = (folder / screenshot_file_name_now()).string();
+    session_->pending_screenshot = path_utf8(folder / screenshot_file_name_now());
 }
 
 void SdlInput::start_menu_frame() {

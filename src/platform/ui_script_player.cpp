@@ -7,6 +7,7 @@
 #include "runtime/log.h"
 #include "runtime/runtime.h"
 #include "runtime/services.h"
+#include "runtime/utf8_path.h"
 #include "ui/overlay.h"
 
 namespace veldra::platform {
@@ -106,7 +107,7 @@ bool obj_ui_script::run(const UiCommand& command) {
         }
         case Kind::wait_file: {
             std::error_code ignored;
-            return std::filesystem::exists(command.text, ignored);
+            return std::filesystem::exists(utf8_path(command.text), ignored);
         }
         case Kind::click:
             return click_control(command.text, ControlPart::whole, std::nullopt);

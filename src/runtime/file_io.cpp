@@ -1,4 +1,5 @@
 #include "runtime/file_io.h"
+#include "runtime/utf8_path.h"
 
 #include <filesystem>
 #include <system_error>
@@ -29,7 +30,7 @@ std::string system_error_text(int error_number) {
 
 bool same_file(const std::string& a, const std::string& b) {
     std::error_code error;
-    return std::filesystem::equivalent(a, b, error) && !error;
+    return std::filesystem::equivalent(utf8_path(a), utf8_path(b), error) && !error;
 }
 
 }  // namespace veldra

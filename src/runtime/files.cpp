@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "runtime/paths.h"
+#include "runtime/utf8_path.h"
 
 namespace veldra {
 
@@ -21,7 +22,7 @@ bool DiskFiles::exists(const std::string& path) {
 
 std::string DiskFiles::create_directories(const std::string& directory) {
     std::error_code error;
-    std::filesystem::create_directories(directory, error);
+    std::filesystem::create_directories(utf8_path(directory), error);
     return error ? error.message() : std::string();
 }
 

@@ -1,9 +1,10 @@
 #include "runtime/paths.h"
 
-#include <cstdlib>
 #include <system_error>
 
+#include "runtime/environment.h"
 #include "runtime/process_state.h"
+#include "runtime/utf8_path.h"
 
 namespace veldra {
 
@@ -11,12 +12,12 @@ namespace {
 
 // The data directory, always ending in a separator.
 std::string data_directory() {
-    if (const char* project = std::getenv("VeldraProjectDir"); project && *project)
-        return std::string(project) + "/datafiles/";
+    if (const std::string project = environment_variable("VeldraProjectDir"); !project.empty())
+        return project + "/datafiles/";
     const auto& program_directory = process_state().program_directory;
     if (program_directory.empty())
         return "datafiles/";
-    return (program_directory / "datafiles").string() + "/";
+    return path_utf8(program_directory / "datafiles") + "/";
 }
 
 }  // namespace
@@ -24,17 +25,17 @@ std::string data_directory() {
 // In the system's own separators, so that a message shows one path as the system writes it
 // ("C:\Veldra\datafiles\levels\level_01.txt", not "...\datafiles/levels/level_01.txt").
 std::string make_included_file_filename(std::string_view name) {
-    return std::filesystem::path(data_directory() + std::string(name)).make_preferred().string();
+    return path_utf8(utf8_path(data_directory() + std::string(name)).make_preferred());
 }
 
 bool file_exists(const std::string& path) {
     std::error_code error;
-    return std::filesystem::is_regular_file(path, error);
+    return std::filesystem::is_regular_file(utf8_path(path), error);
 }
 
 std::string resolve_user_path(std::string_view path) {
     std::string given(path);
-    if (given.empty() || file_exists(given) || std::filesystem::path(given).is_absolute())
+    if (given.empty() || file_exists(given) || utf8_path(given).is_absolute())
         return given;
     std::string shipped = make_included_file_filename(given);
     return file_exists(shipped) ? shipped : given;

@@ -46,9 +46,9 @@ std::optional<std::string> name_problem(const std::string& name) {
 
 }  // namespace
 
-std::optional<std::string> windows_file_name_problem(const std::filesystem::path& path) {
+std::optional<std::string> windows_file_name_problem(std::string_view path) {
     // Backslashes separate names on Windows whatever system reads this.
-    std::string text = path.generic_string();
+    std::string text(path);
     std::replace(text.begin(), text.end(), '\\', '/');
     std::size_t start = 0;
     // A drive ("C:"), and a share's server and name ("//server/share"), are not file names.

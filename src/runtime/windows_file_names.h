@@ -5,14 +5,14 @@
 // that says what is wrong instead of output in the wrong place. Written for any system, so its
 // tests run everywhere.
 
-#include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace veldra {
 
-// Why Windows would not open `path` as the file it names, or nothing. Looks at each name in the
-// path, not at a drive ("C:") or a server share ("\\server\share").
-std::optional<std::string> windows_file_name_problem(const std::filesystem::path& path);
+// Why Windows would not open `path` (UTF-8) as the file it names, or nothing. Looks at each name in
+// the path, not at a drive ("C:") or a server share ("\\server\share").
+std::optional<std::string> windows_file_name_problem(std::string_view path);
 
 }  // namespace veldra

@@ -20,6 +20,7 @@
 #include "runtime/paths.h"
 #include "runtime/random_source.h"
 #include "runtime/runtime.h"
+#include "runtime/utf8_path.h"
 #include "startup/app_state.h"
 #include "startup/parameter_values.h"
 #include "startup/run_program.h"
@@ -97,7 +98,8 @@ void play_worker_chunks(AppState& app, const ProgramParameters& params, double s
 std::optional<std::size_t> runs_to_skip(Files& files, const std::string& output,
                                         const AutoRunFingerprint& fingerprint) {
     std::error_code error;
-    if (!std::filesystem::exists(output, error) || std::filesystem::file_size(output, error) == 0)
+    if (!std::filesystem::exists(utf8_path(output), error) ||
+        std::filesystem::file_size(utf8_path(output), error) == 0)
         return 0;
     std::string why;
     const auto written = auto_run_read_fingerprint(files, output, why);

@@ -9,6 +9,7 @@
 #include "net/outbox.h"
 #include "net/outbox_sending.h"
 #include "runtime/log.h"
+#include "runtime/utf8_path.h"
 #include "startup/app_state.h"
 #include "startup/parameter_values.h"
 #include "startup/run_program.h"
@@ -28,7 +29,7 @@ void start_submit_outbox_mode(AppState& app) {
     }
     auto outbox =
         std::make_shared<Outbox>(outbox_folder(run_files_folder(app.params.log_output_file)));
-    const std::string folder = outbox->folder().string();
+    const std::string folder = path_utf8(outbox->folder());
     outbox_send_waiting(outbox, std::nullopt, outbox_submit_with(api_client(app)))
         .and_then([&app, folder](const OutboxSendResult& result) {
             for (const std::string& problem : result.problems)

@@ -1,7 +1,6 @@
 #include "startup/play_mode.h"
 
 #include <cstdio>
-#include <filesystem>
 #include <memory>
 
 #include "async/room_goer.h"
@@ -207,9 +206,7 @@ void start_play_mode(AppState& app, const ProgramParameters& params) {
         return end_program(app, 1);
     session->record.configuration_digest = *config_digest;
     const bool given = params.record_inputs && !params.record_inputs->empty();
-    std::error_code same_error;
-    if (given && std::filesystem::equivalent(*params.record_inputs,
-                                             resolve_user_path(*params.play_level), same_error))
+    if (given && same_file(*params.record_inputs, resolve_user_path(*params.play_level)))
         return bad_parameter(app, "record_inputs", *params.record_inputs,
                              "names the level file itself; choose another file for the "
                              "recording.");

@@ -24,6 +24,7 @@
 #include "runtime/process_state.h"
 #include "runtime/runtime.h"
 #include "runtime/services.h"
+#include "runtime/utf8_path.h"
 #include "startup/app_state.h"
 #include "startup/frame_times.h"
 #include "startup/obj_init.h"
@@ -51,7 +52,7 @@ std::filesystem::path program_directory(const char* argv0) {
     if (const auto self = platform::executable_path())
         return self->parent_path();
     std::error_code error;
-    return std::filesystem::absolute(argv0, error).parent_path();
+    return std::filesystem::absolute(utf8_path(argv0), error).parent_path();
 }
 
 // frames= as a count of frames; nullopt when not given. The limit is what the frame counter holds.

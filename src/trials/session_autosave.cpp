@@ -5,6 +5,7 @@
 
 #include "runtime/log.h"
 #include "runtime/number_format.h"
+#include "runtime/utf8_path.h"
 
 namespace veldra {
 
@@ -31,9 +32,9 @@ std::optional<AppendFile> session_autosave_create(const std::filesystem::path& f
         if (why.empty())
             return file;
         std::error_code ignored;
-        std::filesystem::remove(file->path(), ignored);
+        std::filesystem::remove(utf8_path(file->path()), ignored);
     }
-    error = "\"" + (folder / (stem + ".csv")).string() + "\": " + why;
+    error = "\"" + path_utf8(folder / utf8_path(stem + ".csv")) + "\": " + why;
     return std::nullopt;
 }
 

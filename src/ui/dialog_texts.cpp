@@ -27,6 +27,7 @@ DialogTexts dialog_texts_from(const Localization& localization) {
     take(localization, lid::Dialog_SaveTitle, texts.save_title);
     take(localization, lid::Dialog_Folder, texts.folder);
     take(localization, lid::Dialog_Go, texts.go);
+    take(localization, lid::Dialog_Drive, texts.drive);
     take(localization, lid::Dialog_Showing, texts.showing);
     take(localization, lid::Dialog_AllFiles, texts.all_files);
     take(localization, lid::Dialog_ShowAll, texts.show_all);

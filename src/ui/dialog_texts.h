@@ -17,6 +17,7 @@ struct DialogTexts {
     std::string save_title = "Save as";
     std::string folder = "Folder";
     std::string go = "Go";
+    std::string drive = "Drive";  // before the buttons of the drives, where there are several
     std::string showing = "Showing {0}";  // {0}: the filter's description, or all_files
     std::string all_files = "all files";
     std::string show_all = "Show all files";

@@ -2,6 +2,7 @@
 
 #include <system_error>
 
+#include "runtime/utf8_path.h"
 #include "util/text.h"
 
 namespace veldra {
@@ -36,7 +37,7 @@ bool path_exists(const fs::path& path) {
 }
 
 std::string quoted(const fs::path& path) {
-    return "\"" + path.string() + "\"";
+    return "\"" + path_utf8(path) + "\"";
 }
 
 }  // namespace
@@ -44,13 +45,13 @@ std::string quoted(const fs::path& path) {
 FileBrowser::FileBrowser(FileBrowserMode mode, std::string_view filter, std::string_view initial,
                          const DialogTexts& texts)
     : mode_(mode), texts_(texts), filter_(parse_file_filter(filter)) {
-    const fs::path start = clean_path(fs::path(string_trim(initial)));
+    const fs::path start = clean_path(utf8_path(string_trim(initial)));
     if (string_trim(initial).empty() || is_folder(start)) {
         enter(start);
         return;
     }
     enter(is_folder(start.parent_path()) ? start.parent_path() : clean_path("."));
-    const std::string file = start.filename().string();
+    const std::string file = path_utf8(start.filename());
     if (mode_ == FileBrowserMode::save)
         name = file;
     for (std::size_t i = 0; i < listing_.entries.size(); ++i)
@@ -104,18 +105,18 @@ void FileBrowser::open_entry(std::size_t index) {
         return;
     const FolderEntry entry = listing_.entries[index];
     if (entry.is_folder) {
-        enter(folder_ / entry.name);
+        enter(folder_ / utf8_path(entry.name));
         return;
     }
     select(index);
-    choose(folder_ / entry.name);
+    choose(folder_ / utf8_path(entry.name));
 }
 
 void FileBrowser::go_to(std::string_view typed) {
     const std::string text = string_trim(typed);
     if (text.empty())
         return;
-    const fs::path target = clean_path(folder_ / fs::path(text));
+    const fs::path target = clean_path(folder_ / utf8_path(text));
     if (is_folder(target)) {
         enter(target);
         return;
@@ -132,7 +133,7 @@ void FileBrowser::go_to(std::string_view typed) {
         return;
     }
     enter(target.parent_path());
-    name = target.filename().string();
+    name = path_utf8(target.filename());
 }
 
 void FileBrowser::accept() {
@@ -142,7 +143,7 @@ void FileBrowser::accept() {
             notice_ = texts_.type_name;
             return;
         }
-        choose(clean_path(folder_ / fs::path(typed)));
+        choose(clean_path(folder_ / utf8_path(typed)));
         return;
     }
     if (!selected_) {
@@ -154,7 +155,7 @@ void FileBrowser::accept() {
 
 void FileBrowser::choose(const fs::path& file) {
     if (mode_ == FileBrowserMode::open) {
-        chosen_ = clean_path(file).string();
+        chosen_ = path_utf8(clean_path(file));
         return;
     }
     if (is_folder(file)) {
@@ -169,14 +170,14 @@ void FileBrowser::choose(const fs::path& file) {
         replace_ = file;
         return;
     }
-    chosen_ = file.string();
+    chosen_ = path_utf8(file);
 }
 
 void FileBrowser::answer_replace(bool replace) {
     if (!replace_)
         return;
     if (replace)
-        chosen_ = replace_->string();
+        chosen_ = path_utf8(*replace_);
     replace_.reset();
 }
 

@@ -3,13 +3,18 @@
 // Mouse: a click selects, a double-click enters a folder or takes a file, ".." goes up.
 // Keyboard: Up and Down move through the list, Enter enters the selected folder or takes the
 // file (saving: the typed name), Backspace goes up, Escape cancels. The path field takes a
-// typed or pasted path when Enter or Go is pressed.
+// typed or pasted path when Enter or Go is pressed. Where there are several drives (Windows), a
+// row of buttons above it changes to another.
 
 #include <imgui.h>
 #include <imgui_stdlib.h>
 
 #include <algorithm>
+#include <string>
+#include <vector>
 
+#include "runtime/drives.h"
+#include "runtime/utf8_path.h"
 #include "ui/dialog_window.h"
 
 namespace veldra {
@@ -46,6 +51,7 @@ public:
         const bool asking = browser_.replace_question().has_value();
         bool enter_taken = false;
         ImGui::BeginDisabled(asking);
+        draw_drive_row(frame);
         enter_taken |= draw_path_row(frame);
         draw_filter_row(frame);
         if (!browser_.notice().empty())
@@ -68,11 +74,29 @@ public:
     }
 
 private:
+    // Windows: one button per drive, the current one greyed out. One drive (or "/") needs none.
+    void draw_drive_row(DialogFrame& frame) {
+        if (drives_.size() < 2)
+            return;
+        ImGui::AlignTextToFramePadding();
+        dialog_text(frame, texts_.drive);
+        const std::filesystem::path current = browser_.folder().root_path();
+        for (const std::string& drive : drives_) {
+            ImGui::SameLine();
+            const std::filesystem::path root = utf8_path(drive);
+            ImGui::BeginDisabled(root == current);
+            if (ImGui::Button(drive.c_str()))
+                browser_.enter(root);
+            ImGui::EndDisabled();
+            remember_item(frame, drive);
+        }
+    }
+
     // True when Enter went to the field.
     bool draw_path_row(DialogFrame& frame) {
         if (browser_.folder() != shown_folder_) {
             shown_folder_ = browser_.folder();
-            path_text_ = shown_folder_.string();
+            path_text_ = path_utf8(shown_folder_);
         }
         ImGui::AlignTextToFramePadding();
         dialog_text(frame, texts_.folder);
@@ -195,7 +219,7 @@ private:
     // Never cancels: No and Escape only take back the choice of the existing file.
     bool draw_replace_question(DialogFrame& frame) {
         dialog_text(frame, dialog_text_with(texts_.replace,
-                                            browser_.replace_question()->filename().string()));
+                                            path_utf8(browser_.replace_question()->filename())));
         const int button = dialog_buttons(frame, {texts_.yes, texts_.no});
         if (button == 0 || frame.keys().confirm())
             browser_.answer_replace(true);
@@ -245,6 +269,7 @@ private:
     FileBrowser browser_;
     std::string heading_;
     DialogTexts texts_;
+    std::vector<std::string> drives_ = drive_roots();
     std::string path_text_;
     std::filesystem::path shown_folder_;
     bool scroll_to_selected_ = false;

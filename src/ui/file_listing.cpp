@@ -5,6 +5,7 @@
 #include <exception>
 #include <system_error>
 
+#include "runtime/utf8_path.h"
 #include "util/text.h"
 
 namespace veldra {
@@ -50,7 +51,7 @@ bool name_less(const FolderEntry& a, const FolderEntry& b) {
 }
 
 std::string read_error(const std::filesystem::path& folder, const std::string& reason) {
-    return "Cannot read the folder \"" + folder.string() + "\": " + reason + ".";
+    return "Cannot read the folder \"" + path_utf8(folder) + "\": " + reason + ".";
 }
 
 }  // namespace
@@ -107,7 +108,7 @@ FolderListing list_folder(const std::filesystem::path& folder, const FileFilter&
                 listing.truncated = true;
                 break;
             }
-            std::string name = it->path().filename().string();
+            std::string name = path_utf8(it->path().filename());
             if (!show_all && !name.empty() && name.front() == '.')
                 continue;
             std::error_code status_error;

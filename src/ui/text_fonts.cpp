@@ -3,10 +3,10 @@
 #include <imgui.h>
 
 #include <array>
-#include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <memory>
+#include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -57,28 +57,30 @@ constexpr std::array<FaceFile, 4> FACE_FILES = {{
 // the ellipsis.
 constexpr ImWchar GLYPH_RANGES[] = {0x0020, 0x017F, 0x2010, 0x205E, 0};
 
-// Dear ImGui stops the program on a file it cannot parse, so the file is checked first: it must
-// open and start like a TrueType or OpenType font.
-bool looks_like_font(const std::string& path, std::string_view package, std::string& error) {
-    std::string why;
-    std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(open_file(path, "rb", why), std::fclose);
+// A DejaVu face is under a megabyte; a font file this large is something else.
+constexpr std::size_t MAX_FONT_BYTES = 64u << 20;
+
+// The font's bytes, read by the game itself so that a font folder named in any letters opens on
+// every system. Dear ImGui stops the program on a file it cannot parse, so the file must start
+// like a TrueType or OpenType font.
+std::optional<std::string> read_font(const std::string& path, std::string_view package,
+                                     std::string& error) {
+    FileText file = read_whole_file(path, MAX_FONT_BYTES);
     if (!file) {
-        error = "cannot open the font \"" + path + "\": " + why + " (install the package " +
+        error = "cannot open the font \"" + path + "\": " + file.error + " (install the package " +
                 std::string(package) + ", or rebuild so that the build copies it)";
-        return false;
+        return std::nullopt;
     }
-    std::array<unsigned char, 4> magic{};
-    if (std::fread(magic.data(), 1, magic.size(), file.get()) != magic.size()) {
+    if (file.text->size() < 4) {
         error = "the font \"" + path + "\" is empty or truncated";
-        return false;
+        return std::nullopt;
     }
-    constexpr std::array<unsigned char, 4> KNOWN[] = {
-        {0, 1, 0, 0}, {'t', 'r', 'u', 'e'}, {'O', 'T', 'T', 'O'}, {'t', 't', 'c', 'f'}};
-    for (const auto& known : KNOWN)
-        if (magic == known)
-            return true;
+    constexpr std::string_view KNOWN[] = {{"\0\1\0\0", 4}, "true", "OTTO", "ttcf"};
+    for (const std::string_view known : KNOWN)
+        if (std::string_view(*file.text).substr(0, 4) == known)
+            return std::move(file.text);
     error = "\"" + path + "\" is not a TrueType or OpenType font";
-    return false;
+    return std::nullopt;
 }
 
 }  // namespace
@@ -123,9 +125,14 @@ ImFont* add_text_font_family(const std::string& folder, float pixels, std::strin
     std::array<ImFont*, FACE_FILES.size()> faces{};
     for (std::size_t i = 0; i < FACE_FILES.size(); ++i) {
         const std::string path = folder + "/" + std::string(FACE_FILES[i].name);
-        if (!looks_like_font(path, FACE_FILES[i].package, error))
+        const std::optional<std::string> bytes = read_font(path, FACE_FILES[i].package, error);
+        if (!bytes)
             return nullptr;
-        faces[i] = atlas.AddFontFromFileTTF(path.c_str(), pixels, nullptr, GLYPH_RANGES);
+        // The atlas keeps the bytes and frees them with its own allocator.
+        void* owned = IM_ALLOC(bytes->size());
+        std::memcpy(owned, bytes->data(), bytes->size());
+        faces[i] = atlas.AddFontFromMemoryTTF(owned, static_cast<int>(bytes->size()), pixels,
+                                              nullptr, GLYPH_RANGES);
         if (!faces[i]) {
             error = "cannot read the glyphs of the font \"" + path + "\"";
             return nullptr;

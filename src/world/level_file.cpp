@@ -9,6 +9,7 @@
 
 #include "runtime/files.h"
 #include "runtime/log.h"
+#include "runtime/utf8_path.h"
 #include "util/text.h"
 
 namespace veldra {
@@ -103,13 +104,13 @@ constexpr std::size_t MAX_CELL_WARNINGS = 20;
 }  // namespace
 
 std::optional<Level> level_load_from_file(Files& files, const LevelCellTypeTable& types,
-                                          const std::filesystem::path& path) {
+                                          const std::string& path) {
     const auto fail = [&](const std::string& why) -> std::optional<Level> {
-        log_error(fmt::format("Failed to read level from file \"{}\".", path.string()));
-        log_error(fmt::format("\"{}\" {}.", path.string(), why));
+        log_error(fmt::format("Failed to read level from file \"{}\".", path));
+        log_error(fmt::format("\"{}\" {}.", path, why));
         return std::nullopt;
     };
-    const FileText text = files.read(path.string(), MAX_LEVEL_FILE_BYTES);
+    const FileText text = files.read(path, MAX_LEVEL_FILE_BYTES);
     if (!text)
         return fail(text.error);
     const std::string_view content = string_without_utf8_bom(*text.text);
@@ -139,29 +140,29 @@ std::optional<Level> level_load_from_file(Files& files, const LevelCellTypeTable
                     log_warning(
                         fmt::format("Failed to parse level cell from string \"{}\". (\"{}\", row "
                                     "{}, column {})",
-                                    shown(character), path.string(), cy + 1, cx + 1));
+                                    shown(character), path, cy + 1, cx + 1));
             }
             rows[cy].push_back(LevelCell{static_cast<int>(cx), static_cast<int>(cy), type});
         }
     }
     if (warnings > MAX_CELL_WARNINGS)
-        log_warning(fmt::format("\"{}\": {} more cells could not be parsed and are empty.",
-                                path.string(), warnings - MAX_CELL_WARNINGS));
-    return Level(path.stem().string(), std::move(rows), types);
+        log_warning(fmt::format("\"{}\": {} more cells could not be parsed and are empty.", path,
+                                warnings - MAX_CELL_WARNINGS));
+    return Level(path_utf8(utf8_path(path).stem()), std::move(rows), types);
 }
 
 std::optional<Level> level_load_for_trial(Files& files, const LevelCellTypeTable& types,
-                                          const std::filesystem::path& path) {
+                                          const std::string& path) {
     auto level = level_load_from_file(files, types, path);
     if (level && level_get_num_cells_of_type(*level, types.LCT_player) == 0) {
         log_error(fmt::format("Level file \"{}\" has no player (no \"p\" cell): a trial needs one.",
-                              path.string()));
+                              path));
         return std::nullopt;
     }
     return level;
 }
 
-bool level_write_to_file(Files& files, const Level& level, const std::filesystem::path& path) {
+bool level_write_to_file(Files& files, const Level& level, const std::string& path) {
     std::string text;
     text.reserve(static_cast<std::size_t>(level.width + 1) * level.height);
     for (const auto& row : level.cells) {
@@ -169,9 +170,9 @@ bool level_write_to_file(Files& files, const Level& level, const std::filesystem
             text.push_back(cell.type->character);
         text.push_back('\n');
     }
-    const std::string problem = files.write(path.string(), text);
+    const std::string problem = files.write(path, text);
     if (!problem.empty()) {
-        log_error(fmt::format("Failed to write level to file \"{}\": {}.", path.string(), problem));
+        log_error(fmt::format("Failed to write level to file \"{}\": {}.", path, problem));
         return false;
     }
     return true;

@@ -8,8 +8,8 @@
 // side, is refused. Writing gives exactly height lines of width characters, each ending "\n".
 
 #include <cstddef>
-#include <filesystem>
 #include <optional>
+#include <string>
 
 #include "world/level.h"
 
@@ -25,15 +25,15 @@ inline constexpr std::size_t MAX_LEVEL_SIDE = 1000;
 // The level named after the file's stem, or nothing (with the error and its reason logged) when
 // the file cannot be read or is not a level.
 std::optional<Level> level_load_from_file(Files& files, const LevelCellTypeTable& types,
-                                          const std::filesystem::path& path);
+                                          const std::string& path);
 
 // As level_load_from_file, for a level that is to be played: one without a player ("p") loads
 // as a level, but a trial of it would end at its first tick with nothing to score, so it is
 // refused here with an error naming the file.
 std::optional<Level> level_load_for_trial(Files& files, const LevelCellTypeTable& types,
-                                          const std::filesystem::path& path);
+                                          const std::string& path);
 
 // False (with an error logged) when the file cannot be written.
-bool level_write_to_file(Files& files, const Level& level, const std::filesystem::path& path);
+bool level_write_to_file(Files& files, const Level& level, const std::string& path);
 
 }  // namespace veldra

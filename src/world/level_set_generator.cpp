@@ -10,6 +10,7 @@
 
 #include "runtime/files.h"
 #include "runtime/log.h"
+#include "runtime/utf8_path.h"
 #include "serial/json.h"
 #include "util/rng.h"
 #include "world/level_file.h"
@@ -36,8 +37,7 @@ struct LevelSetRequest {
 // Collects the first problem of a file; later checks are skipped once one is found.
 class RequestReader {
 public:
-    RequestReader(const nlohmann::json& root, const std::filesystem::path& path)
-        : root_(root), path_(path) {}
+    RequestReader(const nlohmann::json& root, const std::string& path) : root_(root), path_(path) {}
 
     const std::optional<std::string>& problem() const { return problem_; }
 
@@ -83,7 +83,7 @@ public:
 
     void fail(const std::string& message) {
         if (!problem_)
-            problem_ = fmt::format("Generator file \"{}\": {}", path_.string(), message);
+            problem_ = fmt::format("Generator file \"{}\": {}", path_, message);
     }
 
 private:
@@ -99,7 +99,7 @@ private:
     }
 
     const nlohmann::json& root_;
-    const std::filesystem::path& path_;
+    const std::string& path_;
     std::optional<std::string> problem_;
 };
 
@@ -108,28 +108,27 @@ void report_bad_file(const std::string& detail) {
     log_error(detail);
 }
 
-std::optional<nlohmann::json> read_json(Files& files, const std::filesystem::path& path) {
-    const FileText text = files.read(path.string(), MAX_LEVEL_GENERATOR_FILE_BYTES);
+std::optional<nlohmann::json> read_json(Files& files, const std::string& path) {
+    const FileText text = files.read(path, MAX_LEVEL_GENERATOR_FILE_BYTES);
     if (!text) {
-        report_bad_file(fmt::format("Generator file \"{}\" {}.", path.string(), text.error));
+        report_bad_file(fmt::format("Generator file \"{}\" {}.", path, text.error));
         return std::nullopt;
     }
     const JsonDocument document = json_parse_document(*text.text, /*ignore_comments=*/true);
     if (!document) {
-        report_bad_file(fmt::format("Generator file \"{}\" is not valid JSON: {}.", path.string(),
-                                    document.error));
+        report_bad_file(
+            fmt::format("Generator file \"{}\" is not valid JSON: {}.", path, document.error));
         return std::nullopt;
     }
     if (!document.json.is_object()) {
-        report_bad_file(
-            fmt::format("Generator file \"{}\" must hold a JSON object.", path.string()));
+        report_bad_file(fmt::format("Generator file \"{}\" must hold a JSON object.", path));
         return std::nullopt;
     }
     // The readers below take plain json; the document keeps file order, which they do not need.
     return nlohmann::json(document.json);
 }
 
-std::optional<LevelSetRequest> read_request(Files& files, const std::filesystem::path& path) {
+std::optional<LevelSetRequest> read_request(Files& files, const std::string& path) {
     const std::optional<nlohmann::json> root = read_json(files, path);
     if (!root)
         return std::nullopt;
@@ -151,7 +150,7 @@ std::optional<LevelSetRequest> read_request(Files& files, const std::filesystem:
 }
 
 bool write_levels(Files& files, const LevelCellTypeTable& types, const LevelSetRequest& request,
-                  const std::filesystem::path& output_dir, double seed) {
+                  const std::string& output_dir, double seed) {
     Rng rng(seed);
     for (int number = 1; number <= request.count; ++number) {
         const int monsters = rng.rng_array_get_random(request.monster_amounts);
@@ -167,8 +166,9 @@ bool write_levels(Files& files, const LevelCellTypeTable& types, const LevelSetR
                 LEVEL_GENERATOR_MAX_ATTEMPTS));
             return false;
         }
-        if (!level_write_to_file(files, *level,
-                                 output_dir / fmt::format("level_{:03}.txt", number))) {
+        if (!level_write_to_file(
+                files, *level,
+                path_utf8(utf8_path(output_dir) / fmt::format("level_{:03}.txt", number)))) {
             return false;
         }
     }
@@ -177,10 +177,8 @@ bool write_levels(Files& files, const LevelCellTypeTable& types, const LevelSetR
 
 }  // namespace
 
-bool generate_level_set(Files& files, const LevelCellTypeTable& types,
-                        const std::filesystem::path& json_path,
-                        const std::filesystem::path& output_dir,
-                        std::optional<double> seed_override) {
+bool generate_level_set(Files& files, const LevelCellTypeTable& types, const std::string& json_path,
+                        const std::string& output_dir, std::optional<double> seed_override) {
     const std::optional<LevelSetRequest> request = read_request(files, json_path);
     if (!request)
         return false;
@@ -188,18 +186,17 @@ bool generate_level_set(Files& files, const LevelCellTypeTable& types,
     if (!seed) {
         report_bad_file(fmt::format(
             "Generator file \"{}\": \"seed\" must be given in the file or on the command line.",
-            json_path.string()));
+            json_path));
         return false;
     }
-    if (const std::string problem = files.create_directories(output_dir.string());
-        !problem.empty()) {
-        log_error(fmt::format("Failed to create the output directory \"{}\": {}.",
-                              output_dir.string(), problem));
+    if (const std::string problem = files.create_directories(output_dir); !problem.empty()) {
+        log_error(
+            fmt::format("Failed to create the output directory \"{}\": {}.", output_dir, problem));
         return false;
     }
     if (!write_levels(files, types, *request, output_dir, *seed))
         return false;
-    log(fmt::format("Generated {} levels into \"{}\".", request->count, output_dir.string()));
+    log(fmt::format("Generated {} levels into \"{}\".", request->count, output_dir));
     return true;
 }
 

@@ -10,8 +10,8 @@
 //
 // "//" line comments are allowed, as in the game's other JSON files.
 
-#include <filesystem>
 #include <optional>
+#include <string>
 
 namespace veldra {
 
@@ -22,9 +22,7 @@ struct LevelCellTypeTable;
 // instead of the file's "seed". False, with the problem logged, when the file is unusable, a
 // level cannot be generated, or a file cannot be written. Files are read and written through
 // `files`.
-bool generate_level_set(Files& files, const LevelCellTypeTable& types,
-                        const std::filesystem::path& json_path,
-                        const std::filesystem::path& output_dir,
-                        std::optional<double> seed_override);
+bool generate_level_set(Files& files, const LevelCellTypeTable& types, const std::string& json_path,
+                        const std::string& output_dir, std::optional<double> seed_override);
 
 }  // namespace veldra

@@ -9,6 +9,9 @@
 
 #include "runtime/append_file.h"
 #include "runtime/file_io.h"
+#include "runtime/files.h"
+#include "runtime/paths.h"
+#include "runtime/utf8_path.h"
 #include "support/scratch_directory.h"
 
 namespace veldra {
@@ -16,22 +19,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A path from the program's UTF-8 text, however the system spells paths.
-fs::path from_utf8(const std::string& text) {
-    return fs::path(std::u8string(reinterpret_cast<const char8_t*>(text.data()), text.size()));
-}
-
-std::string to_utf8(const fs::path& path) {
-    const std::u8string text = path.u8string();
-    return std::string(reinterpret_cast<const char*>(text.data()), text.size());
-}
-
 class UnicodePaths : public ::testing::Test {
 protected:
-    void SetUp() override { ASSERT_TRUE(fs::create_directory(from_utf8(folder_))); }
+    void SetUp() override { ASSERT_TRUE(fs::create_directory(utf8_path(folder_))); }
 
     testing::ScratchDirectory scratch_{"unicode_paths"};
-    const std::string folder_ = to_utf8(scratch_.path() / "J\xC3\xBCrgen");
+    const std::string folder_ = path_utf8(scratch_.path() / "J\xC3\xBCrgen");
 };
 
 TEST_F(UnicodePaths, WholeFilesAreWrittenUnderTheirOwnNameAndReadBack) {
@@ -45,8 +38,8 @@ TEST_F(UnicodePaths, WholeFilesAreWrittenUnderTheirOwnNameAndReadBack) {
 
     // The system holds exactly that one name: no temporary left, no name in another code page.
     std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(from_utf8(folder_)))
-        names.push_back(to_utf8(entry.path().filename()));
+    for (const auto& entry : fs::directory_iterator(utf8_path(folder_)))
+        names.push_back(path_utf8(entry.path().filename()));
     EXPECT_EQ(names, std::vector<std::string>{name});
 }
 
@@ -60,13 +53,13 @@ TEST_F(UnicodePaths, FailuresGiveTheReasonsTheGameTranslates) {
 
 TEST_F(UnicodePaths, AppendFilesTakeFreeNamesInTheFolder) {
     std::string error;
-    auto first = AppendFile::create_with_free_name(from_utf8(folder_), "session-J\xC3\xBCrgen",
+    auto first = AppendFile::create_with_free_name(utf8_path(folder_), "session-J\xC3\xBCrgen",
                                                    ".csv", error);
-    auto second = AppendFile::create_with_free_name(from_utf8(folder_), "session-J\xC3\xBCrgen",
+    auto second = AppendFile::create_with_free_name(utf8_path(folder_), "session-J\xC3\xBCrgen",
                                                     ".csv", error);
     ASSERT_TRUE(first && second) << error;
-    EXPECT_EQ(to_utf8(from_utf8(first->path()).filename()), "session-J\xC3\xBCrgen.csv");
-    EXPECT_EQ(to_utf8(from_utf8(second->path()).filename()), "session-J\xC3\xBCrgen-2.csv");
+    EXPECT_EQ(path_utf8(utf8_path(first->path()).filename()), "session-J\xC3\xBCrgen.csv");
+    EXPECT_EQ(path_utf8(utf8_path(second->path()).filename()), "session-J\xC3\xBCrgen-2.csv");
     EXPECT_EQ(first->append("head\n"), "");
     EXPECT_EQ(first->append("one\n"), "");
     EXPECT_EQ(read_whole_file(first->path(), 1024).text.value_or(""), "head\none\n");
@@ -75,6 +68,33 @@ TEST_F(UnicodePaths, AppendFilesTakeFreeNamesInTheFolder) {
     EXPECT_NE(error.find("already there"), std::string::npos) << error;
     EXPECT_FALSE(AppendFile::create_new(folder_ + "/no folder/a.csv", error));
     EXPECT_EQ(error, system_error_text(ENOENT));
+}
+
+TEST(Utf8Path, KeepsEveryLetterBothWays) {
+    const std::string name = "J\xC3\xBCrgen-\xE6\x97\xA5\xF0\x9F\x99\x82";
+    EXPECT_EQ(path_utf8(utf8_path(name)), name);
+    // What the system's calls receive: UTF-16 on Windows, the bytes themselves elsewhere.
+#ifdef _WIN32
+    EXPECT_EQ(utf8_path(name).native(), L"J\u00FCrgen-\u65E5\U0001F642");
+#else
+    EXPECT_EQ(utf8_path(name).native(), name);
+#endif
+    EXPECT_EQ(path_utf8(utf8_path("a") / utf8_path(name)).substr(2), name);
+}
+
+// The calls that go through std::filesystem rather than the game's own file functions.
+TEST_F(UnicodePaths, FoldersAndNamesAreFoundUnderTheirOwnLetters) {
+    DiskFiles files;
+    const std::string nested = folder_ + "/Ordner-\xC3\xA4/\xE6\x97\xA5";
+    ASSERT_EQ(files.create_directories(nested), "");
+    EXPECT_TRUE(fs::is_directory(utf8_path(nested)));
+    const std::string file = nested + "/level.txt";
+    ASSERT_EQ(files.write(file, "p\n"), "");
+    EXPECT_TRUE(files.exists(file));
+    EXPECT_TRUE(file_exists(file));
+    EXPECT_EQ(resolve_user_path(file), file);
+    EXPECT_TRUE(same_file(file, nested + "/../\xE6\x97\xA5/level.txt"));
+    EXPECT_FALSE(same_file(file, folder_));
 }
 
 }  // namespace

@@ -15,6 +15,9 @@ TEST(WindowsFileNamesTest, DeviceNamesForbiddenCharactersAndTrailingDotsAreNamed
         EXPECT_NE(problem(device).find("is the name of a device"), std::string::npos) << device;
     EXPECT_EQ(problem("results/a?.csv"),
               "the name \"a?.csv\" has \"?\", which Windows does not allow in file names");
+    EXPECT_EQ(
+        problem("J\xc3\xbcrgen/Tabelle \xc3\xb6?.csv"),
+        "the name \"Tabelle \xc3\xb6?.csv\" has \"?\", which Windows does not allow in file names");
     EXPECT_NE(problem("x<y.csv").find("\"<\""), std::string::npos);
     EXPECT_NE(problem("out/time 10:30.csv").find("\":\""), std::string::npos);
     EXPECT_NE(problem("tab\there.csv").find("control character"), std::string::npos);

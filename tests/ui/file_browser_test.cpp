@@ -2,8 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
+#include <string>
+#include <vector>
 
+#include "runtime/drives.h"
+#include "runtime/file_io.h"
+#include "runtime/utf8_path.h"
 #include "support/scratch_directory.h"
 
 namespace veldra {
@@ -132,6 +138,41 @@ TEST_F(FileBrowserTest, GoingUpStopsAtTheRoot) {
     FileBrowser browser(FileBrowserMode::open, "", top.string());
     browser.go_up();
     EXPECT_EQ(browser.folder(), top);
+}
+
+// Every drive offered can be entered, and the one the program runs from is among them.
+TEST_F(FileBrowserTest, EachDriveOfferedIsAFolderAndTheCurrentOneIsAmongThem) {
+    const std::vector<std::string> drives = drive_roots();
+    ASSERT_FALSE(drives.empty());
+    bool current_listed = false;
+    for (const std::string& drive : drives) {
+        const fs::path root_path = utf8_path(drive);
+        current_listed |= root_path == fs::current_path().root_path();
+        FileBrowser browser(FileBrowserMode::open, "", drive);
+        EXPECT_EQ(browser.folder(), root_path) << drive;
+    }
+    EXPECT_TRUE(current_listed);
+}
+
+TEST_F(FileBrowserTest, NamesInAnyLettersAreListedEnteredAndChosen) {
+    const std::string folder = "J\xC3\xBCrgen-\xE6\x97\xA5";
+    const std::string file =
+        "Gr\xC3\xBC\xC3\x9F"
+        "e.txt";
+    fs::create_directory(root() / utf8_path(folder));
+    ASSERT_EQ(write_whole_file(path_utf8(root() / utf8_path(folder) / utf8_path(file)), "x"), "");
+    FileBrowser browser(FileBrowserMode::open, "*.txt", path_utf8(root()));
+    const auto& entries = browser.listing().entries;
+    const auto listed = std::find_if(entries.begin(), entries.end(), [&](const FolderEntry& entry) {
+        return entry.name == folder;
+    });
+    ASSERT_NE(listed, entries.end());
+    browser.open_entry(static_cast<std::size_t>(listed - entries.begin()));
+    ASSERT_EQ(browser.listing().entries.size(), 1u);
+    EXPECT_EQ(browser.listing().entries[0].name, file);
+    browser.open_entry(0);
+    ASSERT_TRUE(browser.chosen());
+    EXPECT_EQ(read_whole_file(*browser.chosen(), 16).text.value_or("unreadable"), "x");
 }
 
 }  // namespace

@@ -13,8 +13,8 @@ namespace {
 
 class LevelSetGenerator : public testing::WorldTest {
 protected:
-    std::filesystem::path config(const std::string& text) {
-        const auto path = scratch() / "generator.json";
+    std::string config(const std::string& text) {
+        const auto path = (scratch() / "generator.json").string();
         std::ofstream(path) << text;
         return path;
     }
@@ -33,8 +33,8 @@ protected:
 
     void expect_failure(const std::string& text, const std::string& detail) {
         LogCapture capture;
-        EXPECT_FALSE(
-            generate_level_set(files, types, config(text), scratch() / "out", std::nullopt))
+        EXPECT_FALSE(generate_level_set(files, types, config(text), (scratch() / "out").string(),
+                                        std::nullopt))
             << text;
         ASSERT_EQ(capture.lines.size(), 2u) << text;
         EXPECT_EQ(capture.lines[0].message, "Failed to read generator configurations.");
@@ -47,22 +47,23 @@ protected:
 TEST_F(LevelSetGenerator, SameSeedSameFiles) {
     const auto path = config(VALID);
     LogCapture capture;
-    ASSERT_TRUE(generate_level_set(files, types, path, scratch() / "a", std::nullopt));
+    ASSERT_TRUE(generate_level_set(files, types, path, (scratch() / "a").string(), std::nullopt));
     EXPECT_TRUE(capture.contains("Generated 3 levels into"));
-    ASSERT_TRUE(generate_level_set(files, types, path, scratch() / "b" / "nested", std::nullopt));
-    ASSERT_TRUE(generate_level_set(files, types, path, scratch() / "c", 78.0));
+    ASSERT_TRUE(generate_level_set(files, types, path, (scratch() / "b" / "nested").string(),
+                                   std::nullopt));
+    ASSERT_TRUE(generate_level_set(files, types, path, (scratch() / "c").string(), 78.0));
     for (const char* name : {"level_001.txt", "level_002.txt", "level_003.txt"}) {
         const std::string text = read_text(scratch() / "a" / name);
         EXPECT_EQ(text, read_text(scratch() / "b" / "nested" / name));
         EXPECT_NE(text, read_text(scratch() / "c" / name));
-        const auto level = level_load_from_file(files, types, scratch() / "a" / name);
+        const auto level = level_load_from_file(files, types, (scratch() / "a" / name).string());
         ASSERT_TRUE(level);
         EXPECT_EQ(level->width, 14);
         EXPECT_EQ(level->height, 12);
         EXPECT_EQ(level_get_num_cells_of_type(*level, types.LCT_player), 1);
     }
     EXPECT_FALSE(std::filesystem::exists(scratch() / "a" / "level_004.txt"));
-    ASSERT_TRUE(generate_level_set(files, types, path, scratch() / "d", 77.0));
+    ASSERT_TRUE(generate_level_set(files, types, path, (scratch() / "d").string(), 77.0));
     EXPECT_EQ(read_text(scratch() / "a" / "level_002.txt"),
               read_text(scratch() / "d" / "level_002.txt"));
 }
@@ -74,7 +75,8 @@ TEST_F(LevelSetGenerator, GeneratesThroughTheGivenFiles) {
     memory.files["generator.json"] = VALID;
     LogCapture capture;
     ASSERT_TRUE(generate_level_set(memory, types, "generator.json", "levels", std::nullopt));
-    ASSERT_TRUE(generate_level_set(files, types, config(VALID), scratch() / "a", std::nullopt));
+    ASSERT_TRUE(
+        generate_level_set(files, types, config(VALID), (scratch() / "a").string(), std::nullopt));
     EXPECT_EQ(memory.files.size(), 4u);
     EXPECT_FALSE(std::filesystem::exists("levels"));
     for (const char* name : {"level_001.txt", "level_002.txt", "level_003.txt"}) {
@@ -107,10 +109,11 @@ TEST_F(LevelSetGenerator, BadFilesFailWithClearMessages) {
     expect_failure(no_seed, "\"seed\" must be given");
 
     LogCapture capture;
-    EXPECT_FALSE(generate_level_set(files, types, scratch() / "absent.json", scratch() / "out",
-                                    std::nullopt));
+    EXPECT_FALSE(generate_level_set(files, types, (scratch() / "absent.json").string(),
+                                    (scratch() / "out").string(), std::nullopt));
     EXPECT_TRUE(capture.contains("absent.json\" no such file."));
-    EXPECT_FALSE(generate_level_set(files, types, scratch(), scratch() / "out", std::nullopt));
+    EXPECT_FALSE(generate_level_set(files, types, scratch().string(), (scratch() / "out").string(),
+                                    std::nullopt));
     EXPECT_TRUE(capture.contains("\" is a directory, not a file."));
 }
 
@@ -133,7 +136,8 @@ TEST_F(LevelSetGenerator, UnplayableSizeFailsAfterAllAttempts) {
     const std::string size = "\"width\": 14, \"height\": 12";
     tiny.replace(tiny.find(size), size.size(), "\"width\": 3, \"height\": 3");
     LogCapture capture;
-    EXPECT_FALSE(generate_level_set(files, types, config(tiny), scratch() / "out", std::nullopt));
+    EXPECT_FALSE(
+        generate_level_set(files, types, config(tiny), (scratch() / "out").string(), std::nullopt));
     EXPECT_TRUE(capture.contains("Failed to generate level 1 of 3"));
 }
 
