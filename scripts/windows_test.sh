@@ -131,9 +131,13 @@ if command -v xvfb-run >/dev/null; then
   shots=$(mktemp -d)
   trap 'rm -rf "$logs" "$work" "$shots"' EXIT
   screen=(-s "-screen 0 1920x1080x24")
+  picture=$(winepath -w "$shots/windows.png" 2>/dev/null)
+  # A Wine server started without a display (every run above, winepath included) would hand
+  # this program its desktop, which has none ("Couldn't create window"): wait until it is gone.
+  timeout 60 wineserver -w || wineserver -k
   if (cd "$work" && env -u SDL_VIDEODRIVER SDL_RENDER_DRIVER=software timeout 300 xvfb-run -a "${screen[@]}" \
-        wine "$build_dir/veldra.exe" lang=en config= frames=90 \
-        "screenshot=$(winepath -w "$shots/windows.png" 2>/dev/null)") >"$logs/window.log" 2>&1 &&
+        wine "$build_dir/veldra.exe" lang=en config= frames=90 "screenshot=$picture") \
+        >"$logs/window.log" 2>&1 &&
      [ -s "$shots/windows.png" ]; then
     window_line="window: the developer menu drawn ($(stat -c %s "$shots/windows.png") bytes of PNG)"
     if [ -x "$root/build/veldra" ]; then
