@@ -106,11 +106,14 @@ ServerOptionsRead refused(std::string error) {
 
 ServerOptionsRead read_server_options(const std::vector<std::string>& arguments) {
     ServerOptions options;
+    // Asking for help wins over any mistake beside it: the help says how to mend it.
     for (const std::string& argument : arguments) {
         if (argument == "--help" || argument == "-h" || argument == "help") {
             options.mode = ServerMode::help;
             return ServerOptionsRead{.options = options, .error = {}};
         }
+    }
+    for (const std::string& argument : arguments) {
         const std::size_t equals = argument.find('=');
         if (equals == std::string::npos)
             return refused("\"" + argument + "\" is not of the form key=value");

@@ -56,8 +56,12 @@ TEST(ServerOptionsTest, ExportAndBackupAreRunsOfTheirOwnWithoutCredentials) {
     EXPECT_EQ(read_options({"db=s.db", "export=out.csv"}).options->mode, ServerMode::export_csv);
     EXPECT_EQ(read_options({"db=s.db", "backup=copy.db"}).options->mode, ServerMode::backup);
     EXPECT_FALSE(read_options({"db=s.db", "export=a.csv", "backup=b.db"}).options);
-    EXPECT_EQ(read_options({"--help"}).options->mode, ServerMode::help);
-    EXPECT_EQ(read_options({"port=x", "-h"}).options->mode, ServerMode::help);
+    for (const auto& arguments : std::vector<std::vector<std::string>>{
+             {"--help"}, {"port=x", "-h"}, {"nonsense", "help"}}) {
+        const ServerOptionsRead read = read_options(arguments);
+        ASSERT_TRUE(read.options) << arguments.front();
+        EXPECT_EQ(read.options->mode, ServerMode::help) << arguments.front();
+    }
 }
 
 TEST(ServerOptionsTest, MistakesAreRefusedWithWhatIsWrong) {
