@@ -55,10 +55,21 @@ done
 # The example auto run, headless, in a scratch folder, as a lab machine would run it.
 work=$(mktemp -d)
 trap 'rm -rf "$logs" "$work"' EXIT
+example="$build_dir/datafiles/auto_run_example.json"
+
+# EXE plays the auto run CONFIG into OUTPUT (both Unix paths) from the scratch folder, logging
+# to LOG; further arguments follow. Wine reads the command line in the locale's encoding, hence
+# UTF-8, for names outside ASCII.
+auto_run_under_wine() {
+  local exe=$1 config=$2 output=$3 log=$4
+  shift 4
+  (cd "$work" && export LC_ALL=C.UTF-8 && timeout 1200 wine "$exe" \
+    auto_run_config="$(winepath -w "$config")" auto_run_output="$(winepath -w "$output")" \
+    auto_run_seed=1 "$@") >"$log" 2>&1
+}
+
 csv_line="auto run: not run"
-if (cd "$work" && timeout 1200 wine "$build_dir/veldra.exe" \
-      auto_run_config="$(winepath -w "$build_dir/datafiles/auto_run_example.json" 2>/dev/null)" \
-      auto_run_output=example.csv auto_run_seed=1) >"$logs/auto_run.log" 2>&1 &&
+if auto_run_under_wine "$build_dir/veldra.exe" "$example" "$work/example.csv" "$logs/auto_run.log" &&
    [ -s "$work/example.csv" ]; then
   lines=$(($(wc -l <"$work/example.csv") - 1))
   csv_line="auto run: $lines trials, example.csv SHA-256 $(sha256sum "$work/example.csv" | cut -d' ' -f1)"
@@ -71,9 +82,8 @@ fi
 # same bytes from its one process.
 jobs_line="auto_run_jobs=2: not run"
 if [ -s "$work/example.csv" ]; then
-  if (cd "$work" && timeout 1200 wine "$build_dir/veldra.exe" \
-        auto_run_config="$(winepath -w "$build_dir/datafiles/auto_run_example.json" 2>/dev/null)" \
-        auto_run_output=jobs.csv auto_run_seed=1 auto_run_jobs=2) >"$logs/jobs.log" 2>&1 &&
+  if auto_run_under_wine "$build_dir/veldra.exe" "$example" "$work/jobs.csv" "$logs/jobs.log" \
+       auto_run_jobs=2 &&
      cmp -s "$work/example.csv" "$work/jobs.csv" &&
      grep -q "cannot start worker processes" "$logs/jobs.log"; then
     jobs_line="auto_run_jobs=2: played in one process with a warning, same CSV"
@@ -85,8 +95,7 @@ if [ -s "$work/example.csv" ]; then
 fi
 
 # Folders named in letters outside any code page: the program, its data folder, the run's
-# configuration and its output. The CSV must be the same bytes as above. Wine reads the command
-# line in the locale's encoding, hence UTF-8 for this call.
+# configuration and its output. The CSV must be the same bytes as above.
 letters_line="letters: not run"
 if [ -s "$work/example.csv" ]; then
   place="$work/Programm Jürgen 日本"
@@ -94,11 +103,9 @@ if [ -s "$work/example.csv" ]; then
   mkdir -p "$results"
   cp "$build_dir/veldra.exe" "$place/"
   cp -r "$build_dir/datafiles" "$place/"
-  cp "$build_dir/datafiles/auto_run_example.json" "$results/Lauf ü.json"
-  if (cd "$work" && export LC_ALL=C.UTF-8 && timeout 1200 wine "$place/veldra.exe" \
-        auto_run_config="$(winepath -w "$results/Lauf ü.json")" \
-        auto_run_output="$(winepath -w "$results")\\Tabelle ö.csv" auto_run_seed=1) \
-        >"$logs/letters.log" 2>&1 &&
+  cp "$example" "$results/Lauf ü.json"
+  if auto_run_under_wine "$place/veldra.exe" "$results/Lauf ü.json" "$results/Tabelle ö.csv" \
+       "$logs/letters.log" &&
      cmp -s "$work/example.csv" "$results/Tabelle ö.csv"; then
     letters_line="letters: program, data, configuration and output in non-ASCII folders, same CSV"
   else
