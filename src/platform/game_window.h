@@ -34,7 +34,7 @@ public:
     // logical pixels.
     void inject_mouse_move(float x, float y);
     void inject_mouse_button(bool down, float x, float y);
-    void inject_key(Key key, bool down);
+    void inject_key(Key key, bool down, bool ctrl_held = false);
     void inject_text(const std::string& utf8);
     // From now on the window takes input only from the inject_ calls: a scripted window must not
     // lose a click, a typed text or a held key because another window on the same display took

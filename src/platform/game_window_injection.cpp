@@ -121,8 +121,10 @@ void GameWindow::inject_mouse_button(bool down, float x, float y) {
     push_injected(e);
 }
 
-void GameWindow::inject_key(Key key, bool down) {
+void GameWindow::inject_key(Key key, bool down, bool ctrl_held) {
     SDL_Event e{};
+    if (ctrl_held)
+        e.key.keysym.mod = KMOD_LCTRL;
     e.type = down ? SDL_KEYDOWN : SDL_KEYUP;
     e.key.windowID = window_id();
     e.key.state = down ? SDL_PRESSED : SDL_RELEASED;

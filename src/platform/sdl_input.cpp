@@ -78,6 +78,9 @@ std::optional<Key> key_for_sdl_keycode(SDL_Keycode code) {
             return Key::minus;
         case SDLK_p:
             return Key::p;
+        case SDLK_LCTRL:
+        case SDLK_RCTRL:
+            return Key::ctrl;
         default:
             return std::nullopt;
     }
@@ -86,9 +89,9 @@ std::optional<Key> key_for_sdl_keycode(SDL_Keycode code) {
 SDL_Keycode sdl_keycode_for_key(Key key) {
     // The table is the reverse of key_for_sdl_keycode, so the two cannot drift apart.
     static const SDL_Keycode candidates[] = {
-        SDLK_UP,        SDLK_DOWN, SDLK_LEFT,  SDLK_RIGHT,  SDLK_w,      SDLK_a,
-        SDLK_s,         SDLK_d,    SDLK_SPACE, SDLK_RETURN, SDLK_ESCAPE, SDLK_TAB,
-        SDLK_BACKSPACE, SDLK_F11,  SDLK_F12,   SDLK_PLUS,   SDLK_MINUS,  SDLK_p};
+        SDLK_UP,  SDLK_DOWN,  SDLK_LEFT,   SDLK_RIGHT,  SDLK_w,    SDLK_a,         SDLK_s,
+        SDLK_d,   SDLK_SPACE, SDLK_RETURN, SDLK_ESCAPE, SDLK_TAB,  SDLK_BACKSPACE, SDLK_F11,
+        SDLK_F12, SDLK_PLUS,  SDLK_MINUS,  SDLK_p,      SDLK_LCTRL};
     for (SDL_Keycode code : candidates)
         if (key_for_sdl_keycode(code) == key)
             return code;
@@ -130,10 +133,12 @@ void SdlInput::handle(const SDL_Event& e) {
                 if (frame_.keys_down[index(*key)])
                     frame_.keys_released.set(index(*key));
                 frame_.keys_down.reset(index(*key));
-            } else if (!e.key.repeat &&
-                       (!io.WantCaptureKeyboard || *key == Key::f11 || *key == Key::f12)) {
+            } else if (!e.key.repeat && (!io.WantCaptureKeyboard || *key == Key::f11 ||
+                                         *key == Key::f12 || *key == Key::ctrl ||
+                                         (*key == Key::d && (e.key.keysym.mod & KMOD_CTRL) != 0))) {
                 // Keys that move through a menu or type into it must not also steer the player;
-                // fullscreen and screenshots work everywhere.
+                // fullscreen, screenshots and Ctrl+D (the developer tools, often toggled while
+                // their terminal has the keyboard) work everywhere.
                 frame_.keys_pressed.set(index(*key));
                 frame_.keys_down.set(index(*key));
             }

@@ -116,6 +116,14 @@ bool obj_ui_script::run(const UiCommand& command) {
         case Kind::box:
             return click_control(command.text, ControlPart::box, std::nullopt);
         case Kind::key:
+            if (command.with_ctrl) {
+                // Control down, the key down and up, Control up: one event a frame.
+                if (phase_ == 0 || phase_ == 3)
+                    window_.inject_key(Key::ctrl, phase_ == 0);
+                else
+                    window_.inject_key(command.key, phase_ == 1, true);
+                return ++phase_ > 3;
+            }
             window_.inject_key(command.key, phase_ == 0);
             return ++phase_ > 1;
         case Kind::hold:

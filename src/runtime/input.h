@@ -28,6 +28,7 @@ enum class Key : std::uint8_t {
     plus,
     minus,
     p,
+    ctrl,  // either Control key
     count
 };
 

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "config/game_configurations.h"
+#include "devtools/debug_tools.h"
 #include "platform/game_window.h"
 #include "startup/app_state.h"
 #include "startup/parameter_values.h"
@@ -126,6 +127,8 @@ std::unique_ptr<platform::GameWindow> open_window(AppState& app, const WindowReq
         views.start_zoom = request.camera_zoom;
         return create_trial_views(app.sim, trial, app.localization, *app.sprites, views);
     };
+    if (request.developer_keys)
+        create_debug_tools(app.runtime, {app.sim, app.debugs, *app.services.files});
     app.sim.ask_personality_traits = [&app](const PersonalityTraits& traits,
                                             const std::string& heading) {
         return get_personality_traits_via_menu(

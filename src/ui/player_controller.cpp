@@ -48,10 +48,12 @@ bool PlayerController::step(const InputFrame& input, const Camera& camera, Trial
         return false;
     // The tick the trial runs next: its count of ticks run so far.
     const Ticks next_tick = trial.ticker.spent_ticks;
-    const int dx = axis(input.down(Key::left) || input.down(Key::a),
-                        input.down(Key::right) || input.down(Key::d));
-    const int dy = axis(input.down(Key::up) || input.down(Key::w),
-                        input.down(Key::down) || input.down(Key::s));
+    // A letter pressed with Control is a shortcut (Ctrl+D), not a step.
+    const bool letters = !input.down(Key::ctrl);
+    const int dx = axis(input.down(Key::left) || (letters && input.down(Key::a)),
+                        input.down(Key::right) || (letters && input.down(Key::d)));
+    const int dy = axis(input.down(Key::up) || (letters && input.down(Key::w)),
+                        input.down(Key::down) || (letters && input.down(Key::s)));
     if (dx != held_dx || dy != held_dy) {
         held_dx = dx;
         held_dy = dy;

@@ -31,7 +31,8 @@ std::optional<Key> key_named(std::string_view name) {
                                                              {"f12", Key::f12},
                                                              {"plus", Key::plus},
                                                              {"minus", Key::minus},
-                                                             {"p", Key::p}};
+                                                             {"p", Key::p},
+                                                             {"ctrl", Key::ctrl}};
     for (const auto& [key_name, key] : names)
         if (key_name == name)
             return key;
@@ -104,6 +105,13 @@ std::optional<std::vector<UiCommand>> parse_ui_script(const std::string& text, s
             std::istringstream args(rest);
             std::string name, frames;
             args >> name >> frames;
+            // "ctrl+d": the key pressed while Control is held, as a hand plays a shortcut.
+            constexpr std::string_view CTRL_PREFIX = "ctrl+";
+            if (word == "key" && name.size() > CTRL_PREFIX.size() &&
+                name.starts_with(CTRL_PREFIX)) {
+                command.with_ctrl = true;
+                name.erase(0, CTRL_PREFIX.size());
+            }
             const auto key = key_named(name);
             if (!key)
                 return bad("\"" + name + "\" is not a key this game knows");

@@ -13,7 +13,8 @@
 //   box LABEL        clicks into the number box of the top menu's field or slider LABEL, so
 //                    that "type" replaces its value
 //   key NAME         presses and releases a key (enter, escape, tab, space, backspace, up,
-//                    down, left, right, w, a, s, d, p, plus, minus, f11, f12)
+//                    down, left, right, w, a, s, d, p, plus, minus, f11, f12, ctrl);
+//                    "key ctrl+NAME" presses NAME while Control is held (ctrl+d)
 //   hold NAME N      holds a key down for N frames
 //   type TEXT        types TEXT into whatever has the keyboard
 //   frames N         waits N frames
@@ -55,6 +56,7 @@ struct UiCommand {
     std::string text;  // wait, wait_file, click, slide, box, type, screenshot
     double value = 0;  // slide
     Key key = Key::enter;
+    bool with_ctrl = false;  // key: Control is held around it
     std::int64_t count = 0;  // hold, frames
     int line = 0;            // in the file, for messages
     std::string source;      // the line as written, for messages

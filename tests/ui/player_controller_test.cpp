@@ -50,14 +50,16 @@ TEST_F(PlayerControllerTest, HeldDirectionsBecomeAMoveCommandOnlyWhenTheyChange)
     EXPECT_TRUE(commands().empty());
     frames(3, holding({Key::d}));
     frames(2, holding({Key::right, Key::s}));
-    frames(1, holding({Key::a, Key::d, Key::down}));  // opposite keys cancel out
+    frames(1, holding({Key::a, Key::d, Key::down}));     // opposite keys cancel out
+    frames(2, holding({Key::ctrl, Key::d, Key::down}));  // Ctrl+D is a shortcut, not a step
     frames(2);
     EXPECT_EQ(commands(), (std::vector<PlayerCommand>{move(0, 1, 0), move(0, 1, 1), move(0, 0, 1),
                                                       move(0, 0, 0)}));
 }
 
 TEST_F(PlayerControllerTest, MoveCommandsAreStampedWithTheNextTickAndWalkThePlayer) {
-    obj_trial& trial = start_trial(level_from_rows({"xxxxxx", "x    x", "x  p x", "x    x", "xxxxxx"}));
+    obj_trial& trial =
+        start_trial(level_from_rows({"xxxxxx", "x    x", "x  p x", "x    x", "xxxxxx"}));
     frames(5);
     const auto* player = runtime.instance_find<obj_human_player>(0);
     const double start_x = player->x;

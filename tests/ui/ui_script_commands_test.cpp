@@ -10,10 +10,10 @@ TEST(UiScript, ReadsEveryCommandAndSkipsCommentsAndBlankLines) {
     const auto commands = parse_ui_script(
         "# a session\n\nwait Level 1/2 done\r\nclick Start session (local)\n  key enter\n"
         "hold d 30\ntype C:\\data\\trials.csv\nframes 12\nscreenshot a b.png\nquit\n"
-        "wait_file server stopped\n",
+        "wait_file server stopped\nkey ctrl+d\n",
         error);
     ASSERT_TRUE(commands) << error;
-    ASSERT_EQ(commands->size(), 9u);
+    ASSERT_EQ(commands->size(), 10u);
     using Kind = UiCommand::Kind;
     EXPECT_EQ((*commands)[0].kind, Kind::wait);
     EXPECT_EQ((*commands)[0].text, "Level 1/2 done");
@@ -31,6 +31,9 @@ TEST(UiScript, ReadsEveryCommandAndSkipsCommentsAndBlankLines) {
     EXPECT_EQ((*commands)[7].kind, Kind::quit);
     EXPECT_EQ((*commands)[8].kind, Kind::wait_file);
     EXPECT_EQ((*commands)[8].text, "server stopped");
+    EXPECT_FALSE((*commands)[2].with_ctrl);
+    EXPECT_EQ((*commands)[9].key, Key::d);
+    EXPECT_TRUE((*commands)[9].with_ctrl);
 }
 
 TEST(UiScript, SlidesTakeAValueAndTheSlidersLabelBoxesTheLabel) {
@@ -61,6 +64,8 @@ TEST(UiScript, NamesTheLineOfTheFirstMistake) {
         {"click\n", "line 1: \"click\" needs a text after it"},
         {"wait_file\n", "line 1: \"wait_file\" needs a text after it"},
         {"key q\n", "line 1: \"q\" is not a key this game knows"},
+        {"key ctrl+\n", "line 1: \"ctrl+\" is not a key this game knows"},
+        {"hold ctrl+d 3\n", "line 1: \"ctrl+d\" is not a key this game knows"},
         {"hold d\n", "line 1: \"hold\" needs a key and a number of frames"},
         {"slide Openness\n", "line 1: \"slide\" needs a number and the label of a slider"},
         {"slide 0.5\n", "line 1: \"slide\" needs a number and the label of a slider"},
