@@ -64,6 +64,8 @@ void obj_debug_menu::on_step() {
             remember_item(record, s.label);
         }
         ImGui::Separator();
+        ImGui::Checkbox(DEBUG_MENU_WORKBENCH, &tools.workbench_open);
+        remember_item(record, DEBUG_MENU_WORKBENCH);
         ImGui::TextDisabled("%s", DEBUG_MENU_HINT);
         record.texts.emplace_back(DEBUG_MENU_HINT);
     }

@@ -28,6 +28,7 @@ const DebugSwitch* find_debug_switch(std::string_view field_or_label);
 void set_debug_switch(DebugSettings& settings, Files& files, const DebugSwitch& which, bool on);
 
 inline constexpr const char* DEBUG_MENU_HEADING = "Debug settings";
+inline constexpr const char* DEBUG_MENU_WORKBENCH = "Formula workbench";
 inline constexpr const char* DEBUG_MENU_HINT = "Press Ctrl+D to hide debug tools";
 
 class obj_debug_menu : public obj_overlay {

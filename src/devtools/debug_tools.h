@@ -30,6 +30,7 @@ public:
 
     DebugToolsContext context;
     bool visible = false;
+    bool workbench_open = false;  // the formula workbench, opened from the debug menu
 };
 
 // Creates the tools and every panel, hidden; call once when a window with developer keys opens.
