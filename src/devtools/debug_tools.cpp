@@ -1,5 +1,6 @@
 #include "devtools/debug_tools.h"
 
+#include "devtools/config_watcher.h"
 #include "devtools/debug_menu.h"
 #include "devtools/workbench_panel.h"
 #include "runtime/input.h"
@@ -19,6 +20,7 @@ obj_debug_tools& create_debug_tools(Runtime& runtime, DebugToolsContext context)
     auto& tools = runtime.instance_create<obj_debug_tools>(0, 0, "Instances", context);
     runtime.instance_create<obj_debug_menu>(0, 0, "Instances");
     runtime.instance_create<obj_formula_workbench>(0, 0, "Instances");
+    runtime.instance_create<obj_config_watcher>(0, 0, "Instances");
     return tools;
 }
 
