@@ -18,8 +18,8 @@ namespace fs = std::filesystem;
 void write_file(const fs::path& path, const std::string& text, int seconds_later) {
     std::ofstream(path, std::ios::binary) << text;
     // Set, not waited for: file systems keep modification times at various resolutions.
-    fs::last_write_time(path,
-                        fs::file_time_type(std::chrono::seconds(1'700'000'000 + seconds_later)));
+    static const auto hour_ago = fs::file_time_type::clock::now() - std::chrono::hours(1);
+    fs::last_write_time(path, hour_ago + std::chrono::seconds(seconds_later));
 }
 
 TEST(FileChangeWatch, SeesChangedTimesButNotTheFirstLookOrAVanishedFile) {
