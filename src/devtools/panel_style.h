@@ -20,7 +20,7 @@ inline constexpr PanelPlace TIME_CONTROL{560, 92, 480, 0};
 inline constexpr PanelPlace TERMINAL{330, 640, 900, 250};
 inline constexpr PanelPlace WORKBENCH{10, 92, 760, 530};
 
-inline const ImVec4 BACKGROUND{0.05f, 0.06f, 0.08f, 0.86f};
+inline const ImVec4 BACKGROUND{0.05f, 0.06f, 0.08f, 0.93f};
 inline const ImVec2 WINDOW_PADDING{10, 8};
 inline const ImVec2 ITEM_SPACING{8, 5};
 

@@ -3,6 +3,8 @@
 #include <imgui.h>
 #include <imgui_stdlib.h>
 
+#include <algorithm>
+
 #include "devtools/debug_tools.h"
 #include "devtools/panel_style.h"
 #include "runtime/number_format.h"
@@ -87,8 +89,15 @@ void obj_formula_workbench::save() {
 void obj_formula_workbench::on_step() {
     if (!showing() || !overlay_frame_open())
         return;
-    if (key.empty() && !callable_configuration_keys().empty())
-        pick(callable_configuration_keys().front());
+    if (key.empty()) {
+        // The action weights are what a designer comes for most.
+        const auto& keys = callable_configuration_keys();
+        const auto first_weight = std::find_if(keys.begin(), keys.end(), [](const std::string& k) {
+            return k.starts_with("weight_");
+        });
+        if (first_weight != keys.end())
+            pick(*first_weight);
+    }
     draw();
 }
 
@@ -126,15 +135,21 @@ void obj_formula_workbench::draw() {
                 recheck();
             remember_item(record, name);
         }
+        if (!table.rows.empty()) {
+            ImGui::TextDisabled(
+                "One trait at each offered value, the others at 0; click a row "
+                "to plot it.");
+        }
         if (!table.rows.empty() &&
             ImGui::BeginTable("values", 1 + static_cast<int>(std::size(WORKBENCH_ENERGIES)),
                               ImGuiTableFlags_Borders | ImGuiTableFlags_SizingStretchSame |
                                   ImGuiTableFlags_ScrollY,
                               ImVec2(0, 190))) {
             ImGui::TableSetupScrollFreeze(0, 1);
-            ImGui::TableSetupColumn("traits \\ energy");
+            ImGui::TableSetupColumn("trait");
             for (double energy : WORKBENCH_ENERGIES)
-                ImGui::TableSetupColumn(number_to_string(energy).c_str());
+                ImGui::TableSetupColumn(
+                    ((energy == 0 ? "energy " : "") + number_to_string(energy)).c_str());
             ImGui::TableHeadersRow();
             for (std::size_t r = 0; r < table.rows.size(); ++r) {
                 const FormulaTable::Row& row = table.rows[r];
@@ -155,7 +170,8 @@ void obj_formula_workbench::draw() {
                 k, *checked.compiled, table.rows[plotted_row].traits, third, CURVE_SAMPLES);
             const std::string caption = table.rows[plotted_row].label + ", energy 0 to 1";
             ImGui::PlotLines("##curve", curve.data(), static_cast<int>(curve.size()), 0,
-                             caption.c_str(), FLT_MAX, FLT_MAX, ImVec2(-1, 70));
+                             caption.c_str(), FLT_MAX, FLT_MAX,
+                             ImVec2(ImGui::GetContentRegionAvail().x, 70));
         }
         if (!checked.compiled)
             ImGui::BeginDisabled();
