@@ -28,7 +28,7 @@ import sys
 size = 30
 rows = [["x" if x in (0, size - 1) or y in (0, size - 1) else " " for x in range(size)]
         for y in range(size)]
-rows[15][15] = "p"
+rows[14][14] = "p"
 places = [(x, y) for y in range(3, size - 3, 3) for x in range(3, size - 3, 3)]
 kinds = "h" * 14 + "m" * 14 + "f" * 12
 for (x, y), kind in zip(places, kinds):
