@@ -26,21 +26,21 @@ struct LevelToggle {
 constexpr LevelToggle LEVEL_TOGGLES[] = {
     {LogLevel::info, "Info"}, {LogLevel::warning, "Warnings"}, {LogLevel::error, "Errors"}};
 
+// Works on a copy of the field's text: the field's buffer is `input`'s own, which must not
+// change under it.
 int on_command_line_key(ImGuiInputTextCallbackData* data) {
     auto& terminal = *static_cast<obj_debug_terminal*>(data->UserData);
-    const bool tab = data->EventFlag == ImGuiInputTextFlags_CallbackCompletion;
-    const bool history = data->EventFlag == ImGuiInputTextFlags_CallbackHistory;
-    if (!tab && !history)
+    const std::string line(data->Buf, static_cast<std::size_t>(data->BufTextLen));
+    std::string edited;
+    if (data->EventFlag == ImGuiInputTextFlags_CallbackCompletion)
+        edited = terminal.completed(line);
+    else if (data->EventFlag == ImGuiInputTextFlags_CallbackHistory)
+        edited = data->EventKey == ImGuiKey_UpArrow ? terminal.history_older(line)
+                                                    : terminal.history_newer(line);
+    else
         return 0;
-    terminal.input.assign(data->Buf, static_cast<std::size_t>(data->BufTextLen));
-    if (tab)
-        terminal.complete();
-    else if (data->EventKey == ImGuiKey_UpArrow)
-        terminal.history_older();
-    else if (data->EventKey == ImGuiKey_DownArrow)
-        terminal.history_newer();
     data->DeleteChars(0, data->BufTextLen);
-    data->InsertChars(0, terminal.input.c_str());
+    data->InsertChars(0, edited.c_str());
     return 0;
 }
 
@@ -77,25 +77,23 @@ void obj_debug_terminal::enter(const std::string& line) {
         log().add(out.starts_with(DEBUG_ERROR_COLOR) ? LogLevel::error : LogLevel::info, out);
 }
 
-void obj_debug_terminal::complete() {
-    Completion completion = complete_command_name(input, debug_command_names_starting_with(""));
-    input = std::move(completion.line);
+std::string obj_debug_terminal::completed(const std::string& line) {
+    Completion completion = complete_command_name(line, debug_command_names_starting_with(""));
     if (completion.candidates.size() > 1) {
         std::string names;
         for (const std::string& name : completion.candidates)
             names += (names.empty() ? "" : "  ") + name;
         log().add(LogLevel::info, names);
     }
+    return std::move(completion.line);
 }
 
-void obj_debug_terminal::history_older() {
-    if (auto line = history.older())
-        input = std::move(*line);
+std::string obj_debug_terminal::history_older(const std::string& line) {
+    return history.older().value_or(line);
 }
 
-void obj_debug_terminal::history_newer() {
-    if (auto line = history.newer())
-        input = std::move(*line);
+std::string obj_debug_terminal::history_newer(const std::string& line) {
+    return history.newer().value_or(line);
 }
 
 void obj_debug_terminal::draw_filter() {

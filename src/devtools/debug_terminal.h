@@ -35,11 +35,11 @@ public:
     // What Enter does with the command line: echoes it, remembers it and prints what the
     // command answers.
     void enter(const std::string& line);
-    // What Tab does with the command line.
-    void complete();
-    // What Up and Down do with the command line.
-    void history_older();
-    void history_newer();
+    // What Tab makes of the command line `line`; prints the candidates when several fit.
+    std::string completed(const std::string& line);
+    // What Up and Down make of it.
+    std::string history_older(const std::string& line);
+    std::string history_newer(const std::string& line);
 
     std::string input;  // the command line
     CommandHistory history;

@@ -38,6 +38,7 @@ protected:
         gui_frames(2);
     }
     void type_line(const std::string& text) {
+        gui_frames(1);  // the field has taken the keyboard
         imgui.type(text);
         gui_frames(1);
     }
@@ -51,7 +52,7 @@ protected:
         imgui.press(x, y);
         gui_frames(1);
         imgui.release(x, y);
-        gui_frames(1);
+        gui_frames(2);  // the button's command, then a frame of the trial after it
     }
     bool terminal_says(std::string_view fragment) {
         for (const TerminalLine& line : terminal->log().lines())
@@ -121,7 +122,7 @@ TEST_F(DebugTerminalTest, EnterRunsTheCommandLineAndTheArrowsAndTabEditIt) {
     key(ImGuiKey_Tab);
     EXPECT_EQ(terminal->input, "step_decision ");
     key(ImGuiKey_Backspace);
-    for (int i = 0; i < 9; ++i)
+    for (int i = 0; i < 10; ++i)
         key(ImGuiKey_Backspace);
     EXPECT_EQ(terminal->input, "ste");
     const std::size_t lines = terminal->log().lines().size();
