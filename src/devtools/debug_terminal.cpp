@@ -10,6 +10,7 @@
 #include "devtools/terminal_tap.h"
 #include "runtime/runtime.h"
 #include "runtime/services.h"
+#include "ui/imgui_adapter.h"
 #include "ui/styled_text.h"
 
 namespace veldra {
@@ -140,6 +141,10 @@ void obj_debug_terminal::draw_command_line() {
         enter(line);
         focus_input_ = true;  // Enter lets go of the field; the next command follows
     }
+    // Up and Down belong to the history: keyboard navigation must not also leave the field.
+    if (ImGui::IsItemActive() && (imgui_adapter::key_pressed(ImGuiKey_UpArrow) ||
+                                  imgui_adapter::key_pressed(ImGuiKey_DownArrow)))
+        imgui_adapter::cancel_keyboard_move();
     remember_item(controls_, "##command");
 }
 

@@ -92,7 +92,10 @@ TEST_F(WorldViewTest, AnimationsAndWalkingFollowThePaceAndStandStillAtZero) {
     fighter.start_animation(CREATURE_ANIMATION_ATTACK, walker.x, walker.y, 10);
     view.pace = 0;
     const double walked = view.animation_ms;
-    frames(20);
+    for (int i = 0; i < 20; ++i) {
+        services.clock->frame_done();
+        frames(1);
+    }
     const CreatureView& fighting = view.creatures.at(fighter.id());
     EXPECT_EQ(fighting.animation, CREATURE_ANIMATION_ATTACK) << "a paused blow does not finish";
     EXPECT_EQ(fighting.animation_timer, 0);
@@ -100,7 +103,10 @@ TEST_F(WorldViewTest, AnimationsAndWalkingFollowThePaceAndStandStillAtZero) {
     EXPECT_EQ(view.animation_ms, walked) << "nor does a paused walker's stride move on";
 
     view.pace = 2;
-    frames(3);
+    for (int i = 0; i < 3; ++i) {
+        services.clock->frame_done();  // a frame of wall time
+        frames(1);
+    }
     EXPECT_EQ(fighting.animation_timer, 6);
     EXPECT_NEAR(view.animation_ms - walked, 3 * 2 * 1000.0 / 60.0, 1e-9);
     frames(2);
