@@ -97,6 +97,8 @@ void obj_human::lose_energy_constantly() {
 
 void obj_human::decide(Rng& rng) {
     action_choose_timer = get_action_choose_cooldown_as_ticks();
+    world().decisions += 1;
+    world().last_decision_by = id();
     std::unique_ptr<HumanAction> candidate = find_candidate(rng);
     if (candidate && candidate_wins_duel(*candidate, rng))
         remember(std::move(candidate));

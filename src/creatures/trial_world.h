@@ -87,6 +87,10 @@ struct TrialWorld {
     // How often a sampler's weights added up to 0 or less (each time logged as an error) over
     // every trial since start-up: allowed, but a shell run says at its end that it happened.
     std::uint64_t zero_weight_errors = 0;
+    // Decisions humans have made since start-up and the last one to decide: what stepping the
+    // trial one decision at a time waits for.
+    std::uint64_t decisions = 0;
+    InstanceId last_decision_by = NO_INSTANCE;
 
     // The player's commands of the running trial; the trial empties it when it is laid out.
     PlayerCommands player_commands;

@@ -2,6 +2,8 @@
 
 #include "devtools/config_watcher.h"
 #include "devtools/debug_menu.h"
+#include "devtools/debug_terminal.h"
+#include "devtools/time_control.h"
 #include "devtools/workbench_panel.h"
 #include "runtime/input.h"
 #include "runtime/runtime.h"
@@ -21,6 +23,8 @@ obj_debug_tools& create_debug_tools(Runtime& runtime, DebugToolsContext context)
     runtime.instance_create<obj_debug_menu>(0, 0, "Instances");
     runtime.instance_create<obj_formula_workbench>(0, 0, "Instances");
     runtime.instance_create<obj_config_watcher>(0, 0, "Instances");
+    runtime.instance_create<obj_debug_terminal>(0, 0, "Instances");
+    runtime.instance_create<obj_debug_time_control>(0, 0, "Instances");
     return tools;
 }
 

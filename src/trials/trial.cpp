@@ -153,6 +153,8 @@ void obj_trial::_step() {
             if (game_speed < 0) {
                 while (tick()) {
                 }
+            } else if (paused()) {
+                run_requested_steps();
             } else {
                 tick_remainder += game_speed;
                 while (!result && tick_remainder >= 1) {

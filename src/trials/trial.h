@@ -47,6 +47,23 @@ public:
     bool tick();
     // One frame of the state machine.
     void _step();
+
+    // Time control (trial_time_control.cpp), shared by the developer keys and tools. A speed of
+    // 0 is the pause; speed_before_pause is what resume goes back to.
+    static constexpr double MIN_GAME_SPEED = 0.25;
+    static constexpr double MAX_GAME_SPEED = 16;
+    bool paused() const { return game_speed == 0; }
+    void pause();
+    void resume();
+    // Leaves a pause too; clamped to [MIN_GAME_SPEED, MAX_GAME_SPEED].
+    void set_speed(double speed);
+    // The rest of the trial in the next frame, as a negative game speed does.
+    void fast_forward() { game_speed = -1; }
+    // Pauses, and the next frame runs `ticks` ticks (added to any still to run).
+    void step_ticks(Ticks ticks);
+    // Pauses, and the next frame runs ticks until some human has made a decision, at most the
+    // trial's length, so a level without humans cannot hang the frame.
+    void step_decision();
     void log_event(const std::string& message) const;
 
     Ticker ticker;
@@ -59,6 +76,9 @@ public:
     Ticks max_ticks = 0;
     double game_speed = 1;  // ticks per frame; negative: the rest of the trial in one frame
     double tick_remainder = 0;
+    double speed_before_pause = 1;
+    Ticks ticks_to_step = 0;            // run by the next paused frame
+    bool stepping_to_decision = false;  // the next paused frame runs until a decision
     std::function<void(const TrialResult&)> ended_callback;
     // What the window shows of an interactive trial (its world view and HUD); destroyed with the
     // trial.
@@ -71,6 +91,7 @@ private:
 
     void give_traits_to_ai_humans();
     void build_result(TrialOutcome outcome);
+    void run_requested_steps();
 };
 
 // Start-up: once-only; sets Trial to no instance.

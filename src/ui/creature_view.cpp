@@ -15,18 +15,18 @@ void CreatureView::start(const CreatureAnimationStart& started) {
     animation_direction = started.direction;
 }
 
-void CreatureView::step(const obj_creature& creature) {
+void CreatureView::step(const obj_creature& creature, double pace) {
     if (animation != CREATURE_ANIMATION_NONE) {
         const double facing = std::cos(animation_direction * std::numbers::pi / 180.0);
         xscale = facing < 0 ? -1 : 1;
-        animation_timer += 1;
+        animation_timer += pace;
         if (animation_timer >= animation_time)
             animation = CREATURE_ANIMATION_NONE;
         return;
     }
     moved = creature.x_on_current_tick != creature.x_on_previous_tick ||
             creature.y_on_current_tick != creature.y_on_previous_tick;
-    time_spend_standing = moved ? 0 : time_spend_standing + 1;
+    time_spend_standing = moved ? 0 : time_spend_standing + pace;
 }
 
 CreaturePose CreatureView::pose() const {

@@ -23,8 +23,9 @@ struct CreatureView {
 
     void start(const CreatureAnimationStart& animation);
     // One drawn frame: the one-shot animation's progress, or standing time from whether the
-    // creature moved between its last two ticks.
-    void step(const obj_creature& creature);
+    // creature moved between its last two ticks. Both advance by `pace`, the game speed, so
+    // animations keep pace with the simulation and stand still while it is paused.
+    void step(const obj_creature& creature, double pace = 1);
     CreaturePose pose() const;
 
     double xscale = 1;  // -1 faces left, 1 right

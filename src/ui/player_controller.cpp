@@ -68,20 +68,18 @@ bool PlayerController::step(const InputFrame& input, const Camera& camera, Trial
 
 void PlayerController::developer_step(const InputFrame& input, obj_trial& trial) {
     if (input.pressed(Key::p)) {
-        if (trial.game_speed != 0) {
-            speed_before_pause = trial.game_speed;
-            trial.game_speed = 0;
-        } else {
-            trial.game_speed = speed_before_pause;
-        }
+        if (trial.paused())
+            trial.resume();
+        else
+            trial.pause();
     }
     // Fast-forwarding (a negative speed) and pausing are left to P and the configuration.
     if (trial.game_speed <= 0)
         return;
     if (input.pressed(Key::plus))
-        trial.game_speed = std::min(MAX_GAME_SPEED, trial.game_speed * 2);
+        trial.set_speed(trial.game_speed * 2);
     if (input.pressed(Key::minus))
-        trial.game_speed = std::max(MIN_GAME_SPEED, trial.game_speed / 2);
+        trial.set_speed(trial.game_speed / 2);
 }
 
 void PlayerController::draw_target(DrawList& list, const Camera& camera, const Sprites& sprites,

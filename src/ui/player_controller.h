@@ -2,7 +2,7 @@
 // The player's keyboard and mouse turned into commands for their human: the held walking
 // direction whenever it changes, and clicks as target points in the world. Commands are the only
 // thing a view puts into the simulation; the human applies them in its own tick. With developer
-// keys, P pauses and +/- change the game speed.
+// keys, P pauses and +/- change the game speed (the trial's time control).
 
 #include <string>
 #include <vector>
@@ -20,9 +20,6 @@ struct Sprites;
 
 class PlayerController {
 public:
-    static constexpr double MIN_GAME_SPEED = 1.0 / 8;
-    static constexpr double MAX_GAME_SPEED = 16;
-
     // One frame of input for `trial`, whose creatures live in `world`. True when a click became
     // a command (the view plays its click sound).
     bool step(const InputFrame& input, const Camera& camera, TrialWorld& world, obj_trial& trial,
@@ -38,7 +35,6 @@ public:
     int held_dy = 0;
     double mouse_x = 0;  // logical screen pixels
     double mouse_y = 0;
-    double speed_before_pause = 1;
 
 private:
     void developer_step(const InputFrame& input, obj_trial& trial);

@@ -1,5 +1,7 @@
 #include "ui/trial_views.h"
 
+#include <algorithm>
+
 #include "config/text_ids.h"
 
 #include "config/game_configurations.h"
@@ -74,6 +76,8 @@ void obj_trial_views::on_step_begin() {
     obj_trial* t = trial();
     if (!t)
         return;
+    if (auto* view = runtime().find_as<obj_world_view>(world_view))
+        view->pace = std::max(0.0, t->game_speed);
     const InputFrame& input = runtime().services().input->frame();
     if (input.wheel != 0)
         camera.wheel(input.wheel);

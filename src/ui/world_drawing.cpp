@@ -21,9 +21,13 @@ constexpr Rgba HURT_TINT{255, 120, 110, 255};
 constexpr Rgba PLAYER_OUTLINE{52, 34, 14, 255};
 constexpr Rgba PLAYER_MARKER{255, 214, 92, 220};
 
-double radians(double degrees) { return degrees * std::numbers::pi / 180; }
+double radians(double degrees) {
+    return degrees * std::numbers::pi / 180;
+}
 
-double sprite_centre_y(double body_y) { return body_y - BODY_CENTRE_Y + SPRITE_SIZE / 2.0; }
+double sprite_centre_y(double body_y) {
+    return body_y - BODY_CENTRE_Y + SPRITE_SIZE / 2.0;
+}
 
 TextureId creature_texture(const Sprites& sprites, const obj_creature& creature) {
     if (creature.is_a<obj_monster>())
@@ -45,7 +49,8 @@ struct Pose {
     double glow = 0;  // 0..1, the exchange's
 };
 
-Pose pose_of(const CreatureView& view, double time_ms, std::uint32_t id_hash) {
+// Idle bobbing runs on wall time; walking on the view's clock, which follows the game speed.
+Pose pose_of(const CreatureView& view, double time_ms, double walk_ms, std::uint32_t id_hash) {
     Pose pose;
     const double phase = id_hash % 1000 / 1000.0 * 2 * std::numbers::pi;
     const double progress =
@@ -58,7 +63,7 @@ Pose pose_of(const CreatureView& view, double time_ms, std::uint32_t id_hash) {
         case CreaturePose::stand:
             break;
         case CreaturePose::walk: {
-            const double step = time_ms / 320 * 2 * std::numbers::pi + phase;
+            const double step = walk_ms / 320 * 2 * std::numbers::pi + phase;
             pose.dy = -2.5 * std::abs(std::sin(step));
             pose.angle = 5 * std::sin(step);
             break;
@@ -96,7 +101,7 @@ void draw_creature(DrawList& list, const WorldScene& scene, const obj_creature& 
     if (player)
         draw_world_sprite(list, scene.camera, sprites.ring, creature.x, creature.y + SHADOW_BELOW,
                           50, 22, PLAYER_MARKER);
-    const Pose pose = pose_of(view, scene.time_ms, creature.id_hash);
+    const Pose pose = pose_of(view, scene.time_ms, scene.view.animation_ms, creature.id_hash);
     const double x = creature.x + pose.dx;
     const double body_y = creature.y - BODY_LIFT + pose.dy;
     if (pose.glow > 0)
@@ -113,11 +118,11 @@ void draw_creature(DrawList& list, const WorldScene& scene, const obj_creature& 
 void draw_corpse(DrawList& list, const WorldScene& scene, const DeathEffect& death) {
     const TextureId texture = death.was_human ? scene.sprites.ai_humans[0] : scene.sprites.monster;
     const auto alpha = static_cast<std::uint8_t>(std::clamp(death.alpha, 0.0, 1.0) * 255);
-    draw_world_sprite(list, scene.camera, scene.sprites.shadow, death.x, death.start_y + SHADOW_BELOW,
-                      44, 18, {255, 255, 255, alpha});
-    draw_world_sprite(list, scene.camera, texture, death.x,
-                      sprite_centre_y(death.y - BODY_LIFT), SPRITE_SIZE, SPRITE_SIZE,
-                      {150, 150, 150, alpha}, death.angle * death.xscale, death.xscale < 0);
+    draw_world_sprite(list, scene.camera, scene.sprites.shadow, death.x,
+                      death.start_y + SHADOW_BELOW, 44, 18, {255, 255, 255, alpha});
+    draw_world_sprite(list, scene.camera, texture, death.x, sprite_centre_y(death.y - BODY_LIFT),
+                      SPRITE_SIZE, SPRITE_SIZE, {150, 150, 150, alpha}, death.angle * death.xscale,
+                      death.xscale < 0);
 }
 
 void draw_food(DrawList& list, const WorldScene& scene, const obj_food& food) {

@@ -52,6 +52,10 @@ void obj_world_view::follow_new_creatures() {
 }
 
 void obj_world_view::on_step_end() {
+    const double now = runtime().current_time();
+    if (last_step_ms_ >= 0)
+        animation_ms += (now - last_step_ms_) * pace;
+    last_step_ms_ = now;
     follow_new_creatures();
     for (auto it = creatures.begin(); it != creatures.end();) {
         auto* creature = runtime().find_as<obj_creature>(it->first);
@@ -59,7 +63,7 @@ void obj_world_view::on_step_end() {
             it = creatures.erase(it);
             continue;
         }
-        it->second.step(*creature);
+        it->second.step(*creature, pace);
         ++it;
     }
     std::erase_if(deaths, [](DeathEffect& effect) { return !effect.step(); });

@@ -33,6 +33,11 @@ public:
     SceneryLooks scenery;
     std::map<InstanceId, CreatureView> creatures;  // by id, so drawing never follows hash order
     std::vector<DeathEffect> deaths;
+    // The game speed (0 while paused), set by the trial's views each frame, and the clock of
+    // walking that runs at it. Idle creatures bob on wall time instead, like food: a paused
+    // world still breathes, but nobody walks on the spot or finishes a blow.
+    double pace = 1;
+    double animation_ms = 0;
     // Told of every one-shot animation and death the view sees, as they happen (inside a trial
     // tick): listeners only note them, for sounds played later in the frame.
     std::function<void(CreatureAnimation)> on_animation_started;
@@ -41,6 +46,7 @@ public:
 private:
     void follow_new_creatures();
     TrialWorld* world_ = nullptr;
+    double last_step_ms_ = -1;
     EventToken died_subscription_ = 0;
 };
 

@@ -66,7 +66,8 @@ TEST_F(DebugToolsTest, CtrlDTogglesThePanelsWhichShowOnlyOverATrial) {
     obj_trial& trial = start_trial(level_from_rows({"xxxxx", "x p x", "xxxxx"}));
     frames(1);
     EXPECT_TRUE(menu->showing());
-    EXPECT_EQ(front_overlay(runtime), menu);
+    ASSERT_NE(front_overlay(runtime), nullptr);
+    EXPECT_EQ(front_overlay(runtime)->overlay_layer(), OverlayLayer::panel);
     frames(1, ctrl_d());
     EXPECT_FALSE(menu->showing());
     EXPECT_EQ(front_overlay(runtime), nullptr);

@@ -128,10 +128,10 @@ TEST_F(PlayerControllerTest, DeveloperKeysPauseAndChangeTheSpeedWithinItsRange) 
     EXPECT_EQ(trial.game_speed, 2);
     for (int i = 0; i < 6; ++i)
         frames(1, pressing(Key::plus));
-    EXPECT_EQ(trial.game_speed, PlayerController::MAX_GAME_SPEED);
+    EXPECT_EQ(trial.game_speed, obj_trial::MAX_GAME_SPEED);
     for (int i = 0; i < 12; ++i)
         frames(1, pressing(Key::minus));
-    EXPECT_EQ(trial.game_speed, PlayerController::MIN_GAME_SPEED);
+    EXPECT_EQ(trial.game_speed, obj_trial::MIN_GAME_SPEED);
 
     options.developer_keys = false;
     runtime.instance_destroy(trial.id());

@@ -81,6 +81,38 @@ TEST_F(WorldViewTest, AnAttackPlaysInTheViewsAndADeathLeavesACorpseThatFades) {
     EXPECT_TRUE(view.deaths.empty());
 }
 
+// The trial's views set the pace to the game speed each frame; 0 is a paused trial.
+TEST_F(WorldViewTest, AnimationsAndWalkingFollowThePaceAndStandStillAtZero) {
+    load({"   "}, false);
+    auto& walker = create<obj_monster>(centre(0), centre(0));
+    auto& fighter = create<obj_monster>(centre(2), centre(0));
+    obj_world_view& view = attach_view();
+    frames(1);
+    walker.x_on_previous_tick = walker.x - 2;  // it moved in the last tick
+    fighter.start_animation(CREATURE_ANIMATION_ATTACK, walker.x, walker.y, 10);
+    view.pace = 0;
+    const double walked = view.animation_ms;
+    for (int i = 0; i < 20; ++i) {
+        services.clock->frame_done();
+        frames(1);
+    }
+    const CreatureView& fighting = view.creatures.at(fighter.id());
+    EXPECT_EQ(fighting.animation, CREATURE_ANIMATION_ATTACK) << "a paused blow does not finish";
+    EXPECT_EQ(fighting.animation_timer, 0);
+    EXPECT_EQ(view.creatures.at(walker.id()).pose(), CreaturePose::walk);
+    EXPECT_EQ(view.animation_ms, walked) << "nor does a paused walker's stride move on";
+
+    view.pace = 2;
+    for (int i = 0; i < 3; ++i) {
+        services.clock->frame_done();  // a frame of wall time
+        frames(1);
+    }
+    EXPECT_EQ(fighting.animation_timer, 6);
+    EXPECT_NEAR(view.animation_ms - walked, 3 * 2 * 1000.0 / 60.0, 1e-9);
+    frames(2);
+    EXPECT_EQ(fighting.animation, CREATURE_ANIMATION_NONE) << "ten steps at twice the pace";
+}
+
 TEST_F(WorldViewTest, CreaturesOutliveTheirViewSafelyAndTrialsNeedNoView) {
     load({"   "}, false);
     auto& monster = create<obj_monster>(centre(0), centre(0));
