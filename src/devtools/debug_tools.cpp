@@ -1,6 +1,8 @@
 #include "devtools/debug_tools.h"
 
 #include "devtools/debug_menu.h"
+#include "devtools/debug_visualizer.h"
+#include "devtools/inspector.h"
 #include "runtime/input.h"
 #include "runtime/runtime.h"
 #include "runtime/services.h"
@@ -17,6 +19,8 @@ void obj_debug_tools::on_step_begin() {
 obj_debug_tools& create_debug_tools(Runtime& runtime, DebugToolsContext context) {
     auto& tools = runtime.instance_create<obj_debug_tools>(0, 0, "Instances", context);
     runtime.instance_create<obj_debug_menu>(0, 0, "Instances");
+    runtime.instance_create<obj_debug_visualizer>(0, 0, "Instances");
+    runtime.instance_create<obj_inspector>(0, 0, "Instances");
     return tools;
 }
 
