@@ -29,6 +29,7 @@ constexpr Rgba TEXT_BACKING{12, 14, 18, 190};
 constexpr Rgba TEXT_COLOR{235, 238, 242, 255};
 constexpr std::uint8_t RANGE_FILL_ALPHA = 26;
 constexpr int RING_SEGMENTS = 64;
+constexpr Rgba LINE_SHADOW{0, 0, 0, 150};
 
 // A trait as short as it reads: "-1", ".5", "-.25", "0".
 std::string short_number(double value) {
@@ -47,11 +48,16 @@ struct Painter {
 
     ScreenPoint at(double x, double y) const { return camera.world_to_screen(x, y); }
 
+    // Two pixels wide over a dark edge, so a path stays visible on grass and sand alike: the
+    // renderer's lines are one pixel.
     void line(double x1, double y1, double x2, double y2, Rgba color) const {
         const ScreenPoint a = at(x1, y1);
         const ScreenPoint b = at(x2, y2);
-        list.line(static_cast<float>(a.x), static_cast<float>(a.y), static_cast<float>(b.x),
-                  static_cast<float>(b.y), color);
+        const auto ax = static_cast<float>(a.x), ay = static_cast<float>(a.y);
+        const auto bx = static_cast<float>(b.x), by = static_cast<float>(b.y);
+        list.line(ax + 1, ay + 1, bx + 1, by + 1, LINE_SHADOW);
+        list.line(ax, ay, bx, by, color);
+        list.line(ax, ay - 1, bx, by - 1, color);
     }
 
     // A translucent disc with a full-strength rim: the area reads at a glance, the edge exactly.
