@@ -71,10 +71,9 @@ void add_human_lines(std::vector<std::string>& lines, const obj_human& human,
     lines.push_back("ranges: sight " + rounded(human.sight_range) + ", exploration " +
                     rounded(human.exploration_range) + ", attack " + rounded(human.attack_range));
     lines.push_back("traits: " + traits_short_text(human.personality_traits));
-    std::string now = "weights at this energy:";
+    lines.push_back("action weights at this energy:");
     for (const HumanActionType* type : world.action_types.all)
-        now += " " + type->debug_name + " " + rounded(human.action_weights[type->index]);
-    lines.push_back(std::move(now));
+        lines.push_back("  " + type->debug_name + " " + rounded(human.action_weights[type->index]));
     lines.push_back("traits and weights of a full human:");
     std::istringstream table(personality_traits_format_data(human.personality_traits,
                                                             world.configs(), world.action_types));
@@ -197,7 +196,9 @@ void obj_inspector::on_step() {
     ControlRecord record;
     panel_style::begin_place(panel_style::INSPECTOR);
     panel_style::push_style();
-    if (ImGui::Begin(INSPECTOR_HEADING, nullptr, panel_style::FIXED_WINDOW)) {
+    // Debug strings and the tables are wider than the panel: they scroll rather than wrap.
+    if (ImGui::Begin(INSPECTOR_HEADING, nullptr,
+                     panel_style::FIXED_WINDOW | ImGuiWindowFlags_HorizontalScrollbar)) {
         record.texts.emplace_back(INSPECTOR_HEADING);
         if (selected_ != NO_INSTANCE) {
             if (ImGui::Checkbox(INSPECTOR_FOLLOW, &follow))
