@@ -11,7 +11,7 @@ packages=(
   xvfb xauth
   libgtest-dev libgmock-dev libbenchmark-dev
   libmuparser-dev libboost-graph-dev
-  locales python3
+  locales python3 python3-pil
   openssl chromium
 )
 source scripts/install_packages.sh

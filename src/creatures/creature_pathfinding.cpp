@@ -124,6 +124,25 @@ CreaturePath creature_find_path(const obj_creature& creature, const TerrainCell&
     return path;
 }
 
+CreaturePath creature_find_partial_path(const obj_creature& creature,
+                                        const TerrainCell& target_cell) {
+    CreaturePath out;
+    const Terrain& terrain = creature.world().current_terrain();
+    const TerrainCell* start = terrain.cell_at_room(creature.x, creature.y);
+    if (!start)
+        return out;
+    const GridPathfinder::Path* path =
+        creature.world().pathfinding.pathfinder_for(terrain).find_path(
+            cell_index(terrain, *start), cell_index(terrain, target_cell), false);
+    if (!path || path->empty())
+        return out;
+    std::vector<int> nodes{cell_index(terrain, *start)};
+    for (const auto* element : *path)
+        nodes.push_back(element->node);
+    shorten_into(terrain, nodes, out);
+    return out;
+}
+
 void creature_follow_path(obj_creature& creature, CreaturePath& path, double speed) {
     if (path.empty())
         return;

@@ -82,6 +82,13 @@ void creature_approach(obj_creature& creature, const TerrainCell* target_cell, d
 // when the goal cannot be reached. Asking for the creature's own cell gives just that cell.
 CreaturePath creature_find_path(const obj_creature& creature, const TerrainCell& target_cell);
 
+// The corner cells of the way toward `target_cell` as far as it can be reached: the same path as
+// creature_find_path when the goal is reachable, else one to the explored cell that looked
+// nearest to it (empty when none). For debug views, which show how far a creature gets: it
+// leaves the simulation's search count and scratch alone.
+CreaturePath creature_find_partial_path(const obj_creature& creature,
+                                        const TerrainCell& target_cell);
+
 // Moves the creature toward the centre of path[0]; once within `speed` of it the creature is
 // placed on it and the entry is taken off.
 void creature_follow_path(obj_creature& creature, CreaturePath& path, double speed);

@@ -3,6 +3,8 @@
 #include "devtools/config_watcher.h"
 #include "devtools/debug_menu.h"
 #include "devtools/debug_terminal.h"
+#include "devtools/debug_visualizer.h"
+#include "devtools/inspector.h"
 #include "devtools/time_control.h"
 #include "devtools/workbench_panel.h"
 #include "runtime/input.h"
@@ -25,6 +27,8 @@ obj_debug_tools& create_debug_tools(Runtime& runtime, DebugToolsContext context)
     runtime.instance_create<obj_config_watcher>(0, 0, "Instances");
     runtime.instance_create<obj_debug_terminal>(0, 0, "Instances");
     runtime.instance_create<obj_debug_time_control>(0, 0, "Instances");
+    runtime.instance_create<obj_debug_visualizer>(0, 0, "Instances");
+    runtime.instance_create<obj_inspector>(0, 0, "Instances");
     return tools;
 }
 

@@ -87,7 +87,9 @@ void obj_trial_views::on_step_begin() {
 }
 
 void obj_trial_views::on_step_end() {
-    if (const auto* player = runtime().instance_find<obj_human_player>(0))
+    if (const Instance* chosen = runtime().find(followed))
+        camera.follow(chosen->x, chosen->y);
+    else if (const auto* player = runtime().instance_find<obj_human_player>(0))
         camera.follow(player->x, player->y);
     floating_numbers.step(runtime());
     sounds.watch_food(runtime());

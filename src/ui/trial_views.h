@@ -61,7 +61,10 @@ public:
     Rgba background{46, 59, 51, 255};  // the configuration's level_background_color
     TextureId terrain_texture = 0;
     InstanceId world_view = NO_INSTANCE;
-    InstanceId hud = NO_INSTANCE;        // obj_trial_hud
+    InstanceId hud = NO_INSTANCE;  // obj_trial_hud
+    // A creature the camera follows instead of the player while it lives (the developer
+    // inspector's "Follow"); NO_INSTANCE: the player.
+    InstanceId followed = NO_INSTANCE;
     std::vector<std::string> key_hints;  // in the player's language
 
 private:
