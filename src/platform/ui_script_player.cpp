@@ -89,8 +89,10 @@ bool obj_ui_script::press_at(float x, float y) {
 
 bool obj_ui_script::click_control(const std::string& text, ControlPart part,
                                   std::optional<double> slider_value) {
-    const obj_overlay* front = front_overlay(runtime());
-    const DrawnControl* control = front ? front->controls().find_shown(text, part) : nullptr;
+    const DrawnControl* control = nullptr;
+    for (const obj_overlay* overlay : overlays_taking_input(runtime()))
+        if ((control = overlay->controls().find_shown(text, part)))
+            break;
     if (!control || control->rect.w <= 0 || control->rect.h <= 0)
         return false;  // not drawn yet, or no such part
     const ControlRect& r = control->rect;
@@ -102,8 +104,10 @@ bool obj_ui_script::run(const UiCommand& command) {
     using Kind = UiCommand::Kind;
     switch (command.kind) {
         case Kind::wait: {
-            const obj_overlay* front = front_overlay(runtime());
-            return front && front->controls().shows(command.text);
+            for (const obj_overlay* overlay : overlays_taking_input(runtime()))
+                if (overlay->controls().shows(command.text))
+                    return true;
+            return false;
         }
         case Kind::wait_file: {
             std::error_code ignored;

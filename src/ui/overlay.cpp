@@ -31,4 +31,20 @@ obj_overlay* front_overlay(const Runtime& runtime) {
     return front_overlay_up_to(runtime, OverlayLayer::dialog);
 }
 
+std::vector<obj_overlay*> overlays_taking_input(const Runtime& runtime) {
+    obj_overlay* front = front_overlay(runtime);
+    if (!front)
+        return {};
+    if (front->overlay_layer() != OverlayLayer::panel)
+        return {front};
+    std::vector<obj_overlay*> panels;
+    const std::size_t count = runtime.instance_number<obj_overlay>();
+    for (std::size_t i = count; i-- > 0;) {
+        obj_overlay* overlay = runtime.instance_find<obj_overlay>(i);
+        if (overlay->showing() && overlay->overlay_layer() == OverlayLayer::panel)
+            panels.push_back(overlay);
+    }
+    return panels;
+}
+
 }  // namespace veldra

@@ -10,6 +10,8 @@
 // overlay_frame_open() and keeps what it drew in a ControlRecord, so tests and UI scripts find
 // its controls like any other's.
 
+#include <vector>
+
 #include "runtime/instance.h"
 #include "runtime/object_type.h"
 #include "ui/control_record.h"
@@ -42,5 +44,10 @@ bool overlay_frame_open();
 obj_overlay* front_overlay(const Runtime& runtime);
 // The front one of the overlays at or behind `layer`.
 obj_overlay* front_overlay_up_to(const Runtime& runtime, OverlayLayer layer);
+
+// The overlays a click or a key may reach, front first: the front one alone, or, when it is a
+// developer panel, every panel that shows (they sit side by side over the trial, not on top of
+// one another). UI scripts look for their labels and texts in these.
+std::vector<obj_overlay*> overlays_taking_input(const Runtime& runtime);
 
 }  // namespace veldra

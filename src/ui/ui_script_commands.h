@@ -3,11 +3,12 @@
 // into its own window as real input events, so a whole session can be driven without a person
 // (windowed tests, a demonstration on a screen). One command a line; "#" starts a comment:
 //
-//   wait TEXT        until the dialog in front, or else the top menu, shows a text holding TEXT
-//                    (markup removed): a menu entry, a dialog's title or message
+//   wait TEXT        until the dialog in front, or else the top menu, or else one of the
+//                    developer panels shows a text holding TEXT (markup removed): a menu entry,
+//                    a dialog's title or message
 //   click LABEL      moves to the entry LABEL of the dialog in front (its buttons, "name" and
-//                    "path" for a file dialog's fields) or else of the top menu, presses and
-//                    releases the mouse there
+//                    "path" for a file dialog's fields) or else of the top menu or of a
+//                    developer panel, presses and releases the mouse there
 //   slide VALUE LABEL  presses the mouse on the slider of the top menu's entry LABEL where
 //                    VALUE is, and releases it
 //   box LABEL        clicks into the number box of the top menu's field or slider LABEL, so

@@ -131,6 +131,33 @@ TEST_F(OverlayTest, ABackgroundMenuStaysBehindMenusOpenedBeforeOrAfterIt) {
     EXPECT_EQ(front_overlay(runtime), nullptr);
 }
 
+// A developer panel that draws nothing: only its place in the stack matters here.
+class obj_test_panel : public obj_overlay {
+    VELDRA_OBJECT(obj_test_panel, obj_overlay)
+public:
+    OverlayLayer overlay_layer() const override { return OverlayLayer::panel; }
+    bool showing() const override { return shown; }
+    const ControlRecord& controls() const override { return record; }
+    bool shown = true;
+    ControlRecord record;
+};
+
+TEST_F(OverlayTest, PanelsSideBySideAllTakeInputUntilAMenuComesInFront) {
+    auto& first = runtime.instance_create<obj_test_panel>(0, 0);
+    auto& second = runtime.instance_create<obj_test_panel>(0, 0);
+    auto& hidden = runtime.instance_create<obj_test_panel>(0, 0);
+    hidden.shown = false;
+    frames();
+    EXPECT_EQ(overlays_taking_input(runtime), (std::vector<obj_overlay*>{&second, &first}));
+    Promise asked = create_popup_menu(runtime, MenuDefinition{{menu_button("Go", "go")}});
+    frames(2);
+    EXPECT_EQ(overlays_taking_input(runtime), (std::vector<obj_overlay*>{menu(0)}));
+    key(ImGuiKey_Escape);
+    EXPECT_TRUE(asked.is_fulfilled());
+    second.shown = false;
+    EXPECT_EQ(overlays_taking_input(runtime), (std::vector<obj_overlay*>{&first}));
+}
+
 TEST_F(OverlayTest, OneRecordFindsAMenusAndADialogsControlsByWhatTheyRead) {
     auto level = std::make_shared<MenuField>(MenuField{"", 2, 0, 10});
     Promise chosen = create_popup_menu(
