@@ -27,8 +27,10 @@ bool obj_config_watcher::check() {
         log("Configuration file \"" + path + "\" changed on disk; reloading.");
     const ConfigurationLoad load = apply_configuration_safely(
         configs, tools->context.files, custom_configuration_in_effect(configs));
-    if (load.applied)
+    if (load.applied) {
+        re_evaluate_humans(runtime());
         log("Reloaded the configuration after the change on disk.");
+    }
     return true;
 }
 

@@ -1,6 +1,8 @@
 #include "devtools/configuration_apply.h"
 
+#include "creatures/human.h"
 #include "runtime/log.h"
+#include "runtime/runtime.h"
 
 namespace veldra {
 
@@ -28,6 +30,10 @@ ConfigurationLoad apply_configuration_safely(ConfigsState& live, Files& files,
     }
     load.applied = reload_game_configurations(live, files, custom_name);
     return load;
+}
+
+void re_evaluate_humans(Runtime& runtime) {
+    runtime.for_each<obj_human>([](obj_human& human) { human.re_evaluate_from_configs(); });
 }
 
 std::string custom_configuration_in_effect(const ConfigsState& state) {

@@ -12,6 +12,7 @@
 namespace veldra {
 
 class Files;
+class Runtime;
 
 struct ConfigurationLoad {
     bool applied = false;
@@ -23,6 +24,10 @@ struct ConfigurationLoad {
 // both load does it reload `live` from them.
 ConfigurationLoad apply_configuration_safely(ConfigsState& live, Files& files,
                                              const std::string& custom_name);
+
+// Has every human read its weights from the configuration now in effect, instead of when its
+// energy next changes them: an applied formula shows in the next decision.
+void re_evaluate_humans(Runtime& runtime);
 
 // The custom file in effect in `state` ("" when only the base file is).
 std::string custom_configuration_in_effect(const ConfigsState& state);

@@ -65,6 +65,8 @@ void obj_formula_workbench::apply() {
     obj_debug_tools& tools = *find_debug_tools(runtime());
     const ConfigurationLoad load =
         edits.apply(tools.context.sim.configs, tools.context.files, key, text);
+    if (load.applied)
+        re_evaluate_humans(runtime());
     status = load.applied ? "Applied " + key + " to the running trial."
                           : "Not applied: " + joined(load.problems);
 }
@@ -72,6 +74,8 @@ void obj_formula_workbench::apply() {
 void obj_formula_workbench::revert() {
     obj_debug_tools& tools = *find_debug_tools(runtime());
     const ConfigurationLoad load = edits.revert(tools.context.sim.configs, tools.context.files);
+    if (load.applied)
+        re_evaluate_humans(runtime());
     status = load.applied ? "Reverted to the configuration files as saved."
                           : "Not reverted: " + joined(load.problems);
     if (load.applied)
