@@ -25,6 +25,7 @@ DebugCommandOutput command_spawn(SimulationState& sim, DebugCommandArgs args);
 DebugCommandOutput command_kill(SimulationState& sim, DebugCommandArgs args);
 DebugCommandOutput command_teleport(SimulationState& sim, DebugCommandArgs args);
 DebugCommandOutput command_print(SimulationState& sim, DebugCommandArgs args);
+DebugCommandOutput command_inspect(SimulationState& sim, DebugCommandArgs args);
 
 DebugCommandOutput command_reload(SimulationState& sim, DebugCommandArgs args);
 DebugCommandOutput command_eval(SimulationState& sim, DebugCommandArgs args);

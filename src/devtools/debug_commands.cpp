@@ -9,7 +9,7 @@ namespace veldra {
 
 namespace {
 
-constexpr std::array<DebugCommand, 13> COMMANDS{{
+constexpr std::array<DebugCommand, 14> COMMANDS{{
     {"help", "help [command]", "lists the commands, or says what one does", command_help},
     {"speed", "speed X", "sets the game speed, 0.25 to 16 ticks a frame", command_speed},
     {"pause", "pause", "stops the trial's clock", command_pause},
@@ -25,6 +25,9 @@ constexpr std::array<DebugCommand, 13> COMMANDS{{
     {"kill", "kill ID", "destroys a creature or food, e.g. kill Human 105", command_kill},
     {"teleport", "teleport X Y", "moves the player to the free cell X Y", command_teleport},
     {"print", "print ID", "prints a creature's energy, action, cell and traits", command_print},
+    {"inspect", "inspect ID [follow]",
+     "shows a creature in the inspector (as a right click on it does), optionally followed",
+     command_inspect},
     {"eval", "eval KEY O C E A N [ENERGY_RATIO]",
      "evaluates a formula of the configuration with these traits and energy ratio", command_eval},
 }};

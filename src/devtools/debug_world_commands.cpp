@@ -10,6 +10,7 @@
 #include "creatures/human_player.h"
 #include "creatures/monster.h"
 #include "devtools/debug_command_handlers.h"
+#include "devtools/inspector.h"
 #include "runtime/number_format.h"
 #include "runtime/runtime.h"
 #include "trials/simulation_state.h"
@@ -124,6 +125,23 @@ DebugCommandOutput command_kill(SimulationState& sim, DebugCommandArgs args) {
     const std::string name = EID(entity, true);
     sim.runtime.instance_destroy(entity->id());
     return std::vector<std::string>{"Killed " + name + "."};
+}
+
+DebugCommandOutput command_inspect(SimulationState& sim, DebugCommandArgs args) {
+    const bool follow = !args.empty() && args.back() == "follow";
+    const auto id = parse_id_arguments(follow ? args.first(args.size() - 1) : args);
+    if (!id)
+        return std::nullopt;
+    auto* creature = sim.runtime.find_as<obj_creature>(static_cast<InstanceId>(*id));
+    if (!creature)
+        return error_output("No creature has id " + std::to_string(*id) + ".");
+    auto* inspector = sim.runtime.instance_find<obj_inspector>(0);
+    if (!inspector)
+        return error_output("The inspector is part of the developer tools of a window.");
+    inspector->select(creature->id());
+    inspector->follow = follow;
+    return std::vector<std::string>{"Inspecting " + EID(creature, true) +
+                                    (follow ? ", followed by the camera." : ".")};
 }
 
 DebugCommandOutput command_teleport(SimulationState& sim, DebugCommandArgs args) {

@@ -8,10 +8,14 @@
 #include <filesystem>
 #include <fstream>
 
+#include "config/debug_settings.h"
 #include "creatures/food.h"
 #include "creatures/human_ai.h"
 #include "creatures/human_player.h"
 #include "creatures/monster.h"
+#include "devtools/debug_tools.h"
+#include "devtools/inspector.h"
+#include "runtime/files.h"
 #include "runtime/number_format.h"
 #include "support/file_text.h"
 #include "support/scratch_directory.h"
@@ -67,6 +71,8 @@ TEST_F(DebugCommandsTest, WrongArgumentsPrintTheUsageAndUnknownCommandsPointToHe
         {"teleport 2", "teleport"},
         {"teleport x y", "teleport"},
         {"print", "print"},
+        {"inspect", "inspect"},
+        {"inspect follow", "inspect"},
         {"eval trial_score 1 2", "eval"},
         {"eval trial_score a 0 0 0 0", "eval"},
         {"eval trial_score 0 0 0 0 0 0 0", "eval"},
@@ -230,6 +236,24 @@ TEST_F(DebugCommandsTest, SpawnKillTeleportAndPrintActOnTheTrialsCreatures) {
     EXPECT_TRUE(says(printed, "action "));
     EXPECT_TRUE(says(printed, "traits O " + number_to_string(human->personality_traits.openness)));
     EXPECT_TRUE(says(run("print 999999"), "No creature or food has id"));
+}
+
+TEST_F(DebugCommandsTest, InspectSelectsACreatureInTheInspectorAndMayFollowIt) {
+    start();
+    const auto* human = runtime.instance_find<obj_human_ai>(0);
+    const std::string id = std::to_string(human->id());
+    EXPECT_TRUE(says(run("inspect " + id), "inspector is part of the developer tools"));
+    DebugSettings debugs;
+    MemoryFiles files;
+    create_debug_tools(runtime, {sim, debugs, files});
+    const auto* inspector = runtime.instance_find<obj_inspector>(0);
+    EXPECT_TRUE(says(run("inspect Human " + id), "Inspecting"));
+    EXPECT_EQ(inspector->selected(), human->id());
+    EXPECT_FALSE(inspector->follow);
+    run("inspect " + id + " follow");
+    EXPECT_TRUE(inspector->follow);
+    EXPECT_TRUE(says(run("inspect 999999"), "No creature has id"));
+    EXPECT_EQ(inspector->selected(), human->id());
 }
 
 TEST_F(DebugCommandsTest, EvalEvaluatesAFormulaWithTheGivenTraitsAndEnergy) {
