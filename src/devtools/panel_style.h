@@ -13,8 +13,8 @@ struct PanelPlace {
     float x, y, width, height;  // logical pixels; height 0: as tall as the content
 };
 
-inline constexpr PanelPlace DEBUG_MENU{1300, 92, 290, 0};
-inline constexpr PanelPlace INSPECTOR{1250, 480, 340, 410};
+inline constexpr PanelPlace DEBUG_MENU{1280, 92, 310, 0};
+inline constexpr PanelPlace INSPECTOR{1240, 515, 350, 375};
 inline constexpr PanelPlace TIME_CONTROL{560, 92, 480, 0};
 // Right of the keyboard hints in the lower left corner.
 inline constexpr PanelPlace TERMINAL{330, 640, 900, 250};
