@@ -18,7 +18,7 @@ inline constexpr PanelPlace INSPECTOR{1240, 515, 350, 375};
 inline constexpr PanelPlace TIME_CONTROL{560, 92, 480, 0};
 // Right of the keyboard hints in the lower left corner.
 inline constexpr PanelPlace TERMINAL{330, 640, 900, 250};
-inline constexpr PanelPlace WORKBENCH{10, 92, 760, 530};
+inline constexpr PanelPlace WORKBENCH{10, 92, 540, 530};
 
 inline const ImVec4 BACKGROUND{0.05f, 0.06f, 0.08f, 0.93f};
 inline const ImVec2 WINDOW_PADDING{10, 8};

@@ -140,15 +140,17 @@ void obj_formula_workbench::draw() {
             remember_item(record, name);
         }
         if (!table.rows.empty()) {
-            ImGui::TextDisabled(
+            ImGui::PushStyleColor(ImGuiCol_Text, ImGui::GetStyleColorVec4(ImGuiCol_TextDisabled));
+            ImGui::TextWrapped(
                 "One trait at each offered value, the others at 0; click a row "
                 "to plot it.");
+            ImGui::PopStyleColor();
         }
         if (!table.rows.empty() &&
             ImGui::BeginTable("values", 1 + static_cast<int>(std::size(WORKBENCH_ENERGIES)),
                               ImGuiTableFlags_Borders | ImGuiTableFlags_SizingStretchSame |
                                   ImGuiTableFlags_ScrollY,
-                              ImVec2(0, 190))) {
+                              ImVec2(0, 150))) {
             ImGui::TableSetupScrollFreeze(0, 1);
             ImGui::TableSetupColumn("trait");
             for (double energy : WORKBENCH_ENERGIES)
@@ -175,7 +177,7 @@ void obj_formula_workbench::draw() {
             const std::string caption = table.rows[plotted_row].label + ", energy 0 to 1";
             ImGui::PlotLines("##curve", curve.data(), static_cast<int>(curve.size()), 0,
                              caption.c_str(), FLT_MAX, FLT_MAX,
-                             ImVec2(ImGui::GetContentRegionAvail().x, 70));
+                             ImVec2(ImGui::GetContentRegionAvail().x, 50));
         }
         if (!checked.compiled)
             ImGui::BeginDisabled();
@@ -190,8 +192,7 @@ void obj_formula_workbench::draw() {
         if (ImGui::Button("Revert"))
             revert();
         remember_item(record, "Revert");
-        ImGui::SameLine();
-        ImGui::SetNextItemWidth(300);
+        ImGui::SetNextItemWidth(360);
         ImGui::InputText("##save_path", &save_path);
         remember_item(record, "save path");
         ImGui::SameLine();
