@@ -40,7 +40,7 @@ printf 'key ctrl+d\n' > "$work/show.ui"
 measure() {  # label, parameters...
     local label="$1"
     shift
-    rm -rf "$work/debug"
+    rm -rf "$work/debug" "$work/bench.inputs" "$work/frames.csv"
     (cd "$work" && SDL_AUDIODRIVER=dummy \
         xvfb-run -a -s "-screen 0 1920x1080x24" "$veldra" play_level="$work/forty.txt" seed=1 \
         lang=en config= camera_zoom=fit frames="$frames" frame_times="$work/frames.csv" \
