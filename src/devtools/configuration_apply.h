@@ -21,7 +21,8 @@ struct ConfigurationLoad {
 };
 
 // Loads the base file and `custom_name` ("" for none) into a scratch state first; only when
-// both load does it reload `live` from them.
+// both load does it reload `live` from them. The files are read twice on purpose: a state's
+// formulas read the variables of that state, so the scratch configuration cannot be moved in.
 ConfigurationLoad apply_configuration_safely(ConfigsState& live, Files& files,
                                              const std::string& custom_name);
 
