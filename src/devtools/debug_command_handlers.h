@@ -30,6 +30,8 @@ DebugCommandOutput command_inspect(SimulationState& sim, DebugCommandArgs args);
 DebugCommandOutput command_reload(SimulationState& sim, DebugCommandArgs args);
 DebugCommandOutput command_eval(SimulationState& sim, DebugCommandArgs args);
 
+DebugCommandOutput command_switch(SimulationState& sim, DebugCommandArgs args);
+
 // Argument parsing shared by the handlers: the whole word must be the number.
 std::optional<double> parse_number_argument(const std::string& word);
 std::optional<long long> parse_integer_argument(const std::string& word);

@@ -9,7 +9,7 @@ namespace veldra {
 
 namespace {
 
-constexpr std::array<DebugCommand, 14> COMMANDS{{
+constexpr std::array<DebugCommand, 15> COMMANDS{{
     {"help", "help [command]", "lists the commands, or says what one does", command_help},
     {"speed", "speed X", "sets the game speed, 0.25 to 16 ticks a frame", command_speed},
     {"pause", "pause", "stops the trial's clock", command_pause},
@@ -30,6 +30,9 @@ constexpr std::array<DebugCommand, 14> COMMANDS{{
      command_inspect},
     {"eval", "eval KEY O C E A N [ENERGY_RATIO]",
      "evaluates a formula of the configuration with these traits and energy ratio", command_eval},
+    {"switch", "switch [NAME [on|off]]",
+     "lists the debug switches, or flips one (a field of the settings, or workbench)",
+     command_switch},
 }};
 
 }  // namespace

@@ -114,11 +114,17 @@ void obj_debug_terminal::draw_lines() {
                       ImGuiWindowFlags_HorizontalScrollbar);
     // At the bottom before new lines came: stay there. Scrolled up: stay put.
     const bool follow = ImGui::GetScrollY() >= ImGui::GetScrollMaxY() - 1;
-    for (const TerminalLine& line : log().lines()) {
-        if (!log().shows(line.level))
-            continue;
-        styled_text(line.text, NO_WRAP);
-    }
+    // Only the rows in view are laid out: a full scrollback laid out every frame would cost
+    // the frame more than everything else on screen.
+    shown_rows_.clear();
+    for (const TerminalLine& line : log().lines())
+        if (log().shows(line.level))
+            shown_rows_.push_back(&line);
+    ImGuiListClipper clipper;
+    clipper.Begin(static_cast<int>(shown_rows_.size()));
+    while (clipper.Step())
+        for (int row = clipper.DisplayStart; row < clipper.DisplayEnd; ++row)
+            styled_text(shown_rows_[static_cast<std::size_t>(row)]->text, NO_WRAP);
     if (follow && log().added() != lines_seen_)
         ImGui::SetScrollHereY(1.0f);
     lines_seen_ = log().added();

@@ -51,7 +51,8 @@ private:
 
     TerminalTap* tap_ = nullptr;
     ControlRecord controls_;
-    std::size_t lines_seen_ = 0;  // TerminalLog::added at the last frame drawn
+    std::size_t lines_seen_ = 0;                   // TerminalLog::added at the last frame drawn
+    std::vector<const TerminalLine*> shown_rows_;  // the filter's rows, rebuilt each frame
     bool focus_input_ = false;
     bool was_showing_ = false;
 };

@@ -3,9 +3,7 @@
 #include <imgui.h>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <numbers>
 
 #include "platform/imgui_drawing.h"
 #include "platform/png_file.h"
@@ -13,28 +11,8 @@
 
 namespace veldra::platform {
 
-namespace {
-
-constexpr int CIRCLE_TABLE_SIZE = 64;
-
-// The rim of a unit circle, shared by every circle: small ones take every fourth point.
-const std::array<SDL_FPoint, CIRCLE_TABLE_SIZE>& unit_circle() {
-    static const auto table = [] {
-        std::array<SDL_FPoint, CIRCLE_TABLE_SIZE> points{};
-        for (int i = 0; i < CIRCLE_TABLE_SIZE; ++i) {
-            const double a = 2 * std::numbers::pi * i / CIRCLE_TABLE_SIZE;
-            points[static_cast<std::size_t>(i)] = {static_cast<float>(std::cos(a)),
-                                                   static_cast<float>(std::sin(a))};
-        }
-        return points;
-    }();
-    return table;
-}
-
-}  // namespace
-
 SdlRenderer::SdlRenderer(std::shared_ptr<WindowSession> session)
-    : session_(std::move(session)), sdl_(session_->renderer) {}
+    : session_(std::move(session)), sdl_(session_->renderer), scaled_copies_(sdl_) {}
 
 SdlRenderer::~SdlRenderer() {
     for (const Texture& texture : textures_)
@@ -72,21 +50,27 @@ TextureId SdlRenderer::create_texture(int width, int height,
 
 void SdlRenderer::set_colour(Rgba c) {
     SDL_SetRenderDrawColor(sdl_, c.r, c.g, c.b, c.a);
+    // The software renderer blends every pixel of a blended fill, even an opaque one, and
+    // opaque fills were half of a plain frame; an opaque colour gives the same pixels copied.
+    SDL_SetRenderDrawBlendMode(sdl_, c.a == 255 ? SDL_BLENDMODE_NONE : SDL_BLENDMODE_BLEND);
 }
 
 void SdlRenderer::draw_texture(const DrawCommand& c) {
     if (c.texture == 0 || c.texture > textures_.size())
         return;
     const Texture& t = textures_[c.texture - 1];
-    SDL_Texture* texture = t.sdl;
+    // The plain copy is the software renderer's fast path, fastest when nothing is scaled;
+    // rotation and flipping take the slow path anyway.
+    const bool plain = c.angle == 0 && !c.flip_x;
+    SDL_Texture* texture = plain ? scaled_copies_.at_size(c.texture, t.sdl, static_cast<int>(c.w),
+                                                          static_cast<int>(c.h))
+                                 : t.sdl;
     SDL_SetTextureColorMod(texture, c.color.r, c.color.g, c.color.b);
     SDL_SetTextureAlphaMod(texture, c.color.a);
-    if (t.opaque)
-        SDL_SetTextureBlendMode(texture,
-                                c.color.a == 255 ? SDL_BLENDMODE_NONE : SDL_BLENDMODE_BLEND);
+    SDL_SetTextureBlendMode(
+        texture, t.opaque && c.color.a == 255 ? SDL_BLENDMODE_NONE : SDL_BLENDMODE_BLEND);
     const SDL_FRect target{c.x, c.y, c.w, c.h};
-    // The plain copy is the software renderer's fast path; rotation and flipping are not.
-    if (c.angle == 0 && !c.flip_x)
+    if (plain)
         SDL_RenderCopyF(sdl_, texture, nullptr, &target);
     else
         SDL_RenderCopyExF(sdl_, texture, nullptr, &target, -c.angle, nullptr,
@@ -97,24 +81,24 @@ void SdlRenderer::draw_circle(const DrawCommand& c) {
     const float radius = c.w;
     if (radius <= 0)
         return;
-    const int step = radius < 12 ? 4 : radius < 48 ? 2 : 1;
-    const SDL_Color colour{c.color.r, c.color.g, c.color.b, c.color.a};
-    circle_vertices_.clear();
-    circle_indices_.clear();
-    circle_vertices_.push_back({{c.x, c.y}, colour, {0, 0}});
-    for (int i = 0; i < CIRCLE_TABLE_SIZE; i += step) {
-        const SDL_FPoint p = unit_circle()[static_cast<std::size_t>(i)];
-        circle_vertices_.push_back({{c.x + radius * p.x, c.y + radius * p.y}, colour, {0, 0}});
+    // One row of pixels after another: the software renderer fills rows fast, while a fan of
+    // triangles cost it a millisecond per large disc.
+    circle_rows_.clear();
+    const float top = std::floor(c.y - radius);
+    const float bottom = std::ceil(c.y + radius);
+    for (float row = top; row < bottom; ++row) {
+        const float dy = row + 0.5f - c.y;
+        const float squared = radius * radius - dy * dy;
+        if (squared <= 0)
+            continue;
+        const float half = std::sqrt(squared);
+        const float left = std::round(c.x - half);
+        const float right = std::round(c.x + half);
+        if (right > left)
+            circle_rows_.push_back({left, row, right - left, 1});
     }
-    const int rim = static_cast<int>(circle_vertices_.size()) - 1;
-    for (int i = 0; i < rim; ++i) {
-        circle_indices_.push_back(0);
-        circle_indices_.push_back(1 + i);
-        circle_indices_.push_back(1 + (i + 1) % rim);
-    }
-    SDL_RenderGeometry(sdl_, nullptr, circle_vertices_.data(),
-                       static_cast<int>(circle_vertices_.size()), circle_indices_.data(),
-                       static_cast<int>(circle_indices_.size()));
+    set_colour(c.color);
+    SDL_RenderFillRectsF(sdl_, circle_rows_.data(), static_cast<int>(circle_rows_.size()));
 }
 
 void SdlRenderer::lay_out_text(TextLayout& layout, std::string_view text,
@@ -140,7 +124,8 @@ void SdlRenderer::draw_text(const DrawCommand& c) {
 void SdlRenderer::draw_frame(const std::vector<DrawCommand>& commands, bool with_menus) {
     SDL_SetRenderDrawColor(sdl_, 0, 0, 0, 255);
     SDL_RenderClear(sdl_);
-    for (const DrawCommand& c : commands) {
+    for (std::size_t i = 0; i < commands.size(); ++i) {
+        const DrawCommand& c = commands[i];
         switch (c.kind) {
             case DrawCommand::Kind::rect: {
                 set_colour(c.color);
@@ -155,8 +140,7 @@ void SdlRenderer::draw_frame(const std::vector<DrawCommand>& commands, bool with
                 break;
             }
             case DrawCommand::Kind::line:
-                set_colour(c.color);
-                SDL_RenderDrawLineF(sdl_, c.x, c.y, c.x2, c.y2);
+                i = draw_connected_lines(commands, i);
                 break;
             case DrawCommand::Kind::circle:
                 draw_circle(c);
@@ -169,8 +153,32 @@ void SdlRenderer::draw_frame(const std::vector<DrawCommand>& commands, bool with
                 break;
         }
     }
+    // Blending is what everything else drawn on this renderer expects.
+    SDL_SetRenderDrawBlendMode(sdl_, SDL_BLENDMODE_BLEND);
     if (with_menus)
         render_imgui_draw_data(sdl_, ImGui::GetDrawData());
+}
+
+std::size_t SdlRenderer::draw_connected_lines(const std::vector<DrawCommand>& commands,
+                                              std::size_t first) {
+    // A ring or a path is many short lines end to end; one call for all of them spares the
+    // software renderer a command per segment.
+    const DrawCommand& start = commands[first];
+    line_points_.clear();
+    line_points_.push_back({start.x, start.y});
+    line_points_.push_back({start.x2, start.y2});
+    std::size_t last = first;
+    while (last + 1 < commands.size()) {
+        const DrawCommand& next = commands[last + 1];
+        if (next.kind != DrawCommand::Kind::line || next.color != start.color ||
+            next.x != line_points_.back().x || next.y != line_points_.back().y)
+            break;
+        line_points_.push_back({next.x2, next.y2});
+        ++last;
+    }
+    set_colour(start.color);
+    SDL_RenderDrawLinesF(sdl_, line_points_.data(), static_cast<int>(line_points_.size()));
+    return last;
 }
 
 void SdlRenderer::present() {
@@ -183,6 +191,7 @@ void SdlRenderer::present() {
     last_frame_had_menus_ = with_menus;
     has_frame_ = true;
     draw_list_.clear();
+    scaled_copies_.end_frame();
     if (!session_->pending_screenshot.empty())
         save_requested_screenshot();
 }

@@ -8,6 +8,7 @@
 #include <memory>
 #include <vector>
 
+#include "platform/scaled_texture_cache.h"
 #include "platform/text_mesh.h"
 #include "platform/window_session.h"
 #include "runtime/renderer.h"
@@ -35,6 +36,9 @@ private:
     void draw_circle(const DrawCommand& command);
     void draw_text(const DrawCommand& command);
     void set_colour(Rgba colour);
+    // Draws the line at `first` and the lines after it that go on from its end in its colour;
+    // returns the index of the last one drawn.
+    std::size_t draw_connected_lines(const std::vector<DrawCommand>& commands, std::size_t first);
     // Lays `text` out in the atlas face for `size`, as drawn and as measured.
     void lay_out_text(TextLayout& layout, std::string_view text, const TextBox& box) const;
     void save_requested_screenshot();
@@ -46,6 +50,7 @@ private:
         bool opaque;  // every pixel's alpha is 255
     };
     std::vector<Texture> textures_;  // id - 1
+    ScaledTextureCache scaled_copies_;
     std::vector<DrawCommand> last_frame_;
     bool has_frame_ = false;
     bool last_frame_had_menus_ = false;
@@ -53,8 +58,8 @@ private:
     // Measuring is const for the views that ask; its scratch layout is not part of the state.
     mutable TextLayout measure_layout_;
     TextMesh text_mesh_;
-    std::vector<SDL_Vertex> circle_vertices_;
-    std::vector<int> circle_indices_;
+    std::vector<SDL_FRect> circle_rows_;
+    std::vector<SDL_FPoint> line_points_;
     std::vector<std::uint8_t> screenshot_pixels_;
 };
 

@@ -13,6 +13,7 @@
 #include "creatures/human_ai.h"
 #include "creatures/human_player.h"
 #include "creatures/monster.h"
+#include "devtools/debug_menu.h"
 #include "devtools/debug_tools.h"
 #include "devtools/inspector.h"
 #include "runtime/files.h"
@@ -187,6 +188,54 @@ TEST_F(DebugCommandsTest, StepDecisionStopsRightAfterAHumanDecides) {
         frames(2);
         EXPECT_EQ(trial.ticker.spent_ticks, after) << "stays paused";
     }
+}
+
+TEST_F(DebugCommandsTest, StepDecisionStopsAtTheTrialsEndWhenNoHumanDecidesAgain) {
+    // Every human decides in the first tick, and not again for longer than a trial lasts.
+    sim.configs.configs->action_update_frequency = 0.001;
+    obj_trial& trial = start();
+    frames(2);
+    const std::uint64_t decisions = sim.world.decisions;
+    ASSERT_GT(decisions, 0u);
+    run("step_decision");
+    frames(1);
+    EXPECT_TRUE(capture.contains("No human made a decision before the trial ended."));
+    EXPECT_TRUE(trial.result.has_value());
+    EXPECT_EQ(sim.world.decisions, decisions);
+}
+
+TEST_F(DebugCommandsTest, SwitchListsAndFlipsTheDebugSwitchesAndSavesThem) {
+    start();
+    EXPECT_TRUE(says(run("switch"), "are not made"));
+    DebugSettings debugs;
+    MemoryFiles files;
+    obj_debug_tools& tools = create_debug_tools(runtime, {sim, debugs, files});
+    const std::vector<std::string> listed = run("switch");
+    EXPECT_EQ(listed.size(), debug_switches().size() + 1);
+    EXPECT_TRUE(says(listed, "show_sight_ranges on"));
+    EXPECT_TRUE(says(listed, "workbench off"));
+
+    EXPECT_EQ(run("switch show_sight_ranges"), std::vector<std::string>{"show_sight_ranges off"});
+    EXPECT_FALSE(debugs.show_sight_ranges);
+    const auto saved = _load_debug_settings_from_file(files, DEBUG_SETTINGS_PATH);
+    ASSERT_TRUE(saved);
+    EXPECT_FALSE(saved->show_sight_ranges);
+    EXPECT_TRUE(saved->show_ids);
+    run("switch show_sight_ranges on");
+    EXPECT_TRUE(debugs.show_sight_ranges);
+    run("switch show_log off");
+    run("switch show_log off");
+    EXPECT_FALSE(debugs.show_log) << "off stays off";
+
+    run("switch workbench");
+    EXPECT_TRUE(tools.workbench_open);
+    run("switch workbench off");
+    EXPECT_FALSE(tools.workbench_open);
+
+    EXPECT_TRUE(says(run("switch show_everything"), "No switch is called"));
+    EXPECT_EQ(run("switch show_ids maybe"), usage("switch"));
+    EXPECT_EQ(run("switch show_ids on now"), usage("switch"));
+    EXPECT_TRUE(debugs.show_ids);
 }
 
 TEST_F(DebugCommandsTest, SpawnKillTeleportAndPrintActOnTheTrialsCreatures) {
