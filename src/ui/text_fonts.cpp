@@ -131,8 +131,14 @@ ImFont* add_text_font_family(const std::string& folder, float pixels, std::strin
         // The atlas keeps the bytes and frees them with its own allocator.
         void* owned = IM_ALLOC(bytes->size());
         std::memcpy(owned, bytes->data(), bytes->size());
+        // Glyphs rasterised at the size they are drawn and placed on whole pixels: the software
+        // renderer then copies each one as it is, where a glyph three times as wide (Dear
+        // ImGui's default) made it scale every glyph through a scratch picture.
+        ImFontConfig config;
+        config.OversampleH = 1;
+        config.PixelSnapH = true;
         faces[i] = atlas.AddFontFromMemoryTTF(owned, static_cast<int>(bytes->size()), pixels,
-                                              nullptr, GLYPH_RANGES);
+                                              &config, GLYPH_RANGES);
         if (!faces[i]) {
             error = "cannot read the glyphs of the font \"" + path + "\"";
             return nullptr;
