@@ -22,6 +22,8 @@ echo '{ "game_speed": 10 }' > "$work/speed10.json"
 measure() {  # label, level, extra parameters...
     local label="$1" level="$2"
     shift 2
+    # A recording never replaces a file: each run records afresh.
+    rm -f "$work/bench.inputs"
     SDL_AUDIODRIVER=dummy \
         xvfb-run -a -s "-screen 0 1920x1080x24" "$veldra" play_level="$level" seed=1 \
         camera_zoom=fit frames="$frames" frame_times="$work/frames.csv" \
