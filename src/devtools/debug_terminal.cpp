@@ -112,8 +112,11 @@ void obj_debug_terminal::draw_lines() {
     const float command_line_height = ImGui::GetFrameHeightWithSpacing();
     ImGui::BeginChild("##lines", ImVec2(0, -command_line_height), false,
                       ImGuiWindowFlags_HorizontalScrollbar);
-    // At the bottom before new lines came: stay there. Scrolled up: stay put.
-    const bool follow = ImGui::GetScrollY() >= ImGui::GetScrollMaxY() - 1;
+    // Every row one line high, an empty one too: the clipper places rows by that height.
+    const float row_height = ImGui::GetTextLineHeightWithSpacing();
+    // At the bottom before new lines came: stay there. Scrolled up: stay put. Within a row of
+    // the bottom counts as there: a horizontal scrollbar coming or going moves the bottom.
+    const bool follow = ImGui::GetScrollY() >= ImGui::GetScrollMaxY() - row_height;
     // Only the rows in view are laid out: a full scrollback laid out every frame would cost
     // the frame more than everything else on screen.
     shown_rows_.clear();
@@ -121,10 +124,18 @@ void obj_debug_terminal::draw_lines() {
         if (log().shows(line.level))
             shown_rows_.push_back(&line);
     ImGuiListClipper clipper;
-    clipper.Begin(static_cast<int>(shown_rows_.size()));
-    while (clipper.Step())
-        for (int row = clipper.DisplayStart; row < clipper.DisplayEnd; ++row)
+    clipper.Begin(static_cast<int>(shown_rows_.size()), row_height);
+    drawn_rows_ = {};
+    while (clipper.Step()) {
+        for (int row = clipper.DisplayStart; row < clipper.DisplayEnd; ++row) {
+            const float top = ImGui::GetCursorPosY();
             styled_text(shown_rows_[static_cast<std::size_t>(row)]->text, NO_WRAP);
+            ImGui::SetCursorPosY(top + row_height);
+        }
+        if (clipper.DisplayEnd > clipper.DisplayStart)
+            drawn_rows_ = {static_cast<std::size_t>(clipper.DisplayStart),
+                           static_cast<std::size_t>(clipper.DisplayEnd)};
+    }
     if (follow && log().added() != lines_seen_)
         ImGui::SetScrollHereY(1.0f);
     lines_seen_ = log().added();

@@ -6,6 +6,7 @@
 // completes a command name and, when several fit, prints them.
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "devtools/command_line.h"
@@ -41,6 +42,10 @@ public:
     std::string history_older(const std::string& line);
     std::string history_newer(const std::string& line);
 
+    // The shown rows laid out in the last frame, [first, end) among those the filter lets
+    // through: only the rows in view are.
+    std::pair<std::size_t, std::size_t> drawn_rows() const { return drawn_rows_; }
+
     std::string input;  // the command line
     CommandHistory history;
 
@@ -53,6 +58,7 @@ private:
     ControlRecord controls_;
     std::size_t lines_seen_ = 0;                   // TerminalLog::added at the last frame drawn
     std::vector<const TerminalLine*> shown_rows_;  // the filter's rows, rebuilt each frame
+    std::pair<std::size_t, std::size_t> drawn_rows_;
     bool focus_input_ = false;
     bool was_showing_ = false;
 };

@@ -92,6 +92,25 @@ TEST_F(DebugTerminalTest, ShowsOverAPlayedTrialWithTheLogSwitchOn) {
     EXPECT_TRUE(time_control->showing()) << "the time control does not depend on the log switch";
 }
 
+TEST_F(DebugTerminalTest, LaysOutOnlyTheRowsInViewAndFollowsTheNewest) {
+    tools->visible = true;
+    start_trial(level_from_rows({"xxxxx", "x p x", "xxxxx"}));
+    // Empty lines and a table among them, as the traits' print-out logs them.
+    services.terminal->println(LogLevel::info, "");
+    services.terminal->println(LogLevel::info, "Give      | 0.64\n\nTake      | 1.36");
+    for (int i = 0; i < 300; ++i)
+        services.terminal->println(LogLevel::info, "line " + std::to_string(i));
+    gui_frames(4);
+    const std::size_t shown = terminal->log().shown_count();
+    auto [first, end] = terminal->drawn_rows();
+    EXPECT_EQ(end, shown) << "the newest row is in view";
+    EXPECT_LT(end - first, 30u) << "only a screenful is laid out";
+    for (int i = 0; i < 50; ++i)
+        services.terminal->println(LogLevel::info, "more " + std::to_string(i));
+    gui_frames(3);
+    EXPECT_EQ(terminal->drawn_rows().second, terminal->log().shown_count()) << "still following";
+}
+
 TEST_F(DebugTerminalTest, EnterRunsTheCommandLineAndTheArrowsAndTabEditIt) {
     tools->visible = true;
     obj_trial& trial = start_trial(level_from_rows({"xxxxxx", "xp h x", "xxxxxx"}));
