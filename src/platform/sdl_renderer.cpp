@@ -60,11 +60,16 @@ void SdlRenderer::draw_texture(const DrawCommand& c) {
         return;
     const Texture& t = textures_[c.texture - 1];
     // The plain copy is the software renderer's fast path, fastest when nothing is scaled;
-    // rotation and flipping take the slow path anyway.
+    // rotation and flipping take the slow path anyway. A window larger or smaller than the
+    // logical screen scales every copy once more: there a copy would be scaled twice, softer.
     const bool plain = c.angle == 0 && !c.flip_x;
-    SDL_Texture* texture = plain ? scaled_copies_.at_size(c.texture, t.sdl, static_cast<int>(c.w),
-                                                          static_cast<int>(c.h))
-                                 : t.sdl;
+    float scale_x = 1;
+    float scale_y = 1;
+    SDL_RenderGetScale(sdl_, &scale_x, &scale_y);
+    SDL_Texture* texture =
+        plain && scale_x == 1 && scale_y == 1
+            ? scaled_copies_.at_size(c.texture, t.sdl, static_cast<int>(c.w), static_cast<int>(c.h))
+            : t.sdl;
     SDL_SetTextureColorMod(texture, c.color.r, c.color.g, c.color.b);
     SDL_SetTextureAlphaMod(texture, c.color.a);
     SDL_SetTextureBlendMode(
